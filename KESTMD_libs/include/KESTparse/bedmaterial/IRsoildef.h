@@ -1,0 +1,30 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "KESTparse/framework/SchemaBlock.h"
+
+namespace KESTparse {
+
+class IRsublayer;
+
+/// The block `SOIL_DEF` under `BEDMATERIAL`.
+class IRsoildef : public SchemaBlock<IRsoildef> {
+ public:
+  using SchemaBlock::SchemaBlock;
+
+  void getDescription(std::ostream& out) const override;
+
+  std::string name;
+  double d90_armored_layer = 0;  ///< [mm]
+  double tau_erosion_start = 0;  ///< [N/m2]
+
+  std::vector<IRsublayer*> sublay_ptrV;
+
+ protected:
+  void createSubBlocks() override;
+  void createTags() override;
+};
+
+}  // namespace KESTparse

@@ -1,0 +1,31 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "KESTparse/framework/SchemaBlock.h"
+
+namespace KESTparse {
+
+/// The block `BOUNDARY` under `BEDLOAD` of a 1D region.
+class IRbedbndr1d : public SchemaBlock<IRbedbndr1d> {
+ public:
+  using SchemaBlock::SchemaBlock;
+
+  void getDescription(std::ostream& out) const override;
+
+  std::string name;
+  std::string type;
+  std::string string;
+  std::string file;
+  std::vector<std::vector<double>> file_table;  ///< the rows of that file
+  std::string multiFile;
+  std::vector<std::vector<double>> multiFile_table;  ///< the rows of that file
+  std::string mixture;
+  double factor = 0;
+
+ protected:
+  void createTags() override;
+};
+
+}  // namespace KESTparse

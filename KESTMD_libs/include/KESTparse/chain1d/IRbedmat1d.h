@@ -1,0 +1,22 @@
+#pragma once
+
+#include <vector>
+
+#include "KESTparse/bedmaterial/IRbedmat.h"
+#include "KESTparse/framework/SchemaBlock.h"
+
+namespace KESTparse {
+
+/// The block `BEDMATERIAL` under `MORPHOLOGY` of a 1D region.
+class IRbedmat1d : public SchemaBlock<IRbedmat1d, IRbedmat> {
+ public:
+  using SchemaBlock::SchemaBlock;
+
+  void getDescription(std::ostream& out) const override;
+
+ protected:
+  void createSubBlocks() override;
+  void createTags() override;
+};
+
+}  // namespace KESTparse

@@ -1,0 +1,35 @@
+#pragma once
+
+#include <vector>
+
+#include "KESTparse/framework/SchemaBlock.h"
+
+namespace KESTparse {
+
+class IRbndr1d;
+class IRfriction1d;
+class IRic1d;
+class IRinnerboundary1d;
+class IRparam1d;
+class IRsrc1d;
+
+/// The block `HYDRAULICS` of a 1D region.
+class IRhydr1d : public SchemaBlock<IRhydr1d> {
+ public:
+  using SchemaBlock::SchemaBlock;
+
+  void getDescription(std::ostream& out) const override;
+
+  IRparam1d* param_ptr = nullptr;
+  IRfriction1d* friction_ptr = nullptr;
+  std::vector<IRbndr1d*> bndr_ptrV;
+  IRic1d* ic_ptr = nullptr;
+  IRsrc1d* src_ptr = nullptr;
+  std::vector<IRinnerboundary1d*> innerbndr_ptrV;
+
+ protected:
+  void createSubBlocks() override;
+  void createTags() override;
+};
+
+}  // namespace KESTparse

@@ -1,0 +1,49 @@
+/// \file
+/// The values that hold for the whole process.
+#pragma once
+
+#include <map>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace KESTparse {
+
+/// The node strings of a mesh: node ids by the name of the string.
+using NodeStrings = std::map<std::string, std::vector<int>, std::less<>>;
+
+/// What was read from files that rules ask for again and again, by path.
+struct ReadFiles {
+  std::map<std::string, NodeStrings, std::less<>> meshes;
+  std::map<std::string, std::vector<double>, std::less<>> solutionTimes;
+};
+
+/// Physical constants, the base path of file names and the settings of the logger; one store for
+/// the whole process, created on first use.
+struct GlobalValues {
+  double gravity = 9.81;                          ///< gravitational acceleration [m/s2]
+  double sqrtGravity = 3.1320919526731650;        ///< square root of gravity
+  double sqrtTwoGravity = 4.4294469180700204;     ///< square root of twice gravity
+  double reciprocalGravity = 0.1019367991845056;  ///< one over gravity
+  double viscosity = 1e-06;                       ///< kinematic viscosity of water [m2/s]
+  double rhoFluid = 1000.0;                       ///< density of water [kg/m3]
+  std::string basePath;       ///< folder against which relative file names are resolved
+  std::string errorFileStem;  ///< stem of the error file that the fatal report names to sinks
+  bool resolveRelativePaths = true;  ///< relative names of series files are resolved
+  bool reportToSinks = false;        ///< errors go to the logger's sinks and do not end the process
+  int verbosity = 3;                 ///< highest level of messages that are shown
+  ReadFiles readFiles;               ///< meshes and result files that were read
+
+  /// The one store.
+  static GlobalValues& instance();
+};
+
+/// The path under which a file named in the command file is opened.
+/// A name that begins with `/`, or with a letter and a colon, stays as it is, and so does an empty
+/// one. Any other is joined to `baseDirectory`, or to the global base path where that is empty.
+std::string resolvePath(std::string_view name, std::string_view baseDirectory = {});
+
+/// Whether `path` can be opened for reading and is no folder.
+bool canOpen(const std::string& path);
+
+}  // namespace KESTparse

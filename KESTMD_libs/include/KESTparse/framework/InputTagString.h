@@ -1,0 +1,120 @@
+/// \file
+/// Tags that hold one word or text.
+#pragma once
+
+#include "KESTparse/framework/InputTag.h"
+
+namespace KESTparse {
+
+/// A rule for texts.
+class InputTagStringValidator {
+ public:
+  virtual ~InputTagStringValidator() = default;
+  [[nodiscard]] virtual bool isValid(std::string_view text) const = 0;
+  /// The rule in words.
+  [[nodiscard]] virtual std::string describe() const = 0;
+  [[nodiscard]] virtual std::unique_ptr<InputTagStringValidator> clone() const = 0;
+};
+
+/// Letters, digits, `_` and `-`, at least one.
+class InputTagValidatorOneWord : public InputTagStringValidator {
+ public:
+  [[nodiscard]] bool isValid(std::string_view text) const override;
+  [[nodiscard]] std::string describe() const override;
+  [[nodiscard]] std::unique_ptr<InputTagStringValidator> clone() const override;
+};
+
+/// What the schema says of a text.
+struct StringFacts : TagFacts {
+  std::string InputBlock::*member = nullptr;                      ///< the bound variable
+  std::string InputBlock::*regionMember = nullptr;                ///< of a position: its region
+  std::vector<std::vector<double>> InputBlock::*table = nullptr;  ///< of a series: its rows
+  std::unique_ptr<InputTagStringValidator> validator;             ///< none for a free text
+  std::string_view fileFilter;  ///< of a file: the filter that file dialogs of other tools show
+};
+
+/// A text, possibly one of a few.
+class InputTagString : public TagKind<InputTagString> {
+ public:
+  using Facts = StringFacts;
+  static constexpr bool mayRepeat = false;
+  using TagKind::TagKind;
+
+  [[nodiscard]] std::string getTypeName() const override;
+  [[nodiscard]] std::string getConstraintDescription() const override;
+  void assignPreset() override;
+  void commit() override;
+
+ protected:
+  bool check() override;
+  [[nodiscard]] const Facts& facts() const { return static_cast<const Facts&>(*facts_); }
+  /// The bound variable; null for a tag that is bound to nothing.
+  [[nodiscard]] virtual std::string* target();
+};
+
+/// A text kept in the tag itself.
+class InputTagStringStd : public TagKind<InputTagStringStd, InputTagString> {
+ public:
+  using TagKind::TagKind;
+
+ protected:
+  [[nodiscard]] std::string* target() override;
+
+ private:
+  std::string value_;
+};
+
+/// A place in another region: the name of the region, a dot, and the place.
+class InputTagPosition : public TagKind<InputTagPosition, InputTagStringStd> {
+ public:
+  using TagKind::TagKind;
+  void assignPreset() override;
+  void commit() override;
+
+ protected:
+  bool check() override;
+};
+
+/// The name of a file. The file itself is not looked at.
+class InputTagFile : public TagKind<InputTagFile, InputTagString> {
+ public:
+  using TagKind::TagKind;
+  /// The filter that file dialogs of other tools show.
+  [[nodiscard]] std::string_view getFileFilter() const { return facts().fileFilter; }
+};
+
+/// The name of a time series. Setting the value reads the file into the bound table.
+class InputTagSeriesFile : public TagKind<InputTagSeriesFile, InputTagFile> {
+ public:
+  static constexpr bool mayRepeat = true;
+  using TagKind::TagKind;
+  void assignPreset() override;
+  void commit() override;
+
+ protected:
+  bool check() override;
+  /// The file may vanish between two checks.
+  [[nodiscard]] bool passesForGood() const override { return false; }
+};
+
+/// What the schema says of a yes or no.
+struct BooleanFacts : TagFacts {
+  bool InputBlock::*member = nullptr;  ///< the bound variable
+};
+
+/// "yes" or "no".
+class InputTagBoolean : public TagKind<InputTagBoolean> {
+ public:
+  using Facts = BooleanFacts;
+  static constexpr bool mayRepeat = true;
+  using TagKind::TagKind;
+
+  [[nodiscard]] std::string getTypeName() const override;
+  void assignPreset() override;
+  void commit() override;
+
+ private:
+  [[nodiscard]] bool* target() const;
+};
+
+}  // namespace KESTparse

@@ -1,0 +1,69 @@
+/// \file
+/// What the rules of several block classes share.
+#pragma once
+
+#include <initializer_list>
+#include <string>
+#include <string_view>
+#include <utility>
+#include <vector>
+
+namespace KESTparse {
+
+class InputBlock;
+
+/// Two different places in a list.
+using PlacePair = std::pair<std::size_t, std::size_t>;
+
+/// Which pairs of equals are told: each once, the earlier place first, or each in both orders.
+enum class PairOrder { once, both };
+
+/// The pairs of places whose items share a key, in the order of a walk over all pairs. `keys[i]`
+/// holds the keys of item i. The cost grows with the number of keys and of pairs found.
+std::vector<PlacePair> pairsWithSharedKey(const std::vector<std::vector<std::string_view>>& keys,
+                                          PairOrder order = PairOrder::once);
+
+/// The pairs of `blocks` that are equal in `name`.
+template <class Block>
+std::vector<PlacePair> equalPairs(const std::vector<Block*>& blocks, std::string Block::*name,
+                                  PairOrder order = PairOrder::once) {
+  std::vector<std::vector<std::string_view>> keys;
+  keys.reserve(blocks.size());
+  for (const Block* block : blocks) {
+    keys.push_back({block->*name});
+  }
+  return pairsWithSharedKey(keys, order);
+}
+
+/// The pairs of `blocks` of which one has a name, by either of its two members, of the other.
+template <class Block>
+std::vector<PlacePair> pairsSharingName(const std::vector<Block*>& blocks,
+                                        std::string Block::*name1, std::string Block::*name2) {
+  std::vector<std::vector<std::string_view>> keys;
+  keys.reserve(blocks.size());
+  for (const Block* block : blocks) {
+    keys.push_back({block->*name1, block->*name2});
+  }
+  return pairsWithSharedKey(keys);
+}
+
+/// Whether `word` is one of `words`.
+bool isOneOf(std::string_view word, std::initializer_list<std::string_view> words);
+
+/// How the check of a restart file differs from block to block.
+struct RestartFileWords {
+  std::string_view unsetFile = {};  ///< the preset that stands for no file; empty: not asked for
+  bool emptyIsUnset = true;         ///< an empty name stands for no file too
+  bool showsNameAsGiven = false;    ///< the error shows the name as given and not its path
+  bool tellsNote = true;            ///< the error ends in the note on relative paths
+};
+
+/// Checks that the restart file of `block` can be opened. Returns whether it can; when it cannot,
+/// the block has got its error.
+bool checkRestartFile(InputBlock& block, const std::string& file, const RestartFileWords& words);
+
+/// Checks that the result file holds the solution at `restartTime` [s] of `block`. A negative time
+/// takes the last stored one, if there is any.
+void checkRestartTime(InputBlock& block, const std::string& file, double& restartTime);
+
+}  // namespace KESTparse

@@ -1,0 +1,30 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "KESTparse/framework/SchemaBlock.h"
+
+namespace KESTparse {
+
+/// The block `MANIPULATED_VARIABLE`.
+class IRctrlmanipulatedvar : public SchemaBlock<IRctrlmanipulatedvar> {
+ public:
+  using SchemaBlock::SchemaBlock;
+
+  void getDescription(std::ostream& out) const override;
+
+  std::string name;
+  std::string position_identifier;  ///< what stands behind the dot of `position`
+  std::string position_region;      ///< what stands before it
+  double start_value = 0;
+  double max_change_rate = 0;
+  std::vector<double> range;       ///< [m rel.]
+  std::vector<double> time_range;  ///< [s]
+  double steady_value = 0;
+
+ protected:
+  void createTags() override;
+};
+
+}  // namespace KESTparse

@@ -1,0 +1,37 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "KESTparse/framework/SchemaBlock.h"
+
+namespace KESTparse {
+
+class IRgeombc2d;
+class IRstringdef2d;
+
+/// The block `GEOMETRY` of a 2D region.
+class IRgeom2d : public SchemaBlock<IRgeom2d> {
+ public:
+  using SchemaBlock::SchemaBlock;
+
+  void getDescription(std::ostream& out) const override;
+
+  std::string type;
+  std::string file;
+
+  std::vector<IRstringdef2d*> stringdef_ptrV;
+  IRgeombc2d* geombc_ptr = nullptr;
+
+  void getLongDescription(std::ostream& out) const override;
+
+  /// The last string of that name; null when there is none.
+  [[nodiscard]] const IRstringdef2d* findString(std::string_view name) const;
+
+ protected:
+  void createSubBlocks() override;
+  void createTags() override;
+  void checkRules() override;
+};
+
+}  // namespace KESTparse

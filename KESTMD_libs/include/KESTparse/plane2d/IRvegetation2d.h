@@ -1,0 +1,31 @@
+#pragma once
+
+#include "KESTparse/framework/SchemaBlock.h"
+
+namespace KESTparse {
+
+class IRvegBiomass2d;
+class IRvegFeedback2d;
+class IRvegGroundwater2d;
+class IRvegParameter2d;
+class IRvegic2d;
+
+/// The block `VEGETATION` of a 2D region.
+class IRvegetation2d : public SchemaBlock<IRvegetation2d> {
+ public:
+  using SchemaBlock::SchemaBlock;
+
+  void getDescription(std::ostream& out) const override;
+
+  IRvegGroundwater2d* vegGroundwater_ptr = nullptr;
+  IRvegFeedback2d* vegFeedback_prt = nullptr;
+  IRvegBiomass2d* vegBiomass_ptr = nullptr;
+  IRvegParameter2d* vegParameter_ptr = nullptr;
+  IRvegic2d* vegic_ptr = nullptr;
+
+ protected:
+  void createSubBlocks() override;
+  void createTags() override;
+};
+
+}  // namespace KESTparse

@@ -1,0 +1,47 @@
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "KESTparse/framework/SchemaBlock.h"
+
+namespace KESTparse {
+
+class IRcalc1d;
+class IRcontroller;
+class IRcouplings;
+class IRkestSub;
+class IRkestextern;
+class IRkestplane;
+class IRparallel;
+class IRphysprop;
+
+/// The block `DOMAIN`.
+class IRdomain : public SchemaBlock<IRdomain> {
+ public:
+  using SchemaBlock::SchemaBlock;
+
+  void getDescription(std::ostream& out) const override;
+
+  std::string multiregion;
+
+  IRparallel* parallel_ptr = nullptr;
+  IRphysprop* pp_ptr = nullptr;
+  std::vector<IRcalc1d*> cr1d_ptrV;
+  std::vector<IRkestplane*> kestplane_ptrV;
+  std::vector<IRkestSub*> kestSub_ptrV;
+  std::vector<IRkestextern*> kestextern_ptrV;
+  IRcouplings* couplings_ptr = nullptr;
+  std::vector<IRcontroller*> ctrl_ptrV;
+  void getLongDescription(std::ostream& out) const override;
+  void getExample(std::ostream& out) const override;
+  void populate() override;
+
+ protected:
+  void createSubBlocks() override;
+  void createTags() override;
+  void checkRules() override;
+  [[nodiscard]] bool spellsOutUnknownNames() const override { return true; }
+};
+
+}  // namespace KESTparse

@@ -1,0 +1,119 @@
+#include "KESTcore/StandardSerie.h"
+
+#include <algorithm>
+
+#include "KESTparse/framework/Assert.h"
+#include "KESTparse/framework/Conversions.h"
+#include "KESTparse/framework/Files.h"
+#include "KESTparse/framework/Logger.h"
+
+namespace Kestrix {
+namespace {
+
+/// Whether a line holds nothing to read.
+bool isSkipped(std::string_view line) {
+  return line.find_first_not_of(" \t\r") == std::string_view::npos || line.starts_with('#') ||
+         line.starts_with("//");
+}
+
+/// Blanks the comment, carriage returns and single slashes of `line`.
+void blankNoNumbers(std::string& line) {
+  const std::size_t comment = std::min(line.find('#'), line.find("//"));
+  if (comment != std::string::npos) {
+    line.resize(comment);
+  }
+  std::replace_if(
+      line.begin(), line.end(), [](char c) { return c == '\r' || c == '/'; }, ' ');
+}
+
+}  // namespace
+
+StandardSerie::StandardSerie(const std::string& fileName) {
+  const KESTparse::FileText text = KESTparse::readFile(fileName);
+  if (!text.wasRead) {
+    KESTparse::getLogger().log(
+        KESTparse::level::error,
+        "Error trying to access '" + fileName +
+            "' which could not be opened. Make sure, the file exists and restart the simulation.");
+    return;
+  }
+  std::string_view rest = text.content;
+  std::string line;
+  for (std::size_t lineNumber = 1; !rest.empty(); ++lineNumber) {
+    const std::size_t end = std::min(rest.find('\n'), rest.size());
+    if (!isSkipped(rest.substr(0, end))) {
+      line = rest.substr(0, end);
+      readLine(line, fileName, lineNumber);
+    }
+    rest.remove_prefix(std::min(end + 1, rest.size()));
+  }
+  KESTparse::getLogger().log(KESTparse::level::information,
+                             "StandardSerie: read " + std::to_string(xData.size()) + " rows and " +
+                                 std::to_string(yData.size() + 1) + " columns of data from file " +
+                                 fileName);
+}
+
+void StandardSerie::readLine(std::string& line, const std::string& fileName,
+                             std::size_t lineNumber) {
+  blankNoNumbers(line);
+  std::string_view rest = line;
+  std::size_t colIdx = 0;
+  for (;; ++colIdx) {
+    const KESTparse::Extracted<double> number = KESTparse::extractDouble(rest);
+    if (!number.ok) {
+      break;
+    }
+    rest.remove_prefix(number.consumed);
+    if (!hasColumns_) {
+      ++colCount_;
+      yData.resize(colCount_ - 1);
+    }
+    ASSERT(colIdx < colCount_, "in file " << fileName << lineNumber << ": i expected a line with "
+                                          << colCount_ << " numbers, but found more than that!");
+    if (colIdx == 0) {
+      xData.push_back(number.value);
+    } else {
+      ASSERT(colIdx - 1 < yData.size(),
+             "colIdx - 1 < yData.size() => " << colIdx - 1 << " < " << yData.size());
+      yData[colIdx - 1].push_back(number.value);
+    }
+  }
+  hasColumns_ = true;
+  ASSERT(colIdx == colCount_, "in file " << fileName << lineNumber << ": I expected a line with "
+                                         << colCount_ << " numbers, but found " << colIdx
+                                         << "numbers.");
+}
+
+double StandardSerie::value(double x, std::size_t columnIndex) const {
+  ASSERT(columnIndex < yData.size(), "");
+  const std::vector<double>& y = yData[columnIndex];
+  ASSERT(!xData.empty(), "");
+  if (x <= xData.front()) {
+    return y.front();
+  }
+  if (x >= xData.back()) {
+    return y.back();
+  }
+  std::size_t idx = 0;
+  while (idx + 1 < xData.size() && xData[idx + 1] < x) {
+    ++idx;
+  }
+  ASSERT(idx + 1 < xData.size(), "");
+  const double factor = (x - xData[idx]) / (xData[idx + 1] - xData[idx]);
+  ASSERT(factor >= 0.0 && factor <= 1.0, "");
+  return y[idx] * (1 - factor) + y[idx + 1] * factor;
+}
+
+void StandardSerie::copyTo(std::vector<std::vector<double>>& table) const {
+  table.clear();
+  table.resize(xData.size());
+  for (std::size_t row = 0; row < xData.size(); ++row) {
+    table[row].reserve(yData.size() + 1);
+    table[row].push_back(xData[row]);
+    for (const std::vector<double>& column : yData) {
+      table[row].push_back(column[row]);
+    }
+  }
+}
+
+}  // namespace Kestrix

@@ -1,0 +1,145 @@
+#include "KESTparse/chain1d/IRbndr1d.h"
+
+namespace KESTparse {
+
+void IRbndr1d::getDescription(std::ostream& out) const {
+  out << "Defines boundary conditions for hydraulics. For every different condition, a new block BOUNDARY has to be used.";
+}
+
+void IRbndr1d::createTags() {
+  word<&Self::name>("Unique identifier which is used to define controllers or couplings.")
+      .preset("unnamed");
+  text<&Self::string>(
+      "'upstream' or 'downstream' are defined by the first resp. last entry in the cross section order list.")
+      .mandatory()
+      .preset("unknown_boundary_string")
+      .oneOf({"upstream", "downstream"});
+  text<&Self::type>(
+      "hydrograph: This boundary condition for the upstream is a hydrograph describing the total discharge in time over a cross-string.")
+      .mandatory()
+      .preset("unknown_boundary_type")
+      .oneOf({"hydrograph", "coupling_hydrograph", "zero_gradient", "coupling_zero_gradient",
+              "weir", "coupling_weir", "wall", "gate", "coupling_gate", "hqrelation",
+              "coupling_hqrelation", "zhydrograph", "coupling_zhydrograph", "coupling_connection"});
+  seriesFile<&Self::file, &Self::file_table>("Name of input *.txt file; e.g. example.txt")
+      .preset("unspecified_file.txt")
+      .usedIf("type", {"hydrograph", "zhydrograph", "coupling_zhydrograph", "hqrelation",
+                       "coupling_hqrelation"});
+  real<&Self::precision>(
+      "For iterative determination of the wetted area corresponding to discharge")
+      .defaultsTo("0.0001")
+      .unit("[m3/s]")
+      .above(0)
+      .usedIf("type", {"hydrograph", "coupling_hydrograph"});
+  integer<&Self::number_of_iterations>(
+      "Maximum number of iterations allowed for the iterative determination of the wetted area, before the computation is interrupted.")
+      .defaultsTo("250")
+      .preset("-100")
+      .above(0)
+      .usedIf("type", {"hydrograph", "coupling_hydrograph"});
+  real<&Self::slope>(
+      "Slope of the channel at the boundary, needed for a hydrograph boundary or a hqrelation boundary if the hq relation is not given as a table.")
+      .preset("-100.0")
+      .unit("per mill")
+      .above(0)
+      .usedIf("type", {"hydrograph", "coupling_hydrograph", "hqrelation", "coupling_hqrelation"});
+  real<&Self::zhyd_relaxation_tau>(
+      "Outflow in zhydrograph boundary is calculated in a way to have an exponential relaxation towards the desired water level.")
+      .defaultsTo("10.0")
+      .unit("m/1000m")
+      .above(0)
+      .usedIf("type", {"zhydrograph", "coupling_zhydrograph"});
+  real<&Self::max_momentum_flux>(
+      "Maximum possible value of momentum flux of zhydrograph boundary. Used to prevent unrealistic large values.")
+      .preset("10000.0")
+      .above(0)
+      .usedIf("type", {"zhydrograph", "coupling_zhydrograph"});
+  real<&Self::width>("Width of the weir crest or of the gate.")
+      .preset("-100.0")
+      .unit("[m]")
+      .above(0)
+      .usedIf("type", {"weir", "coupling_weir", "gate", "coupling_gate"})
+      .exclusiveWith("width_file");
+  seriesFile<&Self::width_file, &Self::width_file_table>(
+      "Name of the file containing the time evolution of the weir width or gate width.")
+      .preset("unspecified_widthfile.txt")
+      .usedIf("type", {"weir", "coupling_weir", "gate", "coupling_gate"})
+      .exclusiveWith("width");
+  real<&Self::weir_level>("Constant level of weir crest.")
+      .preset("-100.0")
+      .unit("[m a.s.l.]")
+      .atLeast(0)
+      .usedIf("type", {"weir", "coupling_weir"})
+      .exclusiveWith("weir_level_file");
+  seriesFile<&Self::weir_level_file, &Self::weir_level_file_table>(
+      "Name of the file containing the time evolution of the weir level.")
+      .preset("unspecified_levelfile.txt")
+      .usedIf("type", {"weir", "coupling_weir"})
+      .exclusiveWith("weir_level");
+  real<&Self::weir_bottom_level>(
+      "Bottom level of weir cross section (minimal weir level and level for fully opened gate)")
+      .preset("0.0")
+      .unit("[m a.s.l.]")
+      .atLeast(0)
+      .usedIf("type", {"weir", "coupling_weir", "gate", "coupling_gate"});
+  real<&Self::embankement_slope>(
+      "Slope of weir embankments = 1:embankement_slope (symmetric). A value of 999 corresponds to rectangular embankements.")
+      .defaultsTo("999")
+      .preset("-100.0")
+      .above(0)
+      .usedIf("type", {"weir", "coupling_weir"});
+  real<&Self::weir_my>("Weir factor according to Poleni.")
+      .defaultsTo("0.65")
+      .preset("-100.0")
+      .atLeast(0)
+      .usedIf("type", {"weir", "coupling_weir", "gate", "coupling_gate"});
+  real<&Self::num_piers>("Number of piers at weir cross section.")
+      .defaultsTo("0.0")
+      .atLeast(0)
+      .usedIf("type", {"weir", "coupling_weir"});
+  real<&Self::c_pier>("Pier coefficient for calculation of reduced width.")
+      .defaultsTo("0.0")
+      .atLeast(0)
+      .usedIf("type", {"weir", "coupling_weir"});
+  real<&Self::c_abutments>("Abutment coefficient for calculation of reduced width.")
+      .defaultsTo("0.0")
+      .atLeast(0)
+      .usedIf("type", {"weir", "coupling_weir"});
+  text<&Self::calculation_type>("Type for control of momentum balance at weir:critical")
+      .defaultsTo("critical")
+      .oneOf({"critical", "standard"})
+      .usedIf("type", {"weir", "coupling_weir", "gate", "coupling_gate"});
+  real<&Self::zweir_fac_a>(
+      "Scaling factor for weir water level (calculation_type = critical, zCorr = zCritWeir + F * (z - zCritWeir)): F = zweir_fac_a + zweir_fac_b * flowdepth")
+      .defaultsTo("0.0")
+      .usedIf("type", {"weir", "coupling_weir", "gate", "coupling_gate"});
+  real<&Self::zweir_fac_b>(
+      "Scaling factor for weir water level (calculation_type = critical, zCorr = zCritWeir + F * (z - zCritWeir))): F = zweir_fac_a + zweir_fac_b * flowdepth")
+      .defaultsTo("0.0")
+      .usedIf("type", {"weir", "coupling_weir", "gate", "coupling_gate"});
+  real<&Self::gate_level>("Level of gate bottom, i.e. top of gate opening.")
+      .preset("-100.0")
+      .unit("[m a.s.l.]")
+      .usedIf("type", {"gate", "coupling_gate"})
+      .exclusiveWith("gate_level_file");
+  seriesFile<&Self::gate_level_file, &Self::gate_level_file_table>(
+      "Name of the file containing the evolution of the gate level (i.e. top of gate opening) in time.")
+      .preset("unspecified_file.txt")
+      .usedIf("type", {"gate", "coupling_gate"})
+      .exclusiveWith("gate_level");
+  real<&Self::gate_bottom_level>(
+      "Level of bottom sill of gate cross section (level for closed gate).")
+      .preset("-100.0")
+      .unit("[m a.s.l.]")
+      .above(0)
+      .usedIf("type", {"gate", "coupling_gate"});
+  real<&Self::contraction_factor>(
+      "Gate coefficient &mu considering the reduction of the opening height due to the 'vena contracta'.")
+      .defaultsTo("0.62")
+      .preset("-100.0")
+      .atLeast(0)
+      .usedIf("type", {"gate", "coupling_gate"});
+  identifiedBy({"name"});
+}
+
+}  // namespace KESTparse

@@ -1,0 +1,36 @@
+#include "KESTparse/chain1d/IRfriction1d.h"
+
+namespace KESTparse {
+
+void IRfriction1d::getDescription(std::ostream& out) const {
+  out << "The block deals with all influences on the source term in the equations concerning the friction.";
+}
+
+void IRfriction1d::createTags() {
+  text<&Self::type>(
+      "Friction laws: 'strickler' for Strickler values, 'manning' for Manning values. No other friction laws are available for 1D at the moment.")
+      .defaultsTo("strickler")
+      .preset("undefined")
+      .oneOf({"strickler", "manning"});
+  real<&Self::default_friction>(
+      "The default friction is used for all elements where no explicit friction value has been supplied.")
+      .mandatory()
+      .preset("-1.0")
+      .atLeast(0);
+  boolean<&Self::grain_size_friction>(
+      "This option activates the calculation of the bed friction using the grain size.")
+      .defaultsTo("no")
+      .preset("false");
+  real<&Self::strickler_factor>(
+      "Factor for the computation of the friction value from the grain diameter: Kstr = strickler_factor/(d90^1/6).")
+      .defaultsTo("21.1")
+      .above(0)
+      .usedIf("grain_size_friction", {"no"});
+  real<&Self::roughness_factor>(
+      "Factor for the computation of the friction value from the grain diameter: ks = roughness_factor * d90.Default is 3.0.")
+      .defaultsTo("3.0")
+      .above(0)
+      .usedIf("grain_size_friction", {"no"});
+}
+
+}  // namespace KESTparse

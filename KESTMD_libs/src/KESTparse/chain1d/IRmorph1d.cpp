@@ -1,0 +1,29 @@
+#include "KESTparse/chain1d/IRmorph1d.h"
+
+#include "KESTparse/chain1d/IRGravitationalTransport1d.h"
+#include "KESTparse/chain1d/IRbedic1d.h"
+#include "KESTparse/chain1d/IRbedload1d.h"
+#include "KESTparse/chain1d/IRbedmat1d.h"
+#include "KESTparse/chain1d/IRmorphparam1d.h"
+#include "KESTparse/chain1d/IRmorphsrc1d.h"
+#include "KESTparse/chain1d/IRsuspload1d.h"
+
+namespace KESTparse {
+
+void IRmorph1d::getDescription(std::ostream& out) const {
+  out << "This Block defines the morphologic specifications for the simulation.";
+}
+
+void IRmorph1d::createSubBlocks() {
+  subBlock<&Self::morphparam_ptr>("PARAMETER").mandatory();
+  subBlock<&Self::bedmat_ptr>("BEDMATERIAL").mandatory();
+  subBlock<&Self::bedload_ptr>("BEDLOAD");
+  subBlock<&Self::susp_load_ptr>("SUSPENDED_LOAD");
+  subBlock<&Self::initial_ptr>("INITIAL").mandatory();
+  subBlock<&Self::source_ptr>("SOURCE");
+  subBlock<&Self::gravity_ptr>("GRAVITATIONAL_TRANSPORT");
+}
+
+void IRmorph1d::createTags() {}
+
+}  // namespace KESTparse

@@ -1,0 +1,64 @@
+#include "KESTparse/chain1d/IRspecout1d.h"
+
+namespace KESTparse {
+
+void IRspecout1d::getDescription(std::ostream& out) const {
+  out << "Besides the default output, some extra output can be defined.";
+}
+
+void IRspecout1d::createTags() {
+  text<&Self::type>(
+      "Defines the type of the special output. The following optional outputs can be generated")
+      .mandatory()
+      .preset("monitor")
+      .oneOf({"monitor", "mixtures", "delta_v_sed", "delta_v_water", "transport_diagram",
+              "delta_v_suspension", "KESTviz", "matlab", "matlab_flux"});
+  real<&Self::output_time_step>("The output is printed for the given intervals.")
+      .mandatory()
+      .preset("-1.0")
+      .unit("[s]")
+      .atLeast(0);
+  words<&Self::cross_sections>(
+      "Names of the cross sections for which the monitoring point output has to be created.")
+      .mandatory()
+      .requiredIf("type", {"monitor"});
+  words<&Self::A>("Wetted area of the cross section.").validEntries({"time", "max", "min"});
+  words<&Self::b>("Mean bottom level of the cross section.").validEntries({"time", "max", "min"});
+  words<&Self::Q>("Discharge in [m3/s].").validEntries({"time", "max", "min", "sum"});
+  words<&Self::Qb>("Bedload discharge in [m3/s].").validEntries({"time", "max", "min", "sum"});
+  words<&Self::TC>("Bedload transport capacity in [m3/s] without porosity.")
+      .validEntries({"time", "max", "min", "sum"});
+  words<&Self::GT>("Gravitational sediment transport in [m3/s].")
+      .validEntries({"time", "max", "min", "sum"});
+  words<&Self::wse>("Water suface elevation.").validEntries({"time", "max", "min"});
+  words<&Self::energy_line>("Energy line.").validEntries({"time", "max", "min"});
+  words<&Self::v>("Velocity.").validEntries({"time", "max", "min"});
+  words<&Self::c>("Concentration.").validEntries({"time", "max", "min", "sum"});
+  words<&Self::F>(
+      "Froude number [-], calculated as F = v/(g·R)0.5 with v = Q/A [m/s] and R = A/L [m] v = flow velocity [m/s] R = hydraulic radius [m] Q = discharge [m3/s] A = flow area ...")
+      .validEntries({"time", "max", "min"});
+  words<&Self::h>(
+      "mean (average) flow depth [m], calculated as h = A/w A = flow area [m2] w = water surface width [m]")
+      .validEntries({"time", "max", "min"});
+  text<&Self::variable>("Output (plot) of a specified variable")
+      .defaultsTo("depth")
+      .oneOf({"depth", "wse", "velocity", "tau"})
+      .usedIf("type", {"KESTviz"});
+  boolean<&Self::show_gridlines>("show gridlines", "Enable or disable gridline plotting.")
+      .defaultsTo("no")
+      .preset("false")
+      .usedIf("type", {"KESTviz"});
+  real<&Self::write_jpeg_image_time>(
+      "This option determines if the KESTviz visualization shall render JPEG images.If this time is set to a value > 0.0 than each time intervall a JPEG image is created.")
+      .defaultsTo("-1.0")
+      .usedIf("type", {"KESTviz"});
+  text<&Self::KESTextern>(
+      "Parameter specifies the name of a defined KESTextern sub-domain within the domain.")
+      .usedIf("type", {"monitor"});
+  boolean<&Self::output_single_file>(
+      "Parameter specifies if monitoring output is written to a single file or multiple files.")
+      .defaultsTo("no")
+      .usedIf("type", {"monitor"});
+}
+
+}  // namespace KESTparse

@@ -1,0 +1,452 @@
+#include "KESTparse/framework/InputBlock.h"
+
+#include <fmt/core.h>
+
+#include <algorithm>
+
+#include "KESTparse/framework/Assert.h"
+#include "KESTparse/framework/InputParseError.h"
+#include "KESTparse/framework/InputTagConditions.h"
+#include "KESTparse/framework/InputTagVisitor.h"
+
+namespace KESTparse {
+namespace {
+
+const std::vector<std::string> noMessages;
+const std::string noFile;
+
+std::string quoted(std::string_view name) {
+  return fmt::format("'{}'", name);
+}
+
+/// The names of a list of schema nodes, each between single quotes.
+template <class Nodes, class NameOf>
+std::string quotedNames(const Nodes& nodes, NameOf nameOf) {
+  std::string names;
+  for (const auto& node : nodes) {
+    names += (names.empty() ? "" : ", ") + quoted(nameOf(node));
+  }
+  return names;
+}
+
+}  // namespace
+
+BlockSchema::BlockSchema(std::string_view keyword, InputBlock* parent, bool isMandatory,
+                         bool isRepeatable)
+    : name(keyword), logicalParent(parent), mandatory(isMandatory), repeatable(isRepeatable) {}
+
+BlockSchema::~BlockSchema() = default;
+
+InputBlock::InputBlock(std::string_view name, InputBlock* logicalParent, bool mandatory,
+                       bool repeatable)
+    : ownSchema_(std::make_unique<BlockSchema>(name, logicalParent, mandatory, repeatable)),
+      schema_(ownSchema_.get()) {}
+
+InputBlock::InputBlock(const InputBlock& master)
+    : schema_(master.schema_), logicalMaster_(&master) {
+  schema_->frozen = true;
+}
+
+InputBlock::~InputBlock() = default;
+
+void InputBlock::accept(InputBlockVisitor& visitor) const {
+  visitor.visit(*this);
+}
+
+void InputBlock::getLongDescription(std::ostream& /*out*/) const {}
+
+void InputBlock::getExample(std::ostream& /*out*/) const {}
+
+std::size_t InputBlock::getLogicalNumBlocks() const {
+  return schema_->subBlocks.size();
+}
+
+std::size_t InputBlock::getLogicalNumTags() const {
+  return schema_->tags.size();
+}
+
+const InputBlock& InputBlock::getLogicalBlock(std::size_t index) const {
+  ASSERT(index < schema_->subBlocks.size(), "index < this->blocks_.size()");
+  return *schema_->subBlocks[index].master;
+}
+
+const InputTag& InputBlock::getLogicalTag(std::size_t index) const {
+  ASSERT(index < schema_->tags.size(), "index < this->tags_.size()");
+  return *schema_->tags[index];
+}
+
+int InputBlock::getLogicalTagPosition(std::string_view name) const {
+  const auto& tags = schema_->tags;
+  const auto it = std::find_if(tags.begin(), tags.end(),
+                               [name](const auto& tag) { return tag->getName() == name; });
+  return it == tags.end() ? -1 : static_cast<int>(it - tags.begin());
+}
+
+int InputBlock::getLogicalBlockPosition(std::string_view name) const {
+  const auto& rows = schema_->subBlocks;
+  const auto it = std::find_if(rows.begin(), rows.end(),
+                               [name](const auto& row) { return row.master->getName() == name; });
+  return it == rows.end() ? -1 : static_cast<int>(it - rows.begin());
+}
+
+InputBlock& InputBlock::getBlock(std::size_t index) const {
+  ASSERT(index < availableBlocks_.size(), "index < this->available_blocks_.size()");
+  return *availableBlocks_[index];
+}
+
+InputTag& InputBlock::getTag(std::size_t index) const {
+  ASSERT(index < availableTags_.size(), "index < this->available_tags_.size()");
+  return *availableTags_[index];
+}
+
+InputBlock& InputBlock::getBlock(std::string_view name, std::size_t index) const {
+  std::size_t found = 0;
+  for (const auto& block : availableBlocks_) {
+    if (block->getName() == name && found++ == index) {
+      return *block;
+    }
+  }
+  ASSERT(false, "InputBlock: Block " << quoted(name) << " with index '" << index
+                                     << "' does not exists as only " << found
+                                     << " blocks of this type are available.");
+}
+
+InputTag& InputBlock::getTag(std::string_view name, std::size_t index) const {
+  std::size_t found = 0;
+  for (const auto& tag : availableTags_) {
+    if (tag->getName() == name && found++ == index) {
+      return *tag;
+    }
+  }
+  ASSERT(false, "InputBlock: Tag " << quoted(name) << " with index '" << index
+                                   << "' does not exists as only " << found
+                                   << " tags of this type are available.");
+}
+
+std::size_t InputBlock::countBlocks(std::size_t position) const {
+  return position < numBlocks_.size() ? numBlocks_[position] : 0;
+}
+
+const InputTag* InputBlock::findTag(std::size_t position) const {
+  const std::size_t first = position < firstTag_.size() ? firstTag_[position] : 0;
+  return first == 0 ? nullptr : availableTags_[first - 1].get();
+}
+
+std::size_t InputBlock::countTags(std::size_t position) const {
+  if (findTag(position) == nullptr) {
+    return 0;
+  }
+  if (!schema_->tags[position]->isRepeatable()) {
+    return 1;
+  }
+  return static_cast<std::size_t>(
+      std::count_if(availableTags_.begin(), availableTags_.end(),
+                    [position](const auto& tag) { return tag->getPosition() == position; }));
+}
+
+std::size_t InputBlock::getNumBlocksNamed(std::string_view name) const {
+  const int position = getLogicalBlockPosition(name);
+  ASSERT(position >= 0, "Block named " << name << " does not exists in the logical block list");
+  return countBlocks(static_cast<std::size_t>(position));
+}
+
+std::size_t InputBlock::getNumTagsNamed(std::string_view name) const {
+  const int position = getLogicalTagPosition(name);
+  ASSERT(position >= 0, "Tag named " << name << " does not exists in the logical tag list");
+  return countTags(static_cast<std::size_t>(position));
+}
+
+const InputBlock* InputBlock::getBlockByPath(std::string_view path) const {
+  const InputBlock* block = this;
+  std::string_view rest = path;
+  while (block != nullptr && !rest.empty()) {
+    const std::size_t end = std::min(rest.find('/'), rest.size());
+    const std::string_view part = rest.substr(0, end);
+    rest.remove_prefix(std::min(end + 1, rest.size()));
+    if (part == "..") {
+      block = block->actualParent_;
+      continue;
+    }
+    const auto& blocks = block->availableBlocks_;
+    const auto it = std::find_if(blocks.begin(), blocks.end(),
+                                 [part](const auto& child) { return child->getName() == part; });
+    ASSERT(it != blocks.end() || block->getLogicalBlockPosition(part) >= 0,
+           "Block named " << quoted(part) << " within path " << path
+                          << " does not exist within block " << quoted(block->getName()));
+    block = it == blocks.end() ? nullptr : it->get();
+  }
+  return block;
+}
+
+const std::string& InputBlock::getFileName() const {
+  return fileName_ == nullptr ? noFile : *fileName_;
+}
+
+InputBlock& InputBlock::getBlock(std::string_view name,
+                                 const std::shared_ptr<const std::string>& fileName,
+                                 unsigned line) {
+  const int position = getLogicalBlockPosition(name);
+  if (position < 0) {
+    const std::string names = quotedNames(
+        schema_->subBlocks, [](const SubBlockRow& row) { return row.master->getName(); });
+    throw InputParseError(
+        ParseErrorKind::unknownBlock,
+        "Block named " + quoted(name) + " is not a valid block name within block " +
+            quoted(getName()) + "." +
+            (names.empty() ? " There is no subblock" : " Valid blocks are " + names));
+  }
+  const auto index = static_cast<std::size_t>(position);
+  const InputBlock& master = *schema_->subBlocks[index].master;
+  if (!master.isRepeatable() && countBlocks(index) > 0) {
+    throw InputParseError(
+        ParseErrorKind::secondBlock,
+        "Block named " + quoted(name) + " is non-repeatable, but second block defined");
+  }
+  const std::size_t numBlocks = availableBlocks_.size();
+  InputBlock& block = addBlock(master.logicalClone(this));
+  ASSERT(availableBlocks_.size() == numBlocks + 1,
+         "You need to call InputBlock::addBlock in your addBlock routine in block " << getName());
+  block.fileName_ = fileName;
+  block.line_ = line;
+  return block;
+}
+
+InputTag& InputBlock::getTag(std::string_view name) {
+  const int position = getLogicalTagPosition(name);
+  if (position < 0) {
+    const std::string names =
+        quotedNames(schema_->tags, [](const auto& tag) { return tag->getName(); });
+    throw InputParseError(ParseErrorKind::unknownTag,
+                          "Tag named " + quoted(name) + " is not defined within block " +
+                              quoted(getName()) +
+                              (names.empty() ? ". Actually, there are no tags in this block"
+                                             : ". Valid tag names are " + names));
+  }
+  const auto index = static_cast<std::size_t>(position);
+  const InputTag& prototype = *schema_->tags[index];
+  if (!prototype.isRepeatable() && findTag(index) != nullptr) {
+    throw InputParseError(
+        ParseErrorKind::secondTag,
+        "Tag named " + quoted(name) + " is non-repeatable, but second tag defined.");
+  }
+  return addTag(prototype.logicalClone(*this));
+}
+
+SubBlockRow& InputBlock::rowOf(const InputBlock& child) const {
+  const int position = getLogicalBlockPosition(child.getName());
+  ASSERT(position >= 0,
+         "unknown block" << (spellsOutUnknownNames() ? " named " + std::string(child.getName())
+                                                     : std::string()));
+  return schema_->subBlocks[static_cast<std::size_t>(position)];
+}
+
+InputBlock& InputBlock::addBlock(std::unique_ptr<InputBlock> child) {
+  const SubBlockRow& row = rowOf(*child);
+  row.file(*this, *child);
+  numBlocks_.resize(schema_->subBlocks.size());
+  ++numBlocks_[row.master->schema_->position];
+  child->actualParent_ = this;
+  availableBlocks_.push_back(std::move(child));
+  return *availableBlocks_.back();
+}
+
+InputTag& InputBlock::addTag(std::unique_ptr<InputTag> tag) {
+  takeTag(std::move(tag));
+  return *availableTags_.back();
+}
+
+void InputBlock::takeTag(std::unique_ptr<InputTag> tag) {
+  firstTag_.resize(schema_->tags.size());
+  tag->setIndex(static_cast<std::uint32_t>(availableTags_.size()));
+  std::uint32_t& first = firstTag_[tag->getPosition()];
+  if (first == 0) {
+    first = tag->getIndex() + 1;
+  }
+  availableTags_.push_back(std::move(tag));
+}
+
+void InputBlock::countTags() {
+  std::fill(firstTag_.begin(), firstTag_.end(), 0);
+  std::vector<std::unique_ptr<InputTag>> tags;
+  tags.swap(availableTags_);
+  for (auto& tag : tags) {
+    takeTag(std::move(tag));
+  }
+}
+
+void InputBlock::removeAll() {
+  while (!availableBlocks_.empty()) {
+    removeBlock(*availableBlocks_.back());
+  }
+  while (!availableTags_.empty()) {
+    removeTag(*availableTags_.back());
+  }
+}
+
+void InputBlock::removeBlock(InputBlock& child) {
+  const SubBlockRow& row = rowOf(child);
+  const bool wasFiled = row.unfile(*this, child);
+  ASSERT(wasFiled, "Error while trying to delete a subblock name '"
+                       << child.getName() << (spellsOutUnknownNames() ? "'" : "")
+                       << " of block from vector. Its not in there!");
+  const auto it = std::find_if(availableBlocks_.begin(), availableBlocks_.end(),
+                               [&child](const auto& block) { return block.get() == &child; });
+  ASSERT(it != availableBlocks_.end(), "it != available_blocks_.end()");
+  child.removeAll();
+  --numBlocks_[row.master->schema_->position];
+  availableBlocks_.erase(it);
+}
+
+void InputBlock::removeTag(InputTag& tag) {
+  ASSERT(tag.getIndex() < getNumTags(), "tag->getIndex() < getNumTags() in block '"
+                                            << getName() << "' for tag '" << tag.getName()
+                                            << "' as " << tag.getIndex() << " >= " << getNumTags());
+  ASSERT(tag.getActualParent() == this, "tag->getActualParent() == this");
+  tag.assignPreset();
+  availableTags_.erase(availableTags_.begin() + static_cast<std::ptrdiff_t>(tag.getIndex()));
+  countTags();
+}
+
+void InputBlock::populate() {
+  for (const auto& prototype : schema_->tags) {
+    if (!prototype->getDefaultValue().empty() && findTag(prototype->getPosition()) == nullptr &&
+        !prototype->isSuppressed(*this)) {
+      takeTag(prototype->logicalClone(*this));
+      availableTags_.back()->setRawValue(prototype->getDefaultValue());
+    }
+  }
+  for (const auto& block : availableBlocks_) {
+    block->populate();
+  }
+}
+
+unsigned InputBlock::validateTree() {
+  messages_.reset();
+  unsigned errors = 0;
+  for (const auto& tag : availableTags_) {
+    errors += tag->validate() ? 0 : 1;
+  }
+  for (const auto& prototype : schema_->tags) {
+    if (findTag(prototype->getPosition()) == nullptr && prototype->isMandatory(this)) {
+      addError("Tag " + quoted(prototype->getName()) + " is mandatory but missing.");
+    }
+  }
+  for (const auto& block : availableBlocks_) {
+    errors += block->validate();
+  }
+  for (const SubBlockRow& row : schema_->subBlocks) {
+    if (row.master->isMandatory() && countBlocks(row.master->schema_->position) == 0) {
+      addError("Block " + quoted(row.master->getName()) + " is mandatory but missing.");
+    }
+  }
+  return errors + static_cast<unsigned>(getErrors().size());
+}
+
+unsigned InputBlock::validate() {
+  const unsigned errors = validateTree();
+  const std::size_t ownErrors = getErrors().size();
+  checkRulesAlways();
+  if (errors == 0) {
+    checkRules();
+  }
+  return errors + static_cast<unsigned>(getErrors().size() - ownErrors);
+}
+
+void InputBlock::checkRules() {}
+
+void InputBlock::checkRulesAlways() {}
+
+std::size_t InputBlock::getNumWarnings() const {
+  std::size_t warnings = getWarnings().size();
+  for (const auto& block : availableBlocks_) {
+    warnings += block->getNumWarnings();
+  }
+  for (const auto& tag : availableTags_) {
+    warnings += tag->getWarnings().size();
+  }
+  return warnings;
+}
+
+std::size_t InputBlock::getNumErrors() const {
+  std::size_t errors = getErrors().size();
+  for (const auto& block : availableBlocks_) {
+    errors += block->getNumErrors();
+  }
+  for (const auto& tag : availableTags_) {
+    errors += tag->getErrors().size();
+  }
+  return errors;
+}
+
+InputBlock::Messages& InputBlock::messages() {
+  if (messages_ == nullptr) {
+    messages_ = std::make_unique<Messages>();
+  }
+  return *messages_;
+}
+
+const std::vector<std::string>& InputBlock::getErrors() const {
+  return messages_ == nullptr ? noMessages : messages_->errors;
+}
+
+const std::vector<std::string>& InputBlock::getWarnings() const {
+  return messages_ == nullptr ? noMessages : messages_->warnings;
+}
+
+void InputBlock::addError(std::string text) {
+  messages().errors.push_back(std::move(text));
+}
+
+void InputBlock::addWarning(std::string text) {
+  messages().warnings.push_back(std::move(text));
+}
+
+void InputBlock::createSubBlocks() {}
+
+void InputBlock::initialise() {}
+
+bool InputBlock::spellsOutUnknownNames() const {
+  return false;
+}
+
+void InputBlock::declare() {
+  createSubBlocks();
+  createTags();
+  for (const auto& tag : schema_->tags) {
+    tag->link();
+    tag->assignPreset();
+  }
+  initialise();
+}
+
+SubBlockAttributes InputBlock::addLogicalBlock(SubBlockRow row) {
+  ASSERT(row.master != nullptr, "child != nullptr");
+  ASSERT(logicalMaster_ == nullptr, "LOGICAL stuff must be applied to the master");
+  BlockSchema& schema = *row.master->schema_;
+  schema.position = static_cast<std::uint32_t>(schema_->subBlocks.size());
+  schema_->subBlocks.push_back(std::move(row));
+  return SubBlockAttributes(schema);
+}
+
+InputTag& InputBlock::addLogicalTag(std::unique_ptr<TagFacts> facts,
+                                    std::unique_ptr<InputTag> tag) {
+  ASSERT(!schema_->frozen && availableBlocks_.empty() && availableTags_.empty(),
+         "LOGICAL stuff might not be changed after the tree is beeing populated");
+  facts->position = static_cast<std::uint32_t>(schema_->tags.size());
+  schema_->facts.push_back(std::move(facts));
+  schema_->tags.push_back(std::move(tag));
+  return *schema_->tags.back();
+}
+
+void InputBlock::ensureBlock(std::string_view name) {
+  if (getNumBlocksNamed(name) == 0) {
+    const int position = getLogicalBlockPosition(name);
+    addBlock(schema_->subBlocks[static_cast<std::size_t>(position)].master->logicalClone(this));
+  }
+}
+
+void InputBlock::identifiedBy(std::vector<std::string_view> tags) {
+  schema_->identifyingTags = std::move(tags);
+}
+
+}  // namespace KESTparse

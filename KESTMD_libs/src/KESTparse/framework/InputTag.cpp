@@ -1,0 +1,160 @@
+#include "KESTparse/framework/InputTag.h"
+
+#include "KESTparse/framework/Assert.h"
+#include "KESTparse/framework/Conversions.h"
+#include "KESTparse/framework/InputParseError.h"
+#include "KESTparse/framework/InputTagConditions.h"
+#include "KESTparse/framework/InputTagVisitor.h"
+
+namespace KESTparse {
+namespace {
+
+const std::vector<std::string> noMessages;
+
+}  // namespace
+
+InputTag::~InputTag() = default;
+
+InputTagVisitor::~InputTagVisitor() = default;
+
+void InputTagVisitor::visit(const InputTagCondUsedIf& tag) {
+  tag.getComposite().accept(*this);
+}
+
+void InputTagVisitor::visit(const InputTagCondRequiredIf& tag) {
+  tag.getComposite().accept(*this);
+}
+
+void InputTagVisitor::visit(const InputTagCondExclusive& tag) {
+  tag.getComposite().accept(*this);
+}
+
+bool InputTag::isMandatory(const InputBlock* /*block*/) const {
+  return facts_->mandatory;
+}
+
+const std::string& InputTag::getRestrictedValue(std::size_t index) const {
+  ASSERT(index < facts_->restrictedValues.size(), "index < this->restrictedValues_.size()");
+  return facts_->restrictedValues[index];
+}
+
+bool InputTag::isSuppressed(const InputBlock& /*block*/) const {
+  return false;
+}
+
+std::string InputTag::getTypeName() const {
+  return "undef";
+}
+
+std::string InputTag::getConstraintDescription() const {
+  return {};
+}
+
+std::string InputTag::getConditionDescription() const {
+  return {};
+}
+
+std::string InputTag::getUnit() const {
+  return {};
+}
+
+void InputTag::storeRawValue(std::string_view text) {
+  rawValue_ = text;
+  passed_ = false;
+}
+
+void InputTag::setRawValue(std::string_view text) {
+  storeRawValue(trim(text));
+  if (!validate()) {
+    std::string faults;
+    for (const std::string& error : getErrors()) {
+      faults += (faults.empty() ? "" : "; ") + error;
+    }
+    if (getErrors().empty()) {
+      faults = "An undefined validation error occurred for value '" + getRawValue() + "' of tag '" +
+               std::string(getName()) +
+               "'. Please contact the development team and send your input file.";
+    }
+    throw InputParseError(ParseErrorKind::tagValue, std::move(faults));
+  }
+  commit();
+}
+
+bool InputTag::isAllowedWord() {
+  if (!isRestricted()) {
+    return true;
+  }
+  for (const std::string& allowed : facts_->restrictedValues) {
+    if (rawValue_ == allowed) {
+      return true;
+    }
+  }
+  addError((rawValue_.empty() ? "Empty value is not allowed for tag '"
+                              : "Expression '" + rawValue_ + "' is not a valid value for tag '") +
+           std::string(getName()) + "'. Allowed values are " +
+           quotedList(facts_->restrictedValues));
+  return false;
+}
+
+bool InputTag::check() {
+  return true;
+}
+
+bool InputTag::passesForGood() const {
+  return true;
+}
+
+bool InputTag::validate() {
+  messages_.reset();
+  if (passed_) {
+    return true;
+  }
+  if (!isAllowedWord() || !check()) {
+    return false;
+  }
+  passed_ = passesForGood();
+  return true;
+}
+
+InputTag::Messages& InputTag::messages() {
+  if (messages_ == nullptr) {
+    messages_ = std::make_unique<Messages>();
+  }
+  return *messages_;
+}
+
+const std::vector<std::string>& InputTag::getErrors() const {
+  return messages_ == nullptr ? noMessages : messages_->errors;
+}
+
+const std::vector<std::string>& InputTag::getWarnings() const {
+  return messages_ == nullptr ? noMessages : messages_->warnings;
+}
+
+void InputTag::addError(std::string text) {
+  messages().errors.push_back(std::move(text));
+}
+
+void InputTag::addWarning(std::string text) {
+  messages().warnings.push_back(std::move(text));
+}
+
+void InputTag::assignPreset() {}
+
+const std::string& InputTag::getRawValue() const {
+  return rawValue_;
+}
+
+double InputTag::asDouble() const {
+  ASSERT(false, "This Tag is not a double value tag!");
+}
+
+int InputTag::asInt() const {
+  ASSERT(false, "This Tag is not an integer value tag!");
+}
+
+void InputTag::commit() {}
+
+void InputTag::link() {}
+
+}  // namespace KESTparse

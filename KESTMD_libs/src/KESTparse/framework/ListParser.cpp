@@ -1,0 +1,135 @@
+#include "KESTparse/framework/ListParser.h"
+
+#include <cstdlib>
+#include <type_traits>
+
+#include "KESTparse/framework/Assert.h"
+#include "KESTparse/framework/Conversions.h"
+
+namespace KESTparse {
+namespace {
+
+bool separatesItems(char c) {
+  return c == ' ' || c == '\t' || c == '\n' || c == '\r';
+}
+
+/// The fault of one item; empty when it is none.
+template <typename T>
+std::string itemFault(std::string_view item) {
+  if constexpr (std::is_same_v<T, int>) {
+    return integerSyntaxFault(item);
+  } else if constexpr (std::is_same_v<T, double>) {
+    return realSyntaxFault(item);
+  } else {
+    return item.empty() ? "Empty list item" : "";
+  }
+}
+
+/// The two words for an item of a list.
+struct ItemWords {
+  const char* singular;
+  const char* plural;
+};
+
+template <typename T>
+constexpr ItemWords itemWords() {
+  if constexpr (std::is_same_v<T, int>) {
+    return {"integer", "integers"};
+  } else if constexpr (std::is_same_v<T, double>) {
+    return {"real", "reals"};
+  } else {
+    return {"string", "strings"};
+  }
+}
+
+}  // namespace
+
+std::string_view nextListItem(std::string_view text, std::size_t& position) {
+  if (text.size() < 3) {
+    return {};
+  }
+  const std::size_t end = text.size() - 1;
+  while (position < end && separatesItems(text[position])) {
+    ++position;
+  }
+  const std::size_t begin = position;
+  while (position < end && !separatesItems(text[position])) {
+    ++position;
+  }
+  return text.substr(begin, position - begin);
+}
+
+template <typename T>
+std::vector<std::string_view> WhiteSpaceListParser<T>::split(std::string_view text) const {
+  std::vector<std::string_view> items;
+  std::size_t position = 1;
+  for (std::string_view item = nextListItem(text, position); !item.empty();
+       item = nextListItem(text, position)) {
+    items.push_back(item);
+  }
+  return items;
+}
+
+template <typename T>
+bool WhiteSpaceListParser<T>::isValid(std::string_view text) {
+  lastError_.clear();
+  if (text.size() >= 3) {
+    const std::string_view inner = text.substr(1, text.size() - 2);
+    const std::size_t brace = inner.find_first_of("()");
+    if (brace != std::string_view::npos) {
+      lastError_ = std::string("A brace ") + inner[brace] +
+                   " is not allowed in the whitespace separated list";
+      return false;
+    }
+  }
+  std::size_t position = 1;
+  std::string_view item = nextListItem(text, position);
+  if (item.empty()) {
+    lastError_ = "Empty list found: '" + std::string(text) + "'";
+    return false;
+  }
+  if (itemCount_ != 0) {
+    const std::size_t found = split(text).size();
+    const auto wanted = static_cast<std::size_t>(std::abs(itemCount_));
+    if (itemCount_ > 0 ? found != wanted : found > wanted) {
+      lastError_ = (itemCount_ > 0 ? "Expected " : "Expected up to ") + std::to_string(wanted) +
+                   (wanted == 1 ? " item" : " items") + " in list but found " +
+                   std::to_string(found);
+      return false;
+    }
+  }
+  for (std::size_t number = 1; !item.empty(); ++number) {
+    const std::string fault = itemFault<T>(item);
+    if (!fault.empty()) {
+      lastError_ = "List item nr. " + std::to_string(number) + " is invalid: " + fault;
+      return false;
+    }
+    item = nextListItem(text, position);
+  }
+  return true;
+}
+
+template <typename T>
+std::unique_ptr<ListParser> WhiteSpaceListParser<T>::clone() const {
+  return std::make_unique<WhiteSpaceListParser<T>>(*this);
+}
+
+template <typename T>
+std::string WhiteSpaceListParser<T>::typeName() const {
+  ASSERT(nesting_ == 0 || nesting_ == 1, "not yet implemented ... ");
+  std::string name =
+      separator() == ',' ? "comma separated list of " : "whitespace separated list of ";
+  const ItemWords words = itemWords<T>();
+  if (itemCount_ == 0) {
+    return name + (nesting_ == 1 ? "sublist of " : "") + words.plural;
+  }
+  const int count = std::abs(itemCount_);
+  return name + (nesting_ == 1 ? "sublists of " : "") + (itemCount_ < 0 ? "up to " : "") +
+         std::to_string(count) + " " + (count == 1 ? words.singular : words.plural);
+}
+
+template class WhiteSpaceListParser<int>;
+template class WhiteSpaceListParser<double>;
+template class WhiteSpaceListParser<std::string>;
+
+}  // namespace KESTparse

@@ -1,0 +1,91 @@
+#include "KESTparse/framework/Rules.h"
+
+#include <fmt/core.h>
+
+#include <algorithm>
+#include <cmath>
+
+#include "KESTparse/framework/Conversions.h"
+#include "KESTparse/framework/GlobalValues.h"
+#include "KESTparse/framework/InputBlock.h"
+#include "h5io/SolutionTimes.h"
+
+namespace KESTparse {
+
+std::vector<PlacePair> pairsWithSharedKey(const std::vector<std::vector<std::string_view>>& keys,
+                                          PairOrder order) {
+  std::vector<std::pair<std::string_view, std::size_t>> places;
+  for (std::size_t i = 0; i < keys.size(); ++i) {
+    for (const std::string_view key : keys[i]) {
+      places.emplace_back(key, i);
+    }
+  }
+  std::sort(places.begin(), places.end());
+  std::vector<PlacePair> pairs;
+  for (std::size_t begin = 0, end = 0; begin < places.size(); begin = end) {
+    while (end < places.size() && places[end].first == places[begin].first) {
+      ++end;
+    }
+    for (std::size_t i = begin; i < end; ++i) {
+      for (std::size_t j = i + 1; j < end; ++j) {
+        if (places[i].second == places[j].second) {
+          continue;
+        }
+        pairs.emplace_back(places[i].second, places[j].second);
+        if (order == PairOrder::both) {
+          pairs.emplace_back(places[j].second, places[i].second);
+        }
+      }
+    }
+  }
+  std::sort(pairs.begin(), pairs.end());
+  pairs.erase(std::unique(pairs.begin(), pairs.end()), pairs.end());
+  return pairs;
+}
+
+bool isOneOf(std::string_view word, std::initializer_list<std::string_view> words) {
+  return std::find(words.begin(), words.end(), word) != words.end();
+}
+
+bool checkRestartFile(InputBlock& block, const std::string& file, const RestartFileWords& words) {
+  const bool asksForFile = !words.unsetFile.empty();
+  if (asksForFile && (file == words.unsetFile || (file.empty() && words.emptyIsUnset))) {
+    block.addError(
+        "No restart file was specified. To 'continue' a simulation a restart file must be given!");
+    return false;
+  }
+  const std::string path = resolvePath(file);
+  if (canOpen(path)) {
+    return true;
+  }
+  block.addError(fmt::format(
+      "Restart file '{}' does not exist. Please give a valid file name for the restart file.{}",
+      words.showsNameAsGiven ? file : path,
+      words.tellsNote ? " Note: Relative path can be inserted manually, e.g. "
+                        "../gridFolder/grid.2dm (not over the 'load file' botton)."
+                      : ""));
+  return false;
+}
+
+void checkRestartTime(InputBlock& block, const std::string& file, double& restartTime) {
+  if (restartTime < 0) {
+    const std::vector<double> times = h5io::getSolutionTimes(file);
+    if (!times.empty()) {
+      restartTime = times.back();
+    }
+  }
+  constexpr double tolerance = 0.001;
+  const std::vector<double> times = h5io::getSolutionTimes(file);
+  std::string validTimes;
+  for (const double time : times) {
+    if (std::abs(time - restartTime) < tolerance) {
+      return;
+    }
+    validTimes += doubleToFixed(time) + " ";
+  }
+  block.addError(fmt::format(
+      "Restart solution time '{}' does not exist within the file. Please choose a valid restart solution time. Valid times are:<br>{}",
+      doubleToString(restartTime), validTimes));
+}
+
+}  // namespace KESTparse

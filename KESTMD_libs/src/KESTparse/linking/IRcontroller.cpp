@@ -1,0 +1,38 @@
+#include "KESTparse/linking/IRcontroller.h"
+
+#include "KESTparse/linking/IRctrlmanipulatedvar.h"
+#include "KESTparse/linking/IRctrlmonitoredvar.h"
+
+namespace KESTparse {
+
+void IRcontroller::getDescription(std::ostream& out) const {
+  out << "This block defines a controller object, which can be used to dynamically enforce some target, such as maintaining a certain water surface elevation or keeping the flow over a weir fixed.It can also be used to change boundary conditions like inflow, ...";
+}
+
+void IRcontroller::createSubBlocks() {
+  subBlock<&Self::monitored>("MONITORED_VARIABLE").repeatable();
+  subBlock<&Self::manipulated>("MANIPULATED_VARIABLE").repeatable();
+}
+
+void IRcontroller::createTags() {
+  word<&Self::name>("Name of the controller. This name is used to name the output-files.")
+      .mandatory();
+  text<&Self::type>(
+      "Type of controller object. Choose between PID and HID. A human interface device (HID) controller allows for interactively changing the boundary conditions (e.g.")
+      .mandatory()
+      .oneOf({"PID", "HID"});
+  boolean<&Self::output>(
+      "Write all monitored and manipulated variables to a file named controller_'name'.txt.")
+      .defaultsTo("no")
+      .preset("0");
+  real<&Self::output_time_step>(
+      "The output time step defines the time interval after which an output of monitored and manipulated variables is written to file.")
+      .defaultsTo("0")
+      .preset("0.0")
+      .unit("[s]")
+      .atLeast(0)
+      .usedIf("output", {"yes"});
+  identifiedBy({"name"});
+}
+
+}  // namespace KESTparse

@@ -1,0 +1,30 @@
+#include "KESTparse/linking/IRkestextern.h"
+
+#include "KESTparse/linking/IRbndrExtern.h"
+
+namespace KESTparse {
+
+void IRkestextern::getDescription(std::ostream& out) const {
+  out << "This block includes all information for a 2D simulation.";
+}
+
+void IRkestextern::createSubBlocks() {
+  subBlock<&Self::bndr_ptrV>("BOUNDARY").repeatable();
+}
+
+void IRkestextern::createTags() {
+  word<&Self::region_name>(
+      "The name of the external region has to be specified. This name is needed identify the external sub-domain in the coupling process and for the output over TCP/IP.")
+      .mandatory();
+  word<&Self::fixed_time_step>(
+      "Enforce a fixed time step for the KESTextern subdomain within the local-time-stepping algorithm.")
+      .defaultsTo("on")
+      .oneOf({"off", "on"});
+  integer<&Self::port>(
+      "This parameters represents the port number of the external program which shall be coupled with Kestrix.");
+  text<&Self::ip>(
+      "This parameter represents the ip-address of the external program which shall be coupled with Kestrix.");
+  identifiedBy({"region_name"});
+}
+
+}  // namespace KESTparse

@@ -1,0 +1,32 @@
+#include "KESTparse/plane2d/IRbedparameter2d.h"
+
+namespace KESTparse {
+
+void IRbedparameter2d::getDescription(std::ostream& out) const {
+  out << "The PARAMETER block for morphology in 2D contains general settings dealing with bedload transport.";
+}
+
+void IRbedparameter2d::createTags() {
+  integers<&Self::upwind_index>(
+      "This tag expects a list with all material indices (integer numbers).");
+  reals<&Self::upwind>(
+      "This tag expects a list with upwind factors corresponding to the material indices.");
+  real<&Self::bedload_routing_start>(
+      "This indicates, at what time sediment transport is started during a simulation. A value of 0.0 means bed load transport from the beginning.")
+      .defaultsTo("0.0")
+      .unit("[s]");
+  text<&Self::limit_bedload_wetted>(
+      "This option limits the bed load transport to sediment-elements which are surrounded completely by fully wetted elements.")
+      .defaultsTo("on")
+      .oneOf({"off", "on"});
+  text<&Self::use_real_edge_lengths>(
+      "This flag determines whether the bedload is calculated over the real edge lengths (3d) instead of over the plane projections (default).")
+      .defaultsTo("off")
+      .oneOf({"off", "on"});
+  text<&Self::use_cell_averaged_bedload_flux>(
+      "This flag determines the approach for bedload flux computation on the edge of the sediment cell (edgeV).")
+      .defaultsTo("off")
+      .oneOf({"off", "on"});
+}
+
+}  // namespace KESTparse

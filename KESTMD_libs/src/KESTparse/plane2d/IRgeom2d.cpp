@@ -1,0 +1,54 @@
+#include "KESTparse/plane2d/IRgeom2d.h"
+
+#include <algorithm>
+
+#include "KESTparse/framework/Rules.h"
+#include "KESTparse/plane2d/IRgeombc2d.h"
+#include "KESTparse/plane2d/IRstringdef2d.h"
+
+namespace KESTparse {
+
+void IRgeom2d::getDescription(std::ostream& out) const {
+  out << "Defines the topography for this 2D-simulation. The type of input format and the name of the geometry input file have to be specified.";
+}
+
+void IRgeom2d::createSubBlocks() {
+  subBlock<&Self::stringdef_ptrV>("STRINGDEF").repeatable();
+  subBlock<&Self::geombc_ptr>("MOVABLE_BED");
+}
+
+void IRgeom2d::createTags() {
+  text<&Self::type>(
+      "The only supported file type for 2D-grids is '2dm' at the moment. This requires a file with the .2dm-format.")
+      .mandatory()
+      .preset("undefined")
+      .oneOf({"2dm"});
+  fileName<&Self::file>("Filename of the gridfile.").mandatory().preset("undefined.xxx");
+}
+
+void IRgeom2d::getLongDescription(std::ostream& out) const {
+  out << "GEOMETRY {\n  type = sms\n  file = grid.2dm\n  STRINGDEF {\n    name = inflow\n    upstream_direction = right\n  }\n}\n";
+}
+
+const IRstringdef2d* IRgeom2d::findString(std::string_view name) const {
+  const auto it =
+      std::find_if(stringdef_ptrV.rbegin(), stringdef_ptrV.rend(),
+                   [name](const IRstringdef2d* string) { return string->name == name; });
+  return it == stringdef_ptrV.rend() ? nullptr : *it;
+}
+
+void IRgeom2d::checkRules() {
+  const std::string path = resolvePath(file);
+  if (!canOpen(path)) {
+    error(
+        "Gridfile (.2dm) '{}' cannot be opened, please check your input. Note: Relative path can be inserted manually, e.g. ../gridFolder/grid.2dm (not over the 'load file' botton).",
+        path);
+  }
+  for (const auto& [i, j] : equalPairs(stringdef_ptrV, &IRstringdef2d::name)) {
+    error(
+        "Two string definitions in STRINGDEF blocks share the same name: '{}' Every string definition should have a unique name.",
+        stringdef_ptrV[i]->name);
+  }
+}
+
+}  // namespace KESTparse

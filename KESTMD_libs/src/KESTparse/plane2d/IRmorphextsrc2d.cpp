@@ -1,0 +1,61 @@
+#include "KESTparse/plane2d/IRmorphextsrc2d.h"
+
+namespace KESTparse {
+
+void IRmorphextsrc2d::getDescription(std::ostream& out) const {
+  out << "The EXTERNAL_SOURCE block is used for additional sources or sinks for bedload.";
+}
+
+void IRmorphextsrc2d::createTags() {
+  word<&Self::name>("Unique identifier which is used to define couplings between domains.")
+      .preset("unspecified_name");
+  text<&Self::type>("This is the type of the external source. sediment_discharge")
+      .mandatory()
+      .preset("undefinedType")
+      .oneOf({"sediment_discharge", "coupling_sediment_discharge", "dredge"});
+  seriesFile<&Self::file, &Self::file_table>(
+      "This is the name of the file with the source values listed over time.")
+      .mandatory()
+      .preset("UnspecifiedSedimentSourceFile")
+      .requiredIf("type", {"sediment_discharge"});
+  text<&Self::mixture>("This is the name of the mixture for the sediment source.")
+      .mandatory()
+      .preset("undefinedMixture")
+      .requiredIf("type", {"sediment_discharge"});
+  integers<&Self::node_ids>(
+      "This is a list of the node ids where the source or sink shall take place. Another possibility is to define element ids or use material index.");
+  integers<&Self::elem_ids>(
+      "This is a list of (hydraulic) element ids where the source or sink shall take place. Another possibility is to define node ids or use material index.");
+  integers<&Self::index>(
+      "This is the material index where the external sediment source or sink is located. Another possibility is to define element ids or node ids.");
+  integers<&Self::dredge_node_ids_redist>(
+      "Optional. This is a list of node ids where dredged sediment volume of the dredge source shall be re-distributed to. Another possibility is to define element ids.")
+      .requiredIf("type", {"dredge"});
+  integers<&Self::dredge_elem_ids_redist>(
+      "Optional. This is a list of (hydraulic) element ids where dredged sediment volume of the dredge source shall be re-distributed to.")
+      .requiredIf("type", {"dredge"});
+  real<&Self::dredge_level_absolute>(
+      "indicates the absolute bed level which is aimed at due to dredging. This elevation is used for all defined elements.")
+      .defaultsTo("-1.0")
+      .unit("[m.a.s.l]")
+      .usedIf("type", {"dredge"});
+  real<&Self::dredge_height_relative>(
+      "indicates the relative sediment height over the original bed level is aimed at due to dredging. This elevation may vary from element to element.")
+      .defaultsTo("-1.0")
+      .unit("[m]")
+      .usedIf("type", {"dredge"});
+  real<&Self::dredge_trigger_height>(
+      "this is the trigger height of sediment deposition for the start of the dregding.")
+      .mandatory()
+      .unit("[m]")
+      .atLeast(0)
+      .requiredIf("type", {"dredge"});
+  real<&Self::dredge_rate_max>("maximum dredge rate which is used for dredging.")
+      .defaultsTo("1E32")
+      .unit("[m3/s]")
+      .atLeast(0)
+      .usedIf("type", {"dredge"});
+  identifiedBy({"name"});
+}
+
+}  // namespace KESTparse

@@ -1,0 +1,70 @@
+#include "KESTparse/root/IRdomain.h"
+
+#include <set>
+
+#include "KESTparse/chain1d/IRcalc1d.h"
+#include "KESTparse/linking/IRcontroller.h"
+#include "KESTparse/linking/IRcouplings.h"
+#include "KESTparse/linking/IRkestextern.h"
+#include "KESTparse/plane2d/IRkestplane.h"
+#include "KESTparse/root/IRparallel.h"
+#include "KESTparse/root/IRphysprop.h"
+#include "KESTparse/subsurface/IRkestSub.h"
+
+namespace KESTparse {
+
+void IRdomain::getDescription(std::ostream& out) const {
+  out << "KESTRIX version dedicate to multi-domain (MD) simulations (e.g., KESTCHAIN, KESTPLANE, KESTSUB, etc.). Currently, it imports the full features of former KESTRIX version 2.";
+}
+
+void IRdomain::createSubBlocks() {
+  subBlock<&Self::parallel_ptr>("PARALLEL");
+  subBlock<&Self::pp_ptr>("PHYSICAL_PROPERTIES");
+  subBlock<&Self::cr1d_ptrV>("KESTCHAIN_1D").repeatable();
+  subBlock<&Self::kestplane_ptrV>("KESTPLANE_2D").repeatable();
+  subBlock<&Self::kestSub_ptrV>("KESTSUB").repeatable();
+  subBlock<&Self::kestextern_ptrV>("KEST_EXTERN").repeatable();
+  subBlock<&Self::couplings_ptr>("COUPLINGS");
+  subBlock<&Self::ctrl_ptrV>("CONTROLLER").repeatable();
+}
+
+void IRdomain::createTags() {
+  word<&Self::multiregion>("Name of the whole computation area, including all 1D and 2D regions.")
+      .defaultsTo("unnamed_multiregion");
+}
+
+void IRdomain::getLongDescription(std::ostream& out) const {
+  out << "Regions of one, two and three dimensions are described by the blocks KESTCHAIN_1D, KESTPLANE_2D and KESTSUB, other programs by KEST_EXTERN. COUPLINGS tells how they exchange data.";
+}
+
+void IRdomain::getExample(std::ostream& out) const {
+  out << "DOMAIN {\n  multiregion = my_rivers\n  PARALLEL {\n    number_threads = 4\n  }\n  KESTPLANE_2D {\n    region_name = floodplain\n  }\n}\n";
+}
+
+void IRdomain::populate() {
+  // The process-wide values get their defaults in every conversion.
+  ensureBlock("PHYSICAL_PROPERTIES");
+  InputBlock::populate();
+}
+
+void IRdomain::checkRules() {
+  ASSERT(this->getNumBlocksNamed("KESTCHAIN_1D") == cr1d_ptrV.size(), "");
+  std::set<std::string_view> names;
+  const auto checkNames = [this, &names](std::string_view keyword, const auto& regions) {
+    for (std::size_t number = 0; number < regions.size(); ++number) {
+      const std::string& name = regions[number]->getTag("region_name", 0).getRawValue();
+      if (!names.insert(name).second) {
+        error("Region name '{}' of {} block nr. {} is already used.", name, keyword, number);
+      }
+    }
+  };
+  checkNames("KESTCHAIN_1D", cr1d_ptrV);
+  checkNames("KESTPLANE_2D", kestplane_ptrV);
+  checkNames("KESTSUB", kestSub_ptrV);
+  checkNames("KEST_EXTERN", kestextern_ptrV);
+  if (cr1d_ptrV.empty() && kestplane_ptrV.empty() && kestSub_ptrV.empty()) {
+    error("There is no KESTCHAIN_1D, KESTPLANE_2D or KESTSUB block defined.");
+  }
+}
+
+}  // namespace KESTparse

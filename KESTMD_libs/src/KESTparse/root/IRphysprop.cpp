@@ -1,0 +1,57 @@
+#include "KESTparse/root/IRphysprop.h"
+
+#include <cmath>
+
+#include "KESTparse/framework/Conversions.h"
+
+namespace KESTparse {
+
+void IRphysprop::getDescription(std::ostream& out) const {
+  out << "Some universally valid properties for all computational areas to follow are defined here.";
+}
+
+void IRphysprop::createTags() {
+  const GlobalValues& globalvalues = GlobalValues::instance();
+  globalReal<&GlobalValues::gravity>("gravity", "Acceleration due to gravity")
+      .defaultsTo(doubleToString(globalvalues.gravity))
+      .unit("[m/s2]")
+      .atLeast(0);
+  globalReal<&GlobalValues::viscosity>("viscosity", "Kinematic viscosity")
+      .defaultsTo(doubleToString(globalvalues.viscosity))
+      .unit("[m2/s]")
+      .atLeast(0);
+  globalReal<&GlobalValues::rhoFluid>("rho_fluid", "Fluid density")
+      .defaultsTo(doubleToString(globalvalues.rhoFluid))
+      .unit("[kg/m3]")
+      .atLeast(0);
+}
+
+void IRphysprop::getExample(std::ostream& out) const {
+  out << "PHYSICAL_PROPERTIES {\n  gravity = 9.81\n  viscosity = 1e-06\n  rho_fluid = 1000\n}\n";
+}
+
+void IRphysprop::checkRules() {
+  GlobalValues& globalvalues = GlobalValues::instance();
+  const double gravity = globalvalues.gravity;
+  ASSERT(globalvalues.gravity > 0, "");
+  globalvalues.sqrtGravity = std::sqrt(gravity);
+  globalvalues.sqrtTwoGravity = std::sqrt(2.0 * gravity);
+  globalvalues.reciprocalGravity = 1.0 / gravity;
+  if (gravity > 100 || gravity < 1) {
+    warning(
+        "Your defined gravitational acceleration constant = {} seems to be out of range of common values. Are you really sure the input is correct?",
+        doubleToString(gravity));
+  }
+  if (globalvalues.viscosity > 0.001 || globalvalues.viscosity < 1e-8) {
+    warning(
+        "Your defined viscosity = {} [m2/s] seems to be out of range of common values. Are you really sure the input is correct?",
+        doubleToString(globalvalues.viscosity));
+  }
+  if (globalvalues.rhoFluid > 5000 || globalvalues.rhoFluid < 10) {
+    warning(
+        "Your defined density = {} [kg/m3] seems to be out of range of common values. Are you really sure the input is correct?",
+        doubleToString(globalvalues.rhoFluid));
+  }
+}
+
+}  // namespace KESTparse

@@ -1,0 +1,49 @@
+#include "KESTparse/subsurface/IRbndrSub.h"
+
+namespace KESTparse {
+
+void IRbndrSub::getDescription(std::ostream& out) const {
+  out << "Defines boundary conditions for subsurface model.";
+}
+
+void IRbndrSub::createTags() {
+  text<&Self::type>("pressure: Applies given pressure on the boundary nodes.")
+      .mandatory()
+      .preset("seepage")
+      .oneOf({"bounce_back", "pressure", "saturation", "hydrostatic", "zero_gradient", "seepage",
+              "coupling_kestplane"});
+  text<&Self::face>("Defines the face of the cubic mesh, where the boundary shall be applied.")
+      .mandatory()
+      .preset("north")
+      .oneOf({"west", "east", "north", "south", "back", "front"})
+      .requiredIf("type", {"bounce_back", "pressure", "saturation", "hydrostatic", "zero_gradient",
+                           "seepage"});
+  reals<&Self::from_to1>(
+      "Specification of boundary region which is given as rectangle. Coordinate range at axis 1. Sequence of coordinates = xz, yz, xy.")
+      .mandatory()
+      .requiredIf("type", {"bounce_back", "pressure", "saturation", "hydrostatic", "zero_gradient",
+                           "seepage"});
+  reals<&Self::from_to2>(
+      "Specification of boundary region which is given as rectangle. Coordinate range at axis 2. Sequence of coordinates = xz, yz, xy.")
+      .mandatory()
+      .requiredIf("type", {"bounce_back", "pressure", "saturation", "hydrostatic", "zero_gradient",
+                           "seepage"});
+  seriesFile<&Self::file, &Self::file_table>("Filename of the file containing the time series")
+      .preset("UnspecifiedBoundaryFile");
+  real<&Self::depth_min>(
+      "Minimum depth for the kestplane sub-domain which is used for the determination of the hydrostatic boundary conditions.")
+      .defaultsTo("0.01")
+      .unit("[-]")
+      .usedIf("type", {"coupling_kestplane"});
+  real<&Self::z_reduction>("").defaultsTo("0.0").unit("[-]").usedIf("type", {"coupling_kestplane"});
+  integers<&Self::material_index>(
+      "Material indices of 2-D elements which shall be used for coupling with the subsurface model.")
+      .usedIf("type", {"coupling_kestplane"});
+  text<&Self::name>("Unique name of boundary needed for coupling.")
+      .mandatory()
+      .preset("undefined")
+      .requiredIf("type", {"coupling_kestplane"});
+  identifiedBy({"name"});
+}
+
+}  // namespace KESTparse

@@ -1,0 +1,17 @@
+#include "KESTparse/subsurface/IRmaterialSub.h"
+
+#include "KESTparse/subsurface/IRsoilSub.h"
+
+namespace KESTparse {
+
+void IRmaterialSub::getDescription(std::ostream& out) const {
+  out << "This block defines the characteristics of the material. It contains only inner blocks.";
+}
+
+void IRmaterialSub::createSubBlocks() {
+  subBlock<&Self::soil_ptrV>("SOIL_DEF").mandatory().repeatable();
+}
+
+void IRmaterialSub::createTags() {}
+
+}  // namespace KESTparse

@@ -1,0 +1,60 @@
+#include "KESTparse/subsurface/IRspecoutSub.h"
+
+namespace KESTparse {
+
+void IRspecoutSub::getDescription(std::ostream& out) const {
+  out << "The Special Output block defines a desired output of a simulation.";
+}
+
+void IRspecoutSub::createTags() {
+  text<&Self::type>(
+      "There are different types for the output. Dependent on the choice, further parameters may be needed.")
+      .mandatory()
+      .preset("undefinedType")
+      .oneOf({"cut_plane", "cut_line", "seepage_line"});
+  real<&Self::output_time_step>(
+      "This parameter defines the interval in [s] for which the output shall be written.")
+      .mandatory()
+      .preset("100.0")
+      .unit("[s]")
+      .atLeast(0);
+  words<&Self::values>(
+      "These are the variables which can be written either on the nodes or on the element centers of the grid.")
+      .mandatory()
+      .validEntries(
+          {"hlb", "theta", "lambda", "velocity_x", "velocity_y", "velocity_total", "velocity"})
+      .requiredIf("type", {"cut_plane", "cut_line"});
+  text<&Self::format>(
+      "This option provides a choice between different formats for the output of salar or vector data on the mehs.")
+      .mandatory()
+      .oneOf({"ascii", "qgis"})
+      .requiredIf("type", {"cut_plane", "cut_line", "seepage_line"});
+  text<&Self::cut_plane>(
+      "This option defines the orientation of the plane which is 'cut' through the 3D mesh.It can be chosen between the x-z plane ('xz'), the y-z plane ('yz') and the x-y plane ...")
+      .mandatory()
+      .preset("off")
+      .oneOf({"xz", "yz", "xy"})
+      .usedIf("type", {"cut_plane", "cut_line", "seepage_line"});
+  real<&Self::cut_plane_position>(
+      "This option defines at which location along the corresponding axis, the cut shall be places.")
+      .mandatory()
+      .preset("0.0")
+      .usedIf("type", {"cut_plane", "cut_line", "seepage_line"});
+  real<&Self::cut_line_position_z>(
+      "This parameter defines whether an additional cut at the given z-location shall be made. Works only with type 'cut_plane' and only for ASCII-scalar-output.")
+      .preset("-1E32")
+      .usedIf("type", {"cut_line"});
+  real<&Self::cut_line_position_y>(
+      "This parameter defines whether an additional cut at the given z-location shall be made. Works only with type 'cut_plane' and only for ASCII-scalar-output.")
+      .preset("-1E32")
+      .usedIf("type", {"cut_line"});
+  real<&Self::cut_line_position_x>(
+      "This parameter defines whether an additional cut at the given z-location shall be made. Works only with type 'cut_plane' and only for ASCII-scalar-output.")
+      .preset("-1E32")
+      .usedIf("type", {"cut_line"});
+  real<&Self::cut_z_position>(
+      "This parameter defines at which z-location a plane is cut. Works only with other types than 'cut_plane'.")
+      .preset("-1E32");
+}
+
+}  // namespace KESTparse

@@ -1,0 +1,97 @@
+#include "Vocabulary.h"
+
+#include <nlohmann/json.hpp>
+#include <sstream>
+#include <string>
+#include <vector>
+
+#include "KESTparse/framework/InputBlock.h"
+#include "KESTparse/framework/InputTagEnum.h"
+#include "KESTparse/framework/InputTagList.h"
+#include "KESTparse/framework/InputTagNumber.h"
+#include "KESTparse/framework/InputTagString.h"
+#include "KESTparse/framework/InputTagVisitor.h"
+
+namespace KESTparse {
+namespace {
+
+using nlohmann::ordered_json;
+
+/// The words that the items of a list may be; empty for other kinds.
+class ValidEntriesOf : public InputTagVisitor {
+ public:
+  using InputTagVisitor::visit;
+  void visit(const InputTagNumber<int>& /*tag*/) override {}
+  void visit(const InputTagNumber<double>& /*tag*/) override {}
+  void visit(const InputTagSlope& /*tag*/) override {}
+  void visit(const InputTagBoolean& /*tag*/) override {}
+  void visit(const InputTagString& /*tag*/) override {}
+  void visit(const InputTagStringStd& /*tag*/) override {}
+  void visit(const InputTagFile& /*tag*/) override {}
+  void visit(const InputTagSeriesFile& /*tag*/) override {}
+  void visit(const InputTagPosition& /*tag*/) override {}
+  void visit(const InputTagEnumBase& /*tag*/) override {}
+  void visit(const InputTagList<int>& tag) override { entries = tag.getValidEntries(); }
+  void visit(const InputTagList<double>& tag) override { entries = tag.getValidEntries(); }
+  void visit(const InputTagList<std::string>& tag) override { entries = tag.getValidEntries(); }
+  void visit(const InputTagSpecialOutputValueList& tag) override {
+    entries = tag.getValidEntries();
+  }
+  void visit(const InputTagTaggedList<double>& /*tag*/) override {}
+
+  std::vector<std::string> entries;
+};
+
+ordered_json describe(const InputTag& tag) {
+  ordered_json allowed = ordered_json::array();
+  for (std::size_t i = 0; i < tag.getNumRestrictedValues(); ++i) {
+    allowed.push_back(tag.getRestrictedValue(i));
+  }
+  ValidEntriesOf validEntries;
+  tag.accept(validEntries);
+  return {{"name", tag.getName()},
+          {"type", tag.getTypeName()},
+          {"mandatory", tag.isMandatoryBySchema()},
+          {"repeatable", tag.isRepeatable()},
+          {"default", tag.getDefaultValue()},
+          {"preset", tag.getPresetValue()},
+          {"unit", tag.getUnit()},
+          {"constraint", tag.getConstraintDescription()},
+          {"allowedValues", std::move(allowed)},
+          {"validEntries", std::move(validEntries.entries)},
+          {"description", tag.getDescription()}};
+}
+
+void describe(const InputBlock& block, const std::string& path, ordered_json& blocks) {
+  std::ostringstream description;
+  block.getDescription(description);
+  ordered_json subBlocks = ordered_json::array();
+  for (std::size_t i = 0; i < block.getLogicalNumBlocks(); ++i) {
+    subBlocks.push_back(block.getLogicalBlock(i).getName());
+  }
+  ordered_json tags = ordered_json::array();
+  for (std::size_t i = 0; i < block.getLogicalNumTags(); ++i) {
+    tags.push_back(describe(block.getLogicalTag(i)));
+  }
+  blocks.push_back({{"path", path.empty() ? "/" : path},
+                    {"name", block.getName()},
+                    {"mandatory", block.isMandatory()},
+                    {"repeatable", block.isRepeatable()},
+                    {"description", description.str()},
+                    {"subBlocks", std::move(subBlocks)},
+                    {"tags", std::move(tags)}});
+  for (std::size_t i = 0; i < block.getLogicalNumBlocks(); ++i) {
+    const InputBlock& child = block.getLogicalBlock(i);
+    describe(child, path + "/" + std::string(child.getName()), blocks);
+  }
+}
+
+}  // namespace
+
+ordered_json vocabulary(const InputBlock& root) {
+  ordered_json blocks = ordered_json::array();
+  describe(root, "", blocks);
+  return {{"blocks", std::move(blocks)}};
+}
+
+}  // namespace KESTparse

@@ -1,0 +1,15 @@
+/// \file
+/// The vocabulary of command files as data.
+#pragma once
+
+#include <nlohmann/json_fwd.hpp>
+
+namespace KESTparse {
+
+class InputBlock;
+
+/// All blocks below and including the master `root`, depth first in the order of the schema, each
+/// with its tags and all that the schema says of them: `{"blocks": [...]}`.
+nlohmann::ordered_json vocabulary(const InputBlock& root);
+
+}  // namespace KESTparse

@@ -1,0 +1,69 @@
+/// \file
+/// Converts a KCF command file to JSON.
+
+#include <tclap/CmdLine.h>
+
+#include <cstdlib>
+#include <fstream>
+#include <iostream>
+#include <memory>
+#include <nlohmann/json.hpp>
+#include <string>
+#include <vector>
+
+#include "JsonEmission.h"
+#include "KESTparse/framework/Assert.h"
+#include "KESTparse/framework/GlobalValues.h"
+#include "KESTparse/framework/InputParser.h"
+#include "KESTparse/framework/Logger.h"
+#include "KESTparse/root/KestrixInputRoot.h"
+
+namespace {
+
+/// Reads the command file at `path` into a validated tree. Faults end the process.
+std::unique_ptr<KESTparse::KestrixInputRoot> readSetup(const std::string& path) {
+  auto root = std::make_unique<KESTparse::KestrixInputRoot>();
+  KESTparse::InputParser parser(*root);
+  std::ifstream in(path);
+  parser.parse(in, false, path);
+  const bool isValid = parser.validateSummary(std::cerr);
+  ASSERT(isValid, "Parsing the input file failed.");
+  return root;
+}
+
+/// Writes the document; a failure ends the process with an error that names `destination`.
+void write(const std::string& document, std::ostream& out, const std::string& destination) {
+  out << document << std::endl;
+  if (!out) {
+    KESTparse::getLogger().log(KESTparse::level::error,
+                               "Writing the JSON document to " + destination + " failed");
+  }
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  TCLAP::CmdLine commandLine("KESTRIX KCF to JSON converter", ' ', "1.0");
+  TCLAP::UnlabeledValueArg<std::string> input("kcf", "path to KCF file", true, "", "path");
+  TCLAP::ValueArg<std::string> output("o", "output", "path to JSON file", false, "", "path");
+  commandLine.add(input);
+  commandLine.add(output);
+  commandLine.parse(argc, argv);
+
+  KESTparse::GlobalValues::instance().basePath = "./";
+  const std::unique_ptr<KESTparse::KestrixInputRoot> root = readSetup(input.getValue());
+
+  nlohmann::json walked = nlohmann::json::object();
+  std::vector<std::string> path;
+  KESTparse::walkTree(*root, path, walked, KESTparse::jsonCallbacks());
+  const std::string document = KESTparse::buildDocument(std::move(walked))
+                                   .dump(2, ' ', false, nlohmann::json::error_handler_t::strict);
+
+  std::ofstream file(output.getValue());
+  if (file) {
+    write(document, file, "'" + output.getValue() + "'");
+  } else {
+    write(document, std::cout, "standard output");
+  }
+  return EXIT_SUCCESS;
+}
