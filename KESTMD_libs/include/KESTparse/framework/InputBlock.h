@@ -84,13 +84,17 @@ class InputBlock {
   [[nodiscard]] std::size_t getNumBlocks() const { return availableBlocks_.size(); }
   [[nodiscard]] std::size_t getNumTags() const { return availableTags_.size(); }
   /// A sub-block in file order. An index beyond them is an assertion.
-  [[nodiscard]] InputBlock& getBlock(std::size_t index) const;
+  [[nodiscard]] const InputBlock& getBlock(std::size_t index) const;
+  [[nodiscard]] InputBlock& getBlock(std::size_t index);
   /// A tag in file order. An index beyond them is an assertion.
-  [[nodiscard]] InputTag& getTag(std::size_t index) const;
+  [[nodiscard]] const InputTag& getTag(std::size_t index) const;
+  [[nodiscard]] InputTag& getTag(std::size_t index);
   /// The `index`-th sub-block of that name. An assertion when there are fewer.
-  [[nodiscard]] InputBlock& getBlock(std::string_view name, std::size_t index) const;
+  [[nodiscard]] const InputBlock& getBlock(std::string_view name, std::size_t index) const;
+  [[nodiscard]] InputBlock& getBlock(std::string_view name, std::size_t index);
   /// The `index`-th tag of that name. An assertion when there are fewer.
-  [[nodiscard]] InputTag& getTag(std::string_view name, std::size_t index) const;
+  [[nodiscard]] const InputTag& getTag(std::string_view name, std::size_t index) const;
+  [[nodiscard]] InputTag& getTag(std::string_view name, std::size_t index);
   /// How many sub-blocks of that name there are. An assertion for a name that the schema has not.
   [[nodiscard]] std::size_t getNumBlocksNamed(std::string_view name) const;
   /// How many tags of that name there are. An assertion for a name that the schema has not.

@@ -3,6 +3,7 @@
 #include <fmt/core.h>
 
 #include <algorithm>
+#include <utility>
 
 #include "KESTparse/framework/Assert.h"
 #include "KESTparse/framework/InputParseError.h"
@@ -89,17 +90,29 @@ int InputBlock::getLogicalBlockPosition(std::string_view name) const {
   return it == rows.end() ? -1 : static_cast<int>(it - rows.begin());
 }
 
-InputBlock& InputBlock::getBlock(std::size_t index) const {
+InputBlock& InputBlock::getBlock(std::size_t index) {
+  return const_cast<InputBlock&>(std::as_const(*this).getBlock(index));
+}
+
+const InputBlock& InputBlock::getBlock(std::size_t index) const {
   ASSERT(index < availableBlocks_.size(), "index < this->available_blocks_.size()");
   return *availableBlocks_[index];
 }
 
-InputTag& InputBlock::getTag(std::size_t index) const {
+InputTag& InputBlock::getTag(std::size_t index) {
+  return const_cast<InputTag&>(std::as_const(*this).getTag(index));
+}
+
+const InputTag& InputBlock::getTag(std::size_t index) const {
   ASSERT(index < availableTags_.size(), "index < this->available_tags_.size()");
   return *availableTags_[index];
 }
 
-InputBlock& InputBlock::getBlock(std::string_view name, std::size_t index) const {
+InputBlock& InputBlock::getBlock(std::string_view name, std::size_t index) {
+  return const_cast<InputBlock&>(std::as_const(*this).getBlock(name, index));
+}
+
+const InputBlock& InputBlock::getBlock(std::string_view name, std::size_t index) const {
   std::size_t found = 0;
   for (const auto& block : availableBlocks_) {
     if (block->getName() == name && found++ == index) {
@@ -111,7 +124,11 @@ InputBlock& InputBlock::getBlock(std::string_view name, std::size_t index) const
                                      << " blocks of this type are available.");
 }
 
-InputTag& InputBlock::getTag(std::string_view name, std::size_t index) const {
+InputTag& InputBlock::getTag(std::string_view name, std::size_t index) {
+  return const_cast<InputTag&>(std::as_const(*this).getTag(name, index));
+}
+
+const InputTag& InputBlock::getTag(std::string_view name, std::size_t index) const {
   std::size_t found = 0;
   for (const auto& tag : availableTags_) {
     if (tag->getName() == name && found++ == index) {

@@ -1,0 +1,154 @@
+#include <H5Cpp.h>
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+#include <cstdlib>
+#include <filesystem>
+#include <fstream>
+#include <string>
+#include <vector>
+
+#include "KESTcore/StandardSerie.h"
+#include "KESTparse/framework/Files.h"
+#include "h5io/SolutionTimes.h"
+
+namespace {
+
+/// A file of the test, gone with it.
+class TemporaryFile {
+ public:
+  explicit TemporaryFile(const std::string& content)
+      : path_(std::filesystem::temp_directory_path() /
+              ("kestrix-test-" + std::to_string(::getpid()) + "-" + std::to_string(number_++))) {
+    std::ofstream(path_) << content;
+  }
+  TemporaryFile(const TemporaryFile&) = delete;
+  TemporaryFile& operator=(const TemporaryFile&) = delete;
+  ~TemporaryFile() { std::filesystem::remove(path_); }
+  [[nodiscard]] std::string path() const { return path_.string(); }
+
+ private:
+  static int number_;
+  std::filesystem::path path_;
+};
+
+int TemporaryFile::number_ = 0;
+
+using Table = std::vector<std::vector<double>>;
+
+Table tableOf(const std::string& content) {
+  const TemporaryFile file(content);
+  Table table{{1}};
+  Kestrix::StandardSerie(file.path()).copyTo(table);
+  return table;
+}
+
+TEST(StandardSerie, readsRowsOfNumbers) {
+  EXPECT_EQ(tableOf("0 1.5\n10 2.5\n"), (Table{{0, 1.5}, {10, 2.5}}));
+  EXPECT_EQ(tableOf("# a\n// b\n \t\r\n0 1 // c\r\n1\t2 # d"), (Table{{0, 1}, {1, 2}}));
+  EXPECT_EQ(tableOf("1/2/2020 5\n"), (Table{{1, 2, 2020, 5}}));
+  EXPECT_EQ(tableOf("1 2 words\n3 4\n"), (Table{{1, 2}, {3, 4}}));
+  EXPECT_EQ(tableOf("# nothing\n"), Table{});
+  EXPECT_EQ(tableOf("time discharge\n"), Table{});
+}
+
+TEST(StandardSerie, refusesRowsOfAnotherLength) {
+  EXPECT_DEATH(tableOf("0 1\n0 1 2\n"),
+               "2: i expected a line with 2 numbers, but\\s+found more than that!");
+  EXPECT_DEATH(tableOf("0 1\n\n0\n"),
+               "3: I expected a line with 2 numbers, but\\s+found 1numbers.");
+  EXPECT_DEATH(tableOf("0 1\n # empty\n"),
+               "2: I expected a line with 2 numbers, but\\s+found 0numbers.");
+  EXPECT_DEATH(tableOf("time Q\n0 1\n"),
+               "2: i expected a line with 0 numbers, but\\s+found more than that!");
+}
+
+TEST(StandardSerie, interpolates) {
+  const TemporaryFile file("0 1.5 0\n10 2.5 1\n10 3.5 2\n20 4 3\n");
+  const Kestrix::StandardSerie serie(file.path());
+  EXPECT_EQ(serie.size(), 4U);
+  EXPECT_EQ(serie.value(5, 0), 2.0);
+  EXPECT_EQ(serie.value(-1, 0), 1.5);
+  EXPECT_EQ(serie.value(99, 1), 3.0);
+  EXPECT_EQ(serie.value(10, 0), 2.5);
+  EXPECT_EQ(serie.value(15, 0), 3.75);
+  EXPECT_DEATH((void)serie.value(0, 2), "columnIndex < yData.size\\(\\)");
+}
+
+TEST(StandardSerie, reportsAFileThatCannotBeOpened) {
+  EXPECT_EXIT(
+      Kestrix::StandardSerie("none"), testing::ExitedWithCode(1),
+      "Error trying to access 'none' which could not be opened. Make sure, the\\s+file exists");
+}
+
+TEST(MeshNodeStrings, keepsTheLastLineOfAName) {
+  const TemporaryFile mesh(
+      "MESH2D\nND 1 0 0 0\nNS 1 2 3 -4 outlet\n NS\t5 inlet\r\nNS 1 2 -3 \"a\"\nNS 4 5 -6 a\n"
+      "NS\nNS b\nNSX 1 c\nNS 7 8\n   \nNS 9 -10 last");
+  const auto& strings = KESTparse::meshNodeStrings(mesh.path());
+  const KESTparse::NodeStrings expected{
+      {"outlet", {1, 2, 3, 4}}, {"inlet", {5}}, {"a", {4, 5, 6}}, {"NS", {}}, {"b", {}}, {"8", {7}},
+      {"last", {9, 10}}};
+  EXPECT_EQ(strings, expected);
+  // A second question is not a second reading.
+  std::ofstream(mesh.path()) << "NS 1 -2 other\n";
+  EXPECT_EQ(&KESTparse::meshNodeStrings(mesh.path()), &strings);
+  EXPECT_TRUE(strings.contains("outlet"));
+}
+
+TEST(MeshNodeStrings, refusesWhatIsNoNodeId) {
+  const TemporaryFile word("NS 1 x a\n");
+  EXPECT_THROW(KESTparse::meshNodeStrings(word.path()), std::invalid_argument);
+  const TemporaryFile huge("NS 99999999999 a\n");
+  EXPECT_THROW(KESTparse::meshNodeStrings(huge.path()), std::out_of_range);
+  const TemporaryFile leading("NS +1 2x -2147483648 a\n");
+  EXPECT_EQ(KESTparse::meshNodeStrings(leading.path()).at("a")[1], 2);
+  EXPECT_DEATH(KESTparse::meshNodeStrings("none"), "Cannot open the grid file 'none'.");
+}
+
+TEST(SolutionTimes, areThoseOfTheGroup) {
+  const TemporaryFile file("");
+  {
+    const H5::H5File result(file.path(), H5F_ACC_TRUNC);
+    for (const char* group : {"/RESULTS", "/RESULTS/CellsAll", "/RESULTS/CellsAll/Depth"}) {
+      result.createGroup(group);
+    }
+    double time = 0.0;
+    for (const char* name : {"first", "second"}) {
+      const H5::Group solution = result.createGroup(std::string("/RESULTS/CellsAll/Depth/") + name);
+      solution.createAttribute("t", H5::PredType::NATIVE_DOUBLE, H5::DataSpace(H5S_SCALAR))
+          .write(H5::PredType::NATIVE_DOUBLE, &time);
+      time += 12.5;
+    }
+  }
+  EXPECT_EQ(h5io::getSolutionTimes(file.path()), (std::vector<double>{0.0, 12.5}));
+  std::filesystem::remove(file.path());
+  EXPECT_EQ(h5io::getSolutionTimes(file.path()).size(), 2U) << "read once for the process";
+}
+
+TEST(SolutionTimes, areNoneAfterAFailure) {
+  const auto told = [](const std::string& path) {
+    testing::internal::CaptureStderr();
+    EXPECT_TRUE(h5io::getSolutionTimes(path).empty());
+    return testing::internal::GetCapturedStderr();
+  };
+  const TemporaryFile text("no result file");
+  EXPECT_NE(
+      told(text.path()).find("Determining the existing solution times failed: Opening the HDF5"),
+      std::string::npos);
+  EXPECT_EQ(told(text.path()), told(text.path())) << "told again each time";
+  const TemporaryFile bare("");
+  { const H5::H5File result(bare.path(), H5F_ACC_TRUNC); }
+  EXPECT_NE(told(bare.path()).find("/RESULTS/CellsAll/Depth"), std::string::npos);
+  const TemporaryFile timeless("");
+  {
+    const H5::H5File result(timeless.path(), H5F_ACC_TRUNC);
+    for (const char* group : {"/RESULTS", "/RESULTS/CellsAll", "/RESULTS/CellsAll/Depth",
+                              "/RESULTS/CellsAll/Depth/first"}) {
+      result.createGroup(group);
+    }
+  }
+  EXPECT_NE(told(timeless.path()).find("attribute 't' failed."), std::string::npos);
+}
+
+}  // namespace
