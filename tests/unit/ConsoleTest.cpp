@@ -1,4 +1,5 @@
 #include <gtest/gtest.h>
+#include <omp.h>
 
 #include <string>
 #include <utility>
@@ -81,6 +82,8 @@ TEST(Logger, errorsGoToTheSinksOfAHost) {
 #pragma omp parallel num_threads(2)
 #pragma omp single
   getLogger().log(level::error, "parallel");
+  // The death tests fork, which wants a process without further threads.
+  omp_pause_resource_all(omp_pause_hard);
   const std::string out = testing::internal::GetCapturedStdout();
   const std::string errors = testing::internal::GetCapturedStderr();
   globalvalues.reportToSinks = false;

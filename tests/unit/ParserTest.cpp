@@ -50,7 +50,7 @@ TEST(Parser, readsBlocksAndTags) {
       {"PROJECT {\n date = {\"x\"} = (a\nb) \n}", "KESTRIX(0)PROJECT(2 date={\"x\"} = (a\nb))"},
       {"PROJECT {}\n", "KESTRIX(0)PROJECT(1)"},
       {"PROJECT {}\n date = 1\n}\n", "KESTRIX(0)PROJECT(1 date=1)"},
-      {"PROJECT {\r\n title = a\r\n}\r\n", "KESTRIX(0)PROJECT(2 title=a)"},
+      {"PROJECT {\r\n title = a\r\n}\r\n", "KESTRIX(0)PROJECT(1 title=a)"},
       {"DOMAIN {\n PARALLEL {\n}} PROJECT {\n}\n", "KESTRIX(0)DOMAIN(2)PARALLEL(3)PROJECT(4)"},
       {"DOMAIN {\n PARALLEL {\n}}", "KESTRIX(0)DOMAIN(2)PARALLEL(3)"},
       // A block that is still open at the end of the file is closed by it.
