@@ -73,14 +73,11 @@ class Branch : public SchemaBlock<Branch> {
 class TreeTest : public testing::Test {
  protected:
   TreeTest()
-      : master_(Branch::makeMaster("BRANCH", nullptr)),
-        holder_(master_->logicalClone(nullptr)){GlobalValues::instance().basePath = \"./\";
-        }
-
-            Branch
-            & branch() {
-    return static_cast<Branch&>(*holder_);
+      : master_(Branch::makeMaster("BRANCH", nullptr)), holder_(master_->logicalClone(nullptr)) {
+    GlobalValues::instance().basePath = "./";
   }
+
+  Branch& branch() { return static_cast<Branch&>(*holder_); }
   Leaf& addLeaf(std::string_view name = "LEAF") {
     return static_cast<Leaf&>(branch().getBlock(name, nullptr, 7));
   }
