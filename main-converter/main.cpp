@@ -3,6 +3,7 @@
 
 #include <tclap/CmdLine.h>
 
+#include <csignal>
 #include <cstdlib>
 #include <fstream>
 #include <iostream>
@@ -43,6 +44,9 @@ void write(const std::string& document, std::ostream& out, const std::string& de
 }  // namespace
 
 int main(int argc, char** argv) {
+  // A reader that goes away is a failed write, which is told.
+  std::signal(SIGPIPE, SIG_IGN);
+
   TCLAP::CmdLine commandLine("KESTRIX KCF to JSON converter", ' ', "1.0");
   TCLAP::UnlabeledValueArg<std::string> input("kcf", "path to KCF file", true, "", "path");
   TCLAP::ValueArg<std::string> output("o", "output", "path to JSON file", false, "", "path");
