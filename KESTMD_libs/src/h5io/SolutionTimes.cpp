@@ -2,6 +2,9 @@
 
 #include <dlfcn.h>
 
+#include <filesystem>
+#include <system_error>
+
 #include "KESTparse/framework/GlobalValues.h"
 #include "KESTparse/framework/Logger.h"
 #include "ResultFile.h"
@@ -9,9 +12,13 @@
 namespace h5io {
 namespace {
 
-/// The reader, whose library is loaded when it is first asked for. Null when it is not installed.
+/// The reader, whose library stands beside the program and is loaded when it is first asked for.
+/// Null when it is not there.
 Reader loadReader() {
-  void* const library = dlopen(KESTRIX_RESULT_READER, RTLD_NOW | RTLD_LOCAL);
+  std::error_code unknown;
+  const auto program = std::filesystem::read_symlink("/proc/self/exe", unknown);
+  const auto path = program.parent_path() / KESTRIX_RESULT_READER;
+  void* const library = dlopen(path.c_str(), RTLD_NOW | RTLD_LOCAL);
   return library == nullptr ? nullptr : reinterpret_cast<Reader>(dlsym(library, readerSymbol));
 }
 
