@@ -83,12 +83,15 @@ class InputTag {
   void setRawValue(std::string_view text);
 
   /// Checks the value anew; the errors and warnings are those of this check. True when it is valid.
-  virtual bool validate();
+  bool validate();
+  /// What the conditions around this prototype say of `instance`, whose value is valid by itself:
+  /// they add their errors and warnings to it. True when it stays valid.
+  virtual bool admits(InputTag& instance) const;
 
-  [[nodiscard]] virtual const std::vector<std::string>& getErrors() const;
-  [[nodiscard]] virtual const std::vector<std::string>& getWarnings() const;
-  virtual void addError(std::string text);
-  virtual void addWarning(std::string text);
+  [[nodiscard]] const std::vector<std::string>& getErrors() const;
+  [[nodiscard]] const std::vector<std::string>& getWarnings() const;
+  void addError(std::string text);
+  void addWarning(std::string text);
 
   /// An instance of this prototype for `actualParent`. An assertion on an instance.
   [[nodiscard]] virtual std::unique_ptr<InputTag> logicalClone(InputBlock& actualParent) const = 0;
@@ -103,7 +106,7 @@ class InputTag {
   virtual void assignPreset();
 
   /// The value as it stands in the file, without blanks at its ends.
-  [[nodiscard]] virtual const std::string& getRawValue() const;
+  [[nodiscard]] const std::string& getRawValue() const { return rawValue_; }
 
   /// The bound variable of a real number; an assertion for any other kind.
   [[nodiscard]] virtual double asDouble() const;
@@ -126,7 +129,6 @@ class InputTag {
   [[nodiscard]] virtual bool passesForGood() const;
   /// Whether the value is one of the restricted values, where there are any.
   virtual bool isAllowedWord();
-  virtual void storeRawValue(std::string_view text);
   [[nodiscard]] bool repeatable() const { return isRepeatable(); }
 
   TagFacts* facts_;

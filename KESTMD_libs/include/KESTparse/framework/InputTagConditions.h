@@ -19,9 +19,13 @@ struct Condition {
   [[nodiscard]] bool isMet(const InputTag& siblingTag) const;
 };
 
-/// Forwards everything to the tag within.
+/// A prototype around a prototype, which it shows in all but its rule. An instance is one of the
+/// tag within; it asks the prototypes around that tag by `admits`.
 class InputTagComposite : public InputTag {
  public:
+  InputTagComposite(InputBlock& master, TagFacts& facts, std::unique_ptr<InputTag> inner)
+      : InputTag(master, facts), composite(std::move(inner)) {}
+
   /// The tag within.
   [[nodiscard]] const InputTag& getComposite() const { return *composite; }
 
@@ -31,25 +35,12 @@ class InputTagComposite : public InputTag {
   [[nodiscard]] std::string getConstraintDescription() const override;
   [[nodiscard]] std::string getConditionDescription() const override;
   [[nodiscard]] std::string getUnit() const override;
-  bool validate() override;
-  [[nodiscard]] const std::vector<std::string>& getErrors() const override;
-  [[nodiscard]] const std::vector<std::string>& getWarnings() const override;
-  void addError(std::string text) override;
-  void addWarning(std::string text) override;
+  bool admits(InputTag& instance) const override;
+  [[nodiscard]] std::unique_ptr<InputTag> logicalClone(InputBlock& actualParent) const override;
   void assignPreset() override;
-  [[nodiscard]] const std::string& getRawValue() const override;
-  [[nodiscard]] double asDouble() const override;
-  [[nodiscard]] int asInt() const override;
-  void commit() override;
   void link() override;
 
  protected:
-  InputTagComposite(InputBlock& master, TagFacts& facts, std::unique_ptr<InputTag> inner)
-      : InputTag(master, facts), composite(std::move(inner)) {}
-  InputTagComposite(const InputTagComposite& master, InputBlock& actualParent)
-      : InputTag(master, actualParent), composite(master.composite->logicalClone(actualParent)) {}
-  void storeRawValue(std::string_view text) override;
-
   std::unique_ptr<InputTag> composite;
 };
 
@@ -61,17 +52,12 @@ class InputTagCondUsedIf : public InputTagComposite {
   /// schema of `master`.
   InputTagCondUsedIf(InputBlock& master, TagFacts& facts, std::unique_ptr<InputTag> inner,
                      Condition& condition);
-  InputTagCondUsedIf(const InputTagCondUsedIf& master, InputBlock& actualParent)
-      : InputTagComposite(master, actualParent), condition_(master.condition_) {}
 
   void accept(InputTagVisitor& visitor) const override;
   [[nodiscard]] bool isSuppressed(const InputBlock& block) const override;
   [[nodiscard]] std::string getConstraintDescription() const override;
   [[nodiscard]] std::string getConditionDescription() const override;
-  bool validate() override;
-  /// A tag that is required for certain values is cloned into one that is used for them: whether
-  /// something is missing is asked of the prototypes.
-  [[nodiscard]] std::unique_ptr<InputTag> logicalClone(InputBlock& actualParent) const override;
+  bool admits(InputTag& instance) const override;
   void link() override;
 
   [[nodiscard]] const Condition& getCondition() const { return *condition_; }
@@ -96,15 +82,12 @@ class InputTagCondExclusive : public InputTagComposite {
   InputTagCondExclusive(InputBlock& master, TagFacts& facts, std::unique_ptr<InputTag> inner,
                         Condition& other)
       : InputTagComposite(master, facts, std::move(inner)), other_(&other) {}
-  InputTagCondExclusive(const InputTagCondExclusive& master, InputBlock& actualParent)
-      : InputTagComposite(master, actualParent), other_(master.other_) {}
 
   void accept(InputTagVisitor& visitor) const override;
   [[nodiscard]] bool isMandatory(const InputBlock* block = nullptr) const override;
   [[nodiscard]] std::string getConstraintDescription() const override;
   [[nodiscard]] std::string getConditionDescription() const override;
-  bool validate() override;
-  [[nodiscard]] std::unique_ptr<InputTag> logicalClone(InputBlock& actualParent) const override;
+  bool admits(InputTag& instance) const override;
   void link() override;
 
   /// Name of the sibling.

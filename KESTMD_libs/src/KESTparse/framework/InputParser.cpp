@@ -225,6 +225,13 @@ void Reading::finishTag() {
 }
 
 void Reading::readValue() {
+  // Only these characters mean anything in a value.
+  const std::size_t next = std::min(text_.find_first_of("\n()", index_), text_.size());
+  column_ += static_cast<int>(next - index_);
+  index_ = next;
+  if (index_ == text_.size()) {
+    return;
+  }
   const char c = text_[index_];
   if (c == '\n' && parentheses_ == 0) {
     finishTag();

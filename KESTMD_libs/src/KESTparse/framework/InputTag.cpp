@@ -58,13 +58,9 @@ std::string InputTag::getUnit() const {
   return {};
 }
 
-void InputTag::storeRawValue(std::string_view text) {
-  rawValue_ = text;
-  passed_ = false;
-}
-
 void InputTag::setRawValue(std::string_view text) {
-  storeRawValue(trim(text));
+  rawValue_ = trim(text);
+  passed_ = false;
   if (!validate()) {
     std::string faults;
     for (const std::string& error : getErrors()) {
@@ -106,13 +102,16 @@ bool InputTag::passesForGood() const {
 
 bool InputTag::validate() {
   messages_.reset();
-  if (passed_) {
-    return true;
+  if (!passed_) {
+    if (!isAllowedWord() || !check()) {
+      return false;
+    }
+    passed_ = passesForGood();
   }
-  if (!isAllowedWord() || !check()) {
-    return false;
-  }
-  passed_ = passesForGood();
+  return logicalMaster_ == nullptr || logicalMaster_->admits(*this);
+}
+
+bool InputTag::admits(InputTag& /*instance*/) const {
   return true;
 }
 
@@ -140,10 +139,6 @@ void InputTag::addWarning(std::string text) {
 }
 
 void InputTag::assignPreset() {}
-
-const std::string& InputTag::getRawValue() const {
-  return rawValue_;
-}
 
 double InputTag::asDouble() const {
   ASSERT(false, "This Tag is not a double value tag!");

@@ -66,52 +66,22 @@ std::string InputTagComposite::getUnit() const {
   return composite->getUnit();
 }
 
-bool InputTagComposite::validate() {
-  return composite->validate();
+bool InputTagComposite::admits(InputTag& instance) const {
+  return composite->admits(instance);
 }
 
-const std::vector<std::string>& InputTagComposite::getErrors() const {
-  return composite->getErrors();
-}
-
-const std::vector<std::string>& InputTagComposite::getWarnings() const {
-  return composite->getWarnings();
-}
-
-void InputTagComposite::addError(std::string text) {
-  composite->addError(std::move(text));
-}
-
-void InputTagComposite::addWarning(std::string text) {
-  composite->addWarning(std::move(text));
+std::unique_ptr<InputTag> InputTagComposite::logicalClone(InputBlock& actualParent) const {
+  std::unique_ptr<InputTag> clone = composite->logicalClone(actualParent);
+  clone->logicalMaster_ = this;
+  return clone;
 }
 
 void InputTagComposite::assignPreset() {
   composite->assignPreset();
 }
 
-const std::string& InputTagComposite::getRawValue() const {
-  return composite->getRawValue();
-}
-
-double InputTagComposite::asDouble() const {
-  return composite->asDouble();
-}
-
-int InputTagComposite::asInt() const {
-  return composite->asInt();
-}
-
-void InputTagComposite::commit() {
-  composite->commit();
-}
-
 void InputTagComposite::link() {
   composite->link();
-}
-
-void InputTagComposite::storeRawValue(std::string_view text) {
-  composite->storeRawValue(text);
 }
 
 InputTagCondUsedIf::InputTagCondUsedIf(InputBlock& master, TagFacts& facts,
@@ -134,13 +104,13 @@ bool InputTagCondUsedIf::isSuppressed(const InputBlock& block) const {
   return sibling == nullptr || !condition_->isMet(*sibling);
 }
 
-bool InputTagCondUsedIf::validate() {
-  if (!composite->validate()) {
+bool InputTagCondUsedIf::admits(InputTag& instance) const {
+  if (!composite->admits(instance)) {
     return false;
   }
-  const InputTag* const sibling = condition_->findSibling(*getActualParent());
+  const InputTag* const sibling = condition_->findSibling(*instance.getActualParent());
   if (sibling != nullptr && !condition_->isMet(*sibling)) {
-    composite->addWarning(
+    instance.addWarning(
         fmt::format("The value for tag '{}' will not be used as tag {}", getName(),
                     conditionText(*condition_, condition_->equals ? "!=" : "==", "", " ")));
   }
@@ -154,10 +124,6 @@ std::string InputTagCondUsedIf::getConditionDescription() const {
 std::string InputTagCondUsedIf::getConstraintDescription() const {
   return joined(composite->getConstraintDescription(), "; ",
                 InputTagCondUsedIf::getConditionDescription());
-}
-
-std::unique_ptr<InputTag> InputTagCondUsedIf::logicalClone(InputBlock& actualParent) const {
-  return std::make_unique<InputTagCondUsedIf>(*this, actualParent);
 }
 
 void InputTagCondRequiredIf::accept(InputTagVisitor& visitor) const {
@@ -196,15 +162,16 @@ bool InputTagCondExclusive::isMandatory(const InputBlock* block) const {
   return composite->isMandatory(block);
 }
 
-bool InputTagCondExclusive::validate() {
-  if (!InputTagComposite::validate()) {
+bool InputTagCondExclusive::admits(InputTag& instance) const {
+  if (!composite->admits(instance)) {
     return false;
   }
-  ASSERT(getActualParent() != nullptr, "");
-  if (other_->findSibling(*getActualParent()) == nullptr) {
+  const InputBlock* const parent = instance.getActualParent();
+  ASSERT(parent != nullptr, "getActualParent() != nullptr");
+  if (other_->findSibling(*parent) == nullptr) {
     return true;
   }
-  addError(fmt::format("Tag '{}' and tag '{}' are exclusive.", getName(), other_->tag));
+  instance.addError(fmt::format("Tag '{}' and tag '{}' are exclusive.", getName(), other_->tag));
   return false;
 }
 
@@ -216,10 +183,6 @@ std::string InputTagCondExclusive::getConditionDescription() const {
 std::string InputTagCondExclusive::getConstraintDescription() const {
   return joined(composite->getConstraintDescription(), "; ",
                 fmt::format("exclusive: '{}'", other_->tag));
-}
-
-std::unique_ptr<InputTag> InputTagCondExclusive::logicalClone(InputBlock& actualParent) const {
-  return std::make_unique<InputTagCondExclusive>(*this, actualParent);
 }
 
 }  // namespace KESTparse

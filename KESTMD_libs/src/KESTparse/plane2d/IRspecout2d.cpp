@@ -194,17 +194,24 @@ void IRspecout2d::checkSaturation() {
 
 void IRspecout2d::checkAllDependencies() {
   using namespace OutputAllBaseInfo;
-  checkOutputDependencies(node_values, nodeValueNames(), nodeValueDependencies(), "node_values");
-  checkOutputDependencies(element_values, elementValueNames(true), elementValueDependencies(true),
-                          "element_values");
-  checkOutputDependencies(stringdef_values, stringdefValueNames(), stringdefValueDependencies(),
-                          "stringdef_values");
-  checkOutputDependencies(edge_values, edgeValueNames(), edgeValueDependencies(), "edge_values");
-  checkOutputDependencies(boundary_values, boundaryValueNames(), boundaryValueDependencies(),
-                          "boundary_values");
-  checkOutputDependencies(balance_values, balanceValueNames(), balanceValueDependencies(),
-                          "balance_values");
-  checkOutputDependencies(values, allValueNames(true), allValueDependencies(true), "values");
+  // Most lists are empty, and then the catalogue is not asked.
+  const auto check = [this](const std::vector<std::string>& list, auto names, auto dependencies,
+                            std::string_view listName) {
+    if (!list.empty()) {
+      checkOutputDependencies(list, names(), dependencies(), listName);
+    }
+  };
+  check(node_values, nodeValueNames, nodeValueDependencies, "node_values");
+  check(
+      element_values, [] { return elementValueNames(true); },
+      [] { return elementValueDependencies(true); }, "element_values");
+  check(stringdef_values, stringdefValueNames, stringdefValueDependencies, "stringdef_values");
+  check(edge_values, edgeValueNames, edgeValueDependencies, "edge_values");
+  check(boundary_values, boundaryValueNames, boundaryValueDependencies, "boundary_values");
+  check(balance_values, balanceValueNames, balanceValueDependencies, "balance_values");
+  check(
+      values, [] { return allValueNames(true); }, [] { return allValueDependencies(true); },
+      "values");
 }
 
 void IRspecout2d::checkOutputDependencies(const std::vector<std::string>& list,
