@@ -7,6 +7,8 @@
 
 namespace KESTparse {
 
+class IRhydr2d;
+
 /// The block `BOUNDARY` under `HYDRAULICS` of a 2D region.
 class IRbndr2d : public SchemaBlock<IRbndr2d> {
  public:
@@ -35,6 +37,12 @@ class IRbndr2d : public SchemaBlock<IRbndr2d> {
 
  protected:
   void createTags() override;
+  void checkRules() override;
+
+ private:
+  void checkHqrelation(const IRhydr2d& hydraulics);
+  void checkWeir();
+  [[nodiscard]] bool hasNoFile() const;
 };
 
 }  // namespace KESTparse

@@ -23,6 +23,7 @@ class IRextsrc2d : public SchemaBlock<IRextsrc2d> {
 
  protected:
   void createTags() override;
+  void checkRules() override;
 };
 
 }  // namespace KESTparse

@@ -28,6 +28,11 @@ class IRgeom2d : public SchemaBlock<IRgeom2d> {
   /// The last string of that name; null when there is none.
   [[nodiscard]] const IRstringdef2d* findString(std::string_view name) const;
 
+  /// Checks that `boundary`, an inner boundary between two strings, names two that exist and have
+  /// as many nodes. As long as the strings are not validated, both have none.
+  void checkInnerBoundary(InputBlock& boundary, const std::string& boundaryType,
+                          const std::string& string_name1, const std::string& string_name2) const;
+
  protected:
   void createSubBlocks() override;
   void createTags() override;

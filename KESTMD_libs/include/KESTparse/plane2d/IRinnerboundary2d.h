@@ -24,6 +24,7 @@ class IRinnerboundary2d : public SchemaBlock<IRinnerboundary2d> {
 
  protected:
   void createTags() override;
+  void checkRules() override;
 };
 
 }  // namespace KESTparse

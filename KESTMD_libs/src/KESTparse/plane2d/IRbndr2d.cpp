@@ -1,5 +1,13 @@
 #include "KESTparse/plane2d/IRbndr2d.h"
 
+#include <algorithm>
+
+#include "KESTparse/framework/Rules.h"
+#include "KESTparse/plane2d/IRgeom2d.h"
+#include "KESTparse/plane2d/IRhydr2d.h"
+#include "KESTparse/plane2d/IRkestplane.h"
+#include "KESTparse/root/IRdomain.h"
+
 namespace KESTparse {
 
 void IRbndr2d::getDescription(std::ostream& out) const {
@@ -96,6 +104,74 @@ void IRbndr2d::createTags() {
       .oneOf({"tables", "edge"})
       .usedIf("type", {"hqrelation", "coupling_hqrelation"});
   identifiedBy({"name"});
+}
+
+void IRbndr2d::checkRules() {
+  const auto* const hydraulics = ancestor<IRhydr2d>();
+  const auto* const region = ancestor<IRkestplane>();
+  ASSERT(hydraulics != nullptr, "this->parent_ != nullptr");
+  ASSERT(region != nullptr, "this->parent_->parent_ != nullptr");
+  if (region->geom_ptr != nullptr && type != "pore_pressures_coupling" &&
+      region->geom_ptr->findString(string_name) == nullptr) {
+    error(
+        "'string_name' '{}' not found in any STRINGDEF block. Make sure the boundary_string_name has the same name as a defined unique string in the STRINGDEF block.",
+        string_name);
+  }
+  if (type == "hqrelation") {
+    checkHqrelation(*hydraulics);
+  }
+  if (type == "hydrograph") {
+    if (!(slope > 0)) {
+      error("A 'slope' must be defined for the hydrograph inflow boundary condition. ");
+    }
+    if (hasNoFile()) {
+      error("A 'file' must be defined for the hydrograph inflow boundary condition. ");
+    }
+  }
+  if (type == "weir") {
+    checkWeir();
+  }
+  if (isOneOf(type,
+              {"coupling_hydrograph", "coupling_weir", "coupling_gate", "coupling_zero_gradient",
+               "coupling_hqrelation", "coupling_zhydrograph", "pore_pressures_coupling"}) &&
+      name == "unspecified_name") {
+    error("A unique 'name' must be defined for the coupling boundary conditions. ");
+  }
+  if (isOneOf(type, {"coupling_weir", "coupling_gate"}) && my <= 0) {
+    error(
+        "When using boundary type 'coupling_weir' or 'coupling_gate', a Poleni factor 'my' is needed (>0).");
+  }
+}
+
+void IRbndr2d::checkHqrelation(const IRhydr2d& hydraulics) {
+  if (slope <= -100.0 && file == "UnspecifiedBoundaryFile") {
+    error(
+        "Either a 'slope' or a 'file' must be defined for the hqrelation boundary condition. Please complete the input data for the hqrelation!");
+  }
+  const auto& boundaries = hydraulics.bndr_ptrV;
+  if (dynamic_slope &&
+      std::none_of(boundaries.begin(), boundaries.end(), [](const IRbndr2d* boundary) {
+        return boundary->type == "hydrograph" && boundary->dynamic_slope;
+      })) {
+    error(
+        "Dynamic slope for downstream 'hqrrelation' can be used only in combination with dynamic slope for upstream 'hydrograph' boundary. Please adapt the input accordingly!");
+  }
+}
+
+void IRbndr2d::checkWeir() {
+  const auto* const domainptr = ancestor<IRdomain>();
+  ASSERT(domainptr != nullptr, "this->parent_->parent_->getParent() != nullptr");
+  // A controller may move the weir; whether one does makes no difference here.
+  for (const IRcontroller* const controller : domainptr->ctrl_ptrV) {
+    ASSERT(controller != nullptr, "domainptr->ctrl_ptrV[cc] != nullptr");
+  }
+  if (hasNoFile()) {
+    error("A 'file' must be defined for the weir boundary condition. ");
+  }
+}
+
+bool IRbndr2d::hasNoFile() const {
+  return file.empty() || file == "UnspecifiedBoundaryFile";
 }
 
 }  // namespace KESTparse

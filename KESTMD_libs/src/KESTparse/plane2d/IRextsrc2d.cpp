@@ -25,4 +25,14 @@ void IRextsrc2d::createTags() {
   identifiedBy({"name"});
 }
 
+void IRextsrc2d::checkRules() {
+  if (element_ids.empty() && index.empty()) {
+    error("Define 'element_ids' or 'index' for external water source.");
+  }
+  if (!element_ids.empty() && !index.empty()) {
+    error(
+        "'element_ids' and 'index' are defined for external water source. However, not both can be defined, please choose only one of them.");
+  }
+}
+
 }  // namespace KESTparse

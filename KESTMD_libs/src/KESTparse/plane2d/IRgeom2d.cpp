@@ -1,5 +1,7 @@
 #include "KESTparse/plane2d/IRgeom2d.h"
 
+#include <fmt/core.h>
+
 #include <algorithm>
 
 #include "KESTparse/framework/Rules.h"
@@ -48,6 +50,28 @@ void IRgeom2d::checkRules() {
     error(
         "Two string definitions in STRINGDEF blocks share the same name: '{}' Every string definition should have a unique name.",
         stringdef_ptrV[i]->name);
+  }
+}
+
+void IRgeom2d::checkInnerBoundary(InputBlock& boundary, const std::string& boundaryType,
+                                  const std::string& string_name1,
+                                  const std::string& string_name2) const {
+  const auto require = [this, &boundary](const std::string& name) {
+    const IRstringdef2d* const string = findString(name);
+    if (string == nullptr) {
+      boundary.addError(fmt::format(
+          "Inner Boundary string_name '{}' not found in STRINGDEF block. Make sure the Inner Boundary string_name has the same name as a defined unique string in the STRINGDEF block.",
+          name));
+    }
+    return string;
+  };
+  const IRstringdef2d* const string1 = require(string_name1);
+  const IRstringdef2d* const string2 = require(string_name2);
+  if (string1 != nullptr && string2 != nullptr &&
+      string1->string_nodes.size() != string2->string_nodes.size()) {
+    boundary.addError(fmt::format(
+        "The two cross_strings for an inner boundary of type '{}' do not have the same number of nodes! Both STRINGDEF's need an equal number of nodes for this inner boundary condition.",
+        boundaryType));
   }
 }
 

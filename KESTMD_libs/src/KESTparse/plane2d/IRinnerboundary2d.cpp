@@ -1,5 +1,8 @@
 #include "KESTparse/plane2d/IRinnerboundary2d.h"
 
+#include "KESTparse/plane2d/IRgeom2d.h"
+#include "KESTparse/plane2d/IRkestplane.h"
+
 namespace KESTparse {
 
 void IRinnerboundary2d::getDescription(std::ostream& out) const {
@@ -33,6 +36,13 @@ void IRinnerboundary2d::createTags() {
       .defaultsTo("1.0")
       .unit("[-]")
       .usedIf("type", {"gate", "hqrelation"});
+}
+
+void IRinnerboundary2d::checkRules() {
+  const auto* const region = ancestor<IRkestplane>();
+  if (region != nullptr && region->geom_ptr != nullptr) {
+    region->geom_ptr->checkInnerBoundary(*this, type, string_name1, string_name2);
+  }
 }
 
 }  // namespace KESTparse
