@@ -17,6 +17,7 @@ class IRgrainclass : public SchemaBlock<IRgrainclass> {
 
  protected:
   void createTags() override;
+  void checkRules() override;
 };
 
 }  // namespace KESTparse

@@ -19,6 +19,7 @@ class IRmixtr : public SchemaBlock<IRmixtr> {
 
  protected:
   void createTags() override;
+  void checkRules() override;
 };
 
 }  // namespace KESTparse

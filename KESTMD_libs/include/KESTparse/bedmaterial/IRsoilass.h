@@ -20,6 +20,7 @@ class IRsoilass : public SchemaBlock<IRsoilass> {
 
  protected:
   void createTags() override;
+  void checkRulesAlways() override;
 };
 
 }  // namespace KESTparse

@@ -22,9 +22,18 @@ class IRsoildef : public SchemaBlock<IRsoildef> {
 
   std::vector<IRsublayer*> sublay_ptrV;
 
+  std::string dimension;  ///< of the bed material: "1D" or "2D"
+
  protected:
   void createSubBlocks() override;
   void createTags() override;
+  void initialise() override;
+  void checkRules() override;
+
+ private:
+  void reportNoDiameters();
+  void checkSingleGrain();
+  void checkMultiGrain();
 };
 
 }  // namespace KESTparse

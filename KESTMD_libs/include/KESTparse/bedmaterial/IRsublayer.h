@@ -18,6 +18,7 @@ class IRsublayer : public SchemaBlock<IRsublayer> {
 
  protected:
   void createTags() override;
+  void checkRules() override;
 };
 
 }  // namespace KESTparse

@@ -13,6 +13,7 @@ class IRbedmat1d : public SchemaBlock<IRbedmat1d, IRbedmat> {
   using SchemaBlock::SchemaBlock;
 
   void getDescription(std::ostream& out) const override;
+  [[nodiscard]] std::string_view dimension() const override { return "1D"; }
 
  protected:
   void createSubBlocks() override;

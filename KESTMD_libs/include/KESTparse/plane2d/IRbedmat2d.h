@@ -16,6 +16,7 @@ class IRbedmat2d : public SchemaBlock<IRbedmat2d, IRbedmat> {
   using SchemaBlock::SchemaBlock;
 
   void getDescription(std::ostream& out) const override;
+  [[nodiscard]] std::string_view dimension() const override { return "2D"; }
 
   IRfixbed2d* fixbed_ptr = nullptr;
   IRretentionmodel* retentionmodel_ptr = nullptr;
@@ -23,6 +24,7 @@ class IRbedmat2d : public SchemaBlock<IRbedmat2d, IRbedmat> {
  protected:
   void createSubBlocks() override;
   void createTags() override;
+  void checkRules() override;
 };
 
 }  // namespace KESTparse

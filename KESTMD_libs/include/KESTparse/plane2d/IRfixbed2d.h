@@ -21,6 +21,7 @@ class IRfixbed2d : public SchemaBlock<IRfixbed2d> {
 
  protected:
   void createTags() override;
+  void checkRules() override;
 };
 
 }  // namespace KESTparse

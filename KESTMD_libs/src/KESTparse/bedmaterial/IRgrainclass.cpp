@@ -13,4 +13,16 @@ void IRgrainclass::createTags() {
       .unit("[mm]");
 }
 
+void IRgrainclass::checkRules() {
+  if (!diameters.empty() && !(diameters.front() > 0)) {
+    error("Grain sizes must be > 0");
+    return;
+  }
+  for (std::size_t i = 1; i < diameters.size(); ++i) {
+    if (diameters[i] < diameters[i - 1]) {
+      error("Grain sizes must be in strictly ascending order");
+    }
+  }
+}
+
 }  // namespace KESTparse

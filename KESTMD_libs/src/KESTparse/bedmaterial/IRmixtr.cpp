@@ -1,5 +1,10 @@
 #include "KESTparse/bedmaterial/IRmixtr.h"
 
+#include <cmath>
+
+#include "KESTparse/bedmaterial/IRgrainclass.h"
+#include "KESTparse/framework/Conversions.h"
+
 namespace KESTparse {
 
 void IRmixtr::getDescription(std::ostream& out) const {
@@ -15,6 +20,34 @@ void IRmixtr::createTags() {
       .unit("[%]")
       .constraint("[0-100]");
   identifiedBy({"name"});
+}
+
+void IRmixtr::checkRules() {
+  double sum = 0;
+  for (std::size_t position = 0; position < volume_fraction.size(); ++position) {
+    if (volume_fraction[position] < 0) {
+      error("Volume fraction {} is negative: {}", position,
+            doubleToString(volume_fraction[position]));
+    }
+    sum += volume_fraction[position];
+  }
+  constexpr double tolerance = 1e-6;
+  if (std::abs(sum - 100.0) > tolerance) {
+    error("All volume fractions of MIXTURE '{}' should add up to 100.0 percent but I get {}", name,
+          doubleToString(sum));
+  }
+  const InputBlock* const found = getBlockByPath("../GRAIN_CLASS");
+  if (found == nullptr) {
+    error("No grain classes found, but required. Please complete your input.");
+    return;
+  }
+  const auto* const block = dynamic_cast<const IRgrainclass*>(found);
+  ASSERT(block != nullptr, "");
+  if (volume_fraction.size() != block->diameters.size()) {
+    error(
+        "MIXTURE '{}' has {} entries in volume_fraction but GRAIN_CLASS has {} diameters defined, but I expect the same number of entries",
+        name, volume_fraction.size(), block->diameters.size());
+  }
 }
 
 }  // namespace KESTparse

@@ -19,4 +19,11 @@ void IRsoilass::createTags() {
       .oneOf({"index_table"});
 }
 
+void IRsoilass::checkRulesAlways() {
+  if (index.size() != soil.size()) {
+    error(
+        "'index' and 'soil' do not have the same numbers of entries. Every index needs a soilname assigned. Make sure, both lists have the same number of entries");
+  }
+}
+
 }  // namespace KESTparse

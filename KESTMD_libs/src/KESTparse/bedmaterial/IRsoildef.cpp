@@ -1,5 +1,8 @@
 #include "KESTparse/bedmaterial/IRsoildef.h"
 
+#include <cmath>
+
+#include "KESTparse/bedmaterial/IRbedmat.h"
 #include "KESTparse/bedmaterial/IRsublayer.h"
 
 namespace KESTparse {
@@ -27,6 +30,73 @@ void IRsoildef::createTags() {
       .defaultsTo("-1.0")
       .unit("[N/m2]");
   identifiedBy({"name"});
+}
+
+void IRsoildef::initialise() {
+  const auto* const material = dynamic_cast<const IRbedmat*>(getLogicalParent());
+  dimension = material == nullptr ? "" : material->dimension();
+}
+
+void IRsoildef::checkRules() {
+  ASSERT(dimension == "1D" || dimension == "2D", "neither 1D nor 2D");
+  const auto* const material = ancestor<IRbedmat>();
+  if (material == nullptr || material->grncls_ptr == nullptr) {
+    error("No grain classes defined. Please complete your input.");
+  } else if (material->numGrainClasses() == 0) {
+    reportNoDiameters();
+  } else if (material->numGrainClasses() == 1) {
+    checkSingleGrain();
+  } else {
+    checkMultiGrain();
+  }
+  if (dimension == "1D" && sublay_ptrV.empty()) {
+    warning(
+        "No LAYER block has been defined in SOIL_DEF. If no LAYER is defined in 1-D simulations, a fixed bed is assumed at this location (deposition and erosion of the deposition is considered though). Make sure you really want a fixed bed there, otherwise just define a LAYER to avoid the fixed bed.");
+  }
+}
+
+void IRsoildef::reportNoDiameters() {
+  if (dimension == "1D") {
+    error(
+        "A fatal error has occured in SOIL_DEF block '{}'. This should never happen.  Something is possibly wrong with GRAIN_CLASS diameter",
+        name);
+  } else {
+    error(
+        "A fatal error has occured in SOIL_DEF block '{}'. This should never happen. Something is possibly wrong with GRAIN_CLASS diameter",
+        name);
+  }
+}
+
+void IRsoildef::checkSingleGrain() {
+  constexpr double smallest = 0.01;
+  if (dimension == "2D" && std::abs(d90_armored_layer) < smallest) {
+    d90_armored_layer = -1.0;
+  }
+  if (!(d90_armored_layer > 0 && tau_erosion_start > 0)) {
+    return;
+  }
+  if (dimension == "1D") {
+    error(
+        "In SOIL_DEF '{}', tag 'd90_armored_layer' and 'tau_erosion_start' are both selected. To avoid conflicts, choose just one of them or none.",
+        name);
+  } else {
+    error(
+        "In SOIL_DEF '{}', d90_armored_layer and tau_erosion_start have been defined. To avoid conflicts, choose either d90_armored_layer or tau_erosion_start or none of them",
+        name);
+  }
+}
+
+void IRsoildef::checkMultiGrain() {
+  if (d90_armored_layer > 0) {
+    error(
+        "In SOIL_DEF '{}', d90_armored_layer has been given a non-zero value. Using multi grain size simulations, the definition of d90_armored_layer is not permitted.",
+        name);
+  }
+  if (tau_erosion_start > 0) {
+    warning(
+        "In SOIL_DEF '{}', 'tau_erosion_start' has been given a non-zero value. Be aware that tau_erosion_start is used for multi grain size simulation.",
+        name);
+  }
 }
 
 }  // namespace KESTparse

@@ -24,4 +24,8 @@ void IRbedmat2d::createSubBlocks() {
 
 void IRbedmat2d::createTags() {}
 
+void IRbedmat2d::checkRules() {
+  checkMixturesAndSoils(PairOrder::both);
+}
+
 }  // namespace KESTparse

@@ -1,5 +1,7 @@
 #include "KESTparse/plane2d/IRfixbed2d.h"
 
+#include "KESTparse/framework/GlobalValues.h"
+
 namespace KESTparse {
 
 void IRfixbed2d::getDescription(std::ostream& out) const {
@@ -24,6 +26,21 @@ void IRfixbed2d::createTags() {
       "This is a list of fixed bed values in [m] above sea level. If a fixed bed value is ≤ -100, then the surface bed elevation is used.")
       .mandatory()
       .requiredIf("type", {"nodes"});
+}
+
+void IRfixbed2d::checkRules() {
+  if (node_ids.size() != zb_fix.size()) {
+    error(
+        "'node_ids' and 'zb_fix' have not the same number of entries in FIXED_BED block. Make sure, every index has a value for zb_fix assigned when using 'nodes' as input_type.");
+  }
+  if (type == "meshfile") {
+    const std::string path = resolvePath(file);
+    if (!canOpen(path)) {
+      error(
+          "meshfile file '{}' does not exist. Please give a valid file name for the meshfile file. Note: Relative path can be inserted manually, e.g. ../gridFolder/grid.2dm (not over the 'load file' botton).",
+          path);
+    }
+  }
 }
 
 }  // namespace KESTparse
