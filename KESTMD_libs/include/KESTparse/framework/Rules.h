@@ -50,6 +50,17 @@ std::vector<PlacePair> pairsSharingName(const std::vector<Block*>& blocks,
 /// Whether `word` is one of `words`.
 bool isOneOf(std::string_view word, std::initializer_list<std::string_view> words);
 
+/// What is said of a list of values and the list of indices that belongs to it.
+struct IndexedListTexts {
+  std::string_view indexMissing;   ///< there are values only
+  std::string_view valuesMissing;  ///< there are indices only
+  std::string_view lengthsDiffer;  ///< there are not as many of them
+};
+
+/// Checks that a list of `numValues` in `block` comes with as many indices. Both may be left out.
+void checkIndexedList(InputBlock& block, std::size_t numValues, std::size_t numIndices,
+                      const IndexedListTexts& texts);
+
 /// How the check of a restart file differs from block to block.
 struct RestartFileWords {
   std::string_view unsetFile = {};  ///< the preset that stands for no file; empty: not asked for

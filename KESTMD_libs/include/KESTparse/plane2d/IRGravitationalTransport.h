@@ -30,6 +30,7 @@ class IRGravitationalTransport : public SchemaBlock<IRGravitationalTransport> {
 
  protected:
   void createTags() override;
+  void checkRules() override;
 };
 
 }  // namespace KESTparse

@@ -25,6 +25,7 @@ class IRbedbndr2d : public SchemaBlock<IRbedbndr2d> {
 
  protected:
   void createTags() override;
+  void checkRules() override;
 };
 
 }  // namespace KESTparse

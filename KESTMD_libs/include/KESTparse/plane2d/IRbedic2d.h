@@ -19,6 +19,7 @@ class IRbedic2d : public SchemaBlock<IRbedic2d> {
 
  protected:
   void createTags() override;
+  void checkRules() override;
 };
 
 }  // namespace KESTparse

@@ -22,6 +22,7 @@ class IRbedinnerbndr2d : public SchemaBlock<IRbedinnerbndr2d> {
 
  protected:
   void createTags() override;
+  void checkRules() override;
 };
 
 }  // namespace KESTparse

@@ -28,6 +28,8 @@ class IRbedload2d : public SchemaBlock<IRbedload2d> {
  protected:
   void createSubBlocks() override;
   void createTags() override;
+  void checkRulesAlways() override;
+  void checkRules() override;
 };
 
 }  // namespace KESTparse

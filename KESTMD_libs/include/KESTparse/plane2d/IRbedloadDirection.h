@@ -31,6 +31,7 @@ class IRbedloadDirection : public SchemaBlock<IRbedloadDirection> {
 
  protected:
   void createTags() override;
+  void checkRules() override;
 };
 
 }  // namespace KESTparse

@@ -37,6 +37,7 @@ class IRbedloadFormula2d : public SchemaBlock<IRbedloadFormula2d> {
 
  protected:
   void createTags() override;
+  void checkRules() override;
 };
 
 }  // namespace KESTparse

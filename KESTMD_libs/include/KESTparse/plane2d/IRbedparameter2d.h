@@ -23,6 +23,7 @@ class IRbedparameter2d : public SchemaBlock<IRbedparameter2d> {
 
  protected:
   void createTags() override;
+  void checkRules() override;
 };
 
 }  // namespace KESTparse

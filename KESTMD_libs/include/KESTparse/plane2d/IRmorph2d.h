@@ -32,6 +32,7 @@ class IRmorph2d : public SchemaBlock<IRmorph2d> {
  protected:
   void createSubBlocks() override;
   void createTags() override;
+  void checkRules() override;
 };
 
 }  // namespace KESTparse

@@ -29,8 +29,11 @@ class IRmorphextsrc2d : public SchemaBlock<IRmorphextsrc2d> {
   double dredge_trigger_height = 0;   ///< [m]
   double dredge_rate_max = 0;         ///< [m3/s]
 
+  bool dredge_level_is_absolute = false;  ///< set by validation: which of the two levels holds
+
  protected:
   void createTags() override;
+  void checkRules() override;
 };
 
 }  // namespace KESTparse

@@ -34,6 +34,7 @@ class IRmorphparam2d : public SchemaBlock<IRmorphparam2d> {
 
  protected:
   void createTags() override;
+  void checkRules() override;
 };
 
 }  // namespace KESTparse

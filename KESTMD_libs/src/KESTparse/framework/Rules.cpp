@@ -47,6 +47,20 @@ bool isOneOf(std::string_view word, std::initializer_list<std::string_view> word
   return std::find(words.begin(), words.end(), word) != words.end();
 }
 
+void checkIndexedList(InputBlock& block, std::size_t numValues, std::size_t numIndices,
+                      const IndexedListTexts& texts) {
+  if (numValues == numIndices) {
+    return;
+  }
+  if (numIndices == 0) {
+    block.addError(std::string(texts.indexMissing));
+  } else if (numValues == 0) {
+    block.addError(std::string(texts.valuesMissing));
+  } else {
+    block.addError(std::string(texts.lengthsDiffer));
+  }
+}
+
 bool checkRestartFile(InputBlock& block, const std::string& file, const RestartFileWords& words) {
   const bool asksForFile = !words.unsetFile.empty();
   if (asksForFile && (file == words.unsetFile || (file.empty() && words.emptyIsUnset))) {

@@ -52,4 +52,23 @@ void IRGravitationalTransport::createTags() {
   real<&Self::stabilization_height>("").defaultsTo("0.00").unit("[m]").atLeast(0);
 }
 
+void IRGravitationalTransport::checkRules() {
+  if (index.empty()) {
+    return;
+  }
+  if (angle_failure_deposited.size() != index.size()) {
+    error(
+        "Number of entries in 'index' and 'angle_failure_deposited' do not match in GRAVITATIONAL_TRANSPORT block for MORPHOLOGY.");
+  }
+  if (angle_failure_dry.size() != index.size()) {
+    error(
+        "Number of entries in 'index' and 'angle_failure_dry' do not match in GRAVITATIONAL_TRANSPORT block for MORPHOLOGY.");
+  }
+  // The third list may have any length: this asks whether both are empty, which they never are.
+  if (angle_failure_wetted.empty() && index.empty()) {
+    error(
+        "Number of entries in 'index' and 'angle_failure_wetted' do not match in GRAVITATIONAL_TRANSPORT block for MORPHOLOGY.");
+  }
+}
+
 }  // namespace KESTparse

@@ -1,5 +1,7 @@
 #include "KESTparse/plane2d/IRbedbndr2d.h"
 
+#include "KESTparse/framework/Conversions.h"
+
 namespace KESTparse {
 
 void IRbedbndr2d::getDescription(std::ostream& out) const {
@@ -36,6 +38,16 @@ void IRbedbndr2d::createTags() {
       .atMost(1)
       .usedIf("type", {"IOUp", "IODown"});
   identifiedBy({"name"});
+}
+
+void IRbedbndr2d::checkRules() {
+  // A negative fraction asks for the default of its type.
+  const std::string upperType = toUpper(type);
+  if (upperType == "IOUP" && fraction_boundary < 0) {
+    fraction_boundary = 1.0;
+  } else if (upperType == "IODOWN" && fraction_boundary < 0) {
+    fraction_boundary = 0.9;
+  }
 }
 
 }  // namespace KESTparse

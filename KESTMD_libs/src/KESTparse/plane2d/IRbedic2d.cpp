@@ -1,5 +1,7 @@
 #include "KESTparse/plane2d/IRbedic2d.h"
 
+#include "KESTparse/framework/Rules.h"
+
 namespace KESTparse {
 
 void IRbedic2d::getDescription(std::ostream& out) const {
@@ -22,6 +24,12 @@ void IRbedic2d::createTags() {
       .unit("[s]")
       .atLeast(-1)
       .usedIf("type", {"continue"});
+}
+
+void IRbedic2d::checkRules() {
+  if (type == "continue" && checkRestartFile(*this, file, {.unsetFile = "unspecified_file"})) {
+    checkRestartTime(*this, file, restart_solution_time);
+  }
 }
 
 }  // namespace KESTparse

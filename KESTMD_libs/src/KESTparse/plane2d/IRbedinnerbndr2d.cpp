@@ -1,5 +1,10 @@
 #include "KESTparse/plane2d/IRbedinnerbndr2d.h"
 
+#include "KESTparse/plane2d/IRbedload2d.h"
+#include "KESTparse/plane2d/IRgeom2d.h"
+#include "KESTparse/plane2d/IRkestplane.h"
+#include "KESTparse/plane2d/IRmorph2d.h"
+
 namespace KESTparse {
 
 void IRbedinnerbndr2d::getDescription(std::ostream& out) const {
@@ -22,6 +27,16 @@ void IRbedinnerbndr2d::createTags() {
   seriesFile<&Self::file, &Self::file_table>(
       "This is the filename of the file that contains the weir/gate level at different moments in time.")
       .preset("unspecified_file");
+}
+
+void IRbedinnerbndr2d::checkRules() {
+  const auto* const region = ancestor<IRkestplane>();
+  ASSERT(ancestor<IRbedload2d>() != nullptr, "this->parent_ != nullptr");
+  ASSERT(ancestor<IRmorph2d>() != nullptr, "this->parent_->parent_ != nullptr");
+  ASSERT(region != nullptr, "this->parent_->parent_->parent_ != nullptr");
+  if (region->geom_ptr != nullptr) {
+    region->geom_ptr->checkInnerBoundary(*this, type, string_name1, string_name2);
+  }
 }
 
 }  // namespace KESTparse

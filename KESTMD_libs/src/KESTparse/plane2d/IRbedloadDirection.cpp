@@ -86,4 +86,17 @@ void IRbedloadDirection::createTags() {
       .usedIf("lateral_transport_type", {"lateral_bed_slope"});
 }
 
+void IRbedloadDirection::checkRules() {
+  if (lateral_transport_type != "curvature_effect_static") {
+    return;
+  }
+  if (radius_static.empty()) {
+    error(
+        "'curvature_effect_static' has been specified in DIRECTION block but 'radius_static' is missing. Please specify 'radius_static'!");
+  } else if (radius_static.size() != lateral_index.size()) {
+    error(
+        "Number of entries in 'lateral_index' and 'radius_static' do not match in DIRECTION block.");
+  }
+}
+
 }  // namespace KESTparse

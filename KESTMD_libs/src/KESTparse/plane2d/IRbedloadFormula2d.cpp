@@ -1,5 +1,7 @@
 #include "KESTparse/plane2d/IRbedloadFormula2d.h"
 
+#include "KESTparse/framework/Rules.h"
+
 namespace KESTparse {
 
 void IRbedloadFormula2d::getDescription(std::ostream& out) const {
@@ -110,6 +112,25 @@ void IRbedloadFormula2d::createTags() {
       .above(0)
       .atMost(1)
       .requiredIf("bedforms_type", {"slope_dependent_bedforms"});
+}
+
+void IRbedloadFormula2d::checkRules() {
+  checkIndexedList(
+      *this, theta_critical.size(), theta_critical_index.size(),
+      {.indexMissing =
+           "'theta_crit' has been specified in PARAMETER block for BEDLOAD but 'theta_crit_index' is missing. Please specify 'theta_crit_index'!",
+       .valuesMissing =
+           "'theta_crit_index' has been specified in PARAMETER block for BEDLOAD but 'theta_crit' is missing. Please specify 'theta_crit'!",
+       .lengthsDiffer =
+           "Number of entries in 'theta_critical_index' and 'theta_critic' do not match in PARAMETER block for BEDLOAD."});
+  checkIndexedList(
+      *this, bedforms_factor.size(), bedforms_index.size(),
+      {.indexMissing =
+           "'bedforms_factor' has been specified in PARAMETER block for BEDLOAD but 'bedforms_index' is missing. Please specify 'bedforms_index'!",
+       .valuesMissing =
+           "'bedforms_index' has been specified in PARAMETER block for BEDLOAD but 'bedforms_factor' is missing. Please specify 'bedforms_factor'!",
+       .lengthsDiffer =
+           "Number of entries in 'bedforms_index' and 'bedforms_factor' do not match in PARAMETER block for BEDLOAD."});
 }
 
 }  // namespace KESTparse

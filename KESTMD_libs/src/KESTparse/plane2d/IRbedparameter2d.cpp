@@ -1,5 +1,7 @@
 #include "KESTparse/plane2d/IRbedparameter2d.h"
 
+#include "KESTparse/framework/Rules.h"
+
 namespace KESTparse {
 
 void IRbedparameter2d::getDescription(std::ostream& out) const {
@@ -27,6 +29,17 @@ void IRbedparameter2d::createTags() {
       "This flag determines the approach for bedload flux computation on the edge of the sediment cell (edgeV).")
       .defaultsTo("off")
       .oneOf({"off", "on"});
+}
+
+void IRbedparameter2d::checkRules() {
+  checkIndexedList(
+      *this, upwind.size(), upwind_index.size(),
+      {.indexMissing =
+           "'upwind' has been specified in PARAMETER block for BEDLOAD but 'upwind_index' is missing. Please specify 'upwind_index'!",
+       .valuesMissing =
+           "'upwind_index' has been specified PARAMETER block for BEDLOAD but 'upwind' is missing. Please specify 'upwind'!",
+       .lengthsDiffer =
+           "Number of entries in 'upwind_index' and 'upwind' do not match in PARAMETER block for BEDLOAD."});
 }
 
 }  // namespace KESTparse

@@ -4,10 +4,12 @@
 #include "KESTparse/plane2d/IRapparentCohesion.h"
 #include "KESTparse/plane2d/IRbedic2d.h"
 #include "KESTparse/plane2d/IRbedload2d.h"
+#include "KESTparse/plane2d/IRbedloadFormula2d.h"
 #include "KESTparse/plane2d/IRbedmat2d.h"
 #include "KESTparse/plane2d/IRmorphparam2d.h"
 #include "KESTparse/plane2d/IRmorphsrc2d.h"
 #include "KESTparse/plane2d/IRsuspload2d.h"
+#include "KESTparse/plane2d/IRsuspparam2d.h"
 
 namespace KESTparse {
 
@@ -27,5 +29,18 @@ void IRmorph2d::createSubBlocks() {
 }
 
 void IRmorph2d::createTags() {}
+
+void IRmorph2d::checkRules() {
+  const bool exchangesWithBed = susp_load_ptr != nullptr &&
+                                susp_load_ptr->susp_param_ptr != nullptr &&
+                                susp_load_ptr->susp_param_ptr->sediment_exchange == "on";
+  if (src_ptr != nullptr && bedload_ptr == nullptr && !exchangesWithBed) {
+    warning(
+        "A source block for external sources has been defined without bedload or suspension with soil exchange being activated. This doesnt make a lot of sense unless you want to play some kind of bagger-simulator.");
+  }
+  if (bedmat_ptr != nullptr && bedload_ptr != nullptr && bedload_ptr->formula_ptr != nullptr) {
+    bedmat_ptr->checkGrainsOf(*this, bedload_ptr->formula_ptr->bedload_formula);
+  }
+}
 
 }  // namespace KESTparse

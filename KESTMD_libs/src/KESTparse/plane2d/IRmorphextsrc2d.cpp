@@ -58,4 +58,26 @@ void IRmorphextsrc2d::createTags() {
   identifiedBy({"name"});
 }
 
+void IRmorphextsrc2d::checkRules() {
+  if (node_ids.empty() && elem_ids.empty() && index.empty()) {
+    error(
+        "No 'node_id', 'elem_id, or 'index' were defined to allocate the external sediment source. Please correct the input.");
+  }
+  if (type != "dredge") {
+    return;
+  }
+  const bool hasLevel = dredge_level_absolute != -1.0;
+  const bool hasHeight = dredge_height_relative != -1.0;
+  if (!hasLevel && !hasHeight) {
+    error(
+        "For a 'dredge' source neither the 'absolute_dredge_level' nor the 'relative_dredge_height' are specified. This is not permitted. Please correct the input.");
+  }
+  if (hasLevel && hasHeight) {
+    error(
+        "For a 'dredge' source an absolute dredge level is given as well as an relative dredge height. This is not permitted. Please correct the input.");
+    return;
+  }
+  dredge_level_is_absolute = hasLevel;
+}
+
 }  // namespace KESTparse

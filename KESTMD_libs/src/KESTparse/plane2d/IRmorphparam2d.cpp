@@ -1,5 +1,7 @@
 #include "KESTparse/plane2d/IRmorphparam2d.h"
 
+#include "KESTparse/framework/Conversions.h"
+
 namespace KESTparse {
 
 void IRmorphparam2d::getDescription(std::ostream& out) const {
@@ -83,6 +85,31 @@ void IRmorphparam2d::createTags() {
       .unit("[s]");
   integers<&Self::distortion_index>(
       "This tag expects a list with all the material indices (integer numbers) where distortion is applied.");
+}
+
+void IRmorphparam2d::checkRules() {
+  if (create_new_layers == "on") {
+    for (const double thickness : control_volume_thickness) {
+      if (thickness >= max_layer_thickness) {
+        error(
+            "The 'max_layer_thickness' is smaller than the thickness of the bed-load control volume 'control_volume_thickness'. This is not permitted. Please correct the input.");
+      }
+    }
+  }
+  if (control_volume_thickness.size() != control_volume_thickness_index.size()) {
+    error(
+        "The list 'control_volume_thickness' has not the same size as the list 'control_volume_thickness_index'. Please correct the input.");
+  }
+  if (density > 5000 || density < 10) {
+    warning(
+        "Your defined density = {} [kg/m3] seems to be out of range of common values. Are you really sure the input is correct?",
+        doubleToString(density));
+  }
+  if (porosity > 85 || porosity < 5) {
+    warning(
+        "Your defined porosity = {} [%] seems to be out of range of common values. Are you really sure the input is correct?",
+        doubleToString(porosity));
+  }
 }
 
 }  // namespace KESTparse
