@@ -23,6 +23,10 @@ class IRsuspinit2d : public SchemaBlock<IRsuspinit2d> {
 
  protected:
   void createTags() override;
+  void checkRules() override;
+
+ private:
+  void checkIndexTable();
 };
 
 }  // namespace KESTparse

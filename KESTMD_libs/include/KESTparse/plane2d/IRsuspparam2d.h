@@ -41,6 +41,7 @@ class IRsuspparam2d : public SchemaBlock<IRsuspparam2d> {
 
  protected:
   void createTags() override;
+  void checkRules() override;
 };
 
 }  // namespace KESTparse

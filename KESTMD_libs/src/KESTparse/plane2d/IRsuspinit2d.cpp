@@ -1,5 +1,7 @@
 #include "KESTparse/plane2d/IRsuspinit2d.h"
 
+#include "KESTparse/framework/Rules.h"
+
 namespace KESTparse {
 
 void IRsuspinit2d::getDescription(std::ostream& out) const {
@@ -29,6 +31,34 @@ void IRsuspinit2d::createTags() {
       .unit("[s]")
       .atLeast(-1)
       .usedIf("type", {"continue"});
+}
+
+void IRsuspinit2d::checkRules() {
+  if (type == "index_table") {
+    checkIndexTable();
+  }
+  if (type == "continue" && checkRestartFile(*this, file, {})) {
+    checkRestartTime(*this, file, restart_solution_time);
+  }
+}
+
+void IRsuspinit2d::checkIndexTable() {
+  if (index.size() != concentration.size()) {
+    error("The number of values in the index list is not the same as in the concentrations list.");
+  }
+  if (index.size() != mixture.size()) {
+    error("The number of values in the index list is not the same as in the mixtures list.");
+  }
+  for (const double value : concentration) {
+    if (value < 0) {
+      error(
+          "Negative concentrations in the concentration list for index_table is not allowed. Concentrations are between 0 and 1.");
+    }
+    if (value > 1.0) {
+      error(
+          "Concentrations above 1.0 in the concentration list for index_table is not allowed. Concentrations are between 0 and 1.");
+    }
+  }
 }
 
 }  // namespace KESTparse

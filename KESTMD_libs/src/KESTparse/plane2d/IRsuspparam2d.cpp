@@ -1,5 +1,8 @@
 #include "KESTparse/plane2d/IRsuspparam2d.h"
 
+#include "KESTparse/plane2d/IRbedmat2d.h"
+#include "KESTparse/plane2d/IRmorph2d.h"
+
 namespace KESTparse {
 
 void IRsuspparam2d::getDescription(std::ostream& out) const {
@@ -119,6 +122,28 @@ void IRsuspparam2d::createTags() {
       .defaultsTo("1.0")
       .above(0)
       .requiredIf("shear_stress_deposition_conc", {"reference"});
+}
+
+void IRsuspparam2d::checkRules() {
+  const auto* const morphology = ancestor<IRmorph2d>();
+  const IRbedmat2d* const material = morphology == nullptr ? nullptr : morphology->bedmat_ptr;
+  // Without grain classes there is nothing to compare with; that they are missing is told above.
+  const bool hasGrains = material != nullptr && material->grncls_ptr != nullptr;
+  const std::size_t numDiameters = hasGrains ? material->numGrainClasses() : 0;
+  const auto numFractions = static_cast<std::size_t>(number_susp_fractions);
+  if (hasGrains && numFractions > numDiameters) {
+    error(
+        "number of suspended fractions is higher than the amount of grain classes defined in the bed material block!");
+  }
+  if (numFractions != pickup_factors.size() && sediment_exchange == "on") {
+    error(
+        "The amount of pickup factors is different from the number of suspended fractions. Make sure to assign a pickup factor for every fraction.");
+  }
+  if (hasGrains && settling_velocities.size() != numDiameters &&
+      sink_velocity_type == "user_defined_settling_velocities") {
+    error(
+        "A settling velocity has to be assigned to each grain class (even if it is not transported in suspension). The number of grain classes and the number of settling velocities do not correspond.");
+  }
 }
 
 }  // namespace KESTparse
