@@ -178,6 +178,8 @@ class InputBlock {
   void declare();
   /// Makes this copy of a master an instance in `actualParent`.
   void bindTo(InputBlock* actualParent) { actualParent_ = actualParent; }
+  /// Takes `child` in without filing it.
+  InputBlock& takeBlock(std::unique_ptr<InputBlock> child);
   /// Adds an instance of the sub-block `name` unless there is one.
   void ensureBlock(std::string_view name);
   /// Names the tags that tell one instance from its like.

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <memory>
+
 #include "KESTparse/framework/SchemaBlock.h"
 
 namespace KESTparse {
@@ -16,6 +18,10 @@ class IRvegetation2d : public SchemaBlock<IRvegetation2d> {
   using SchemaBlock::SchemaBlock;
 
   void getDescription(std::ostream& out) const override;
+  /// Takes in a child of any name; one that the schema has not is filed nowhere.
+  InputBlock& addBlock(std::unique_ptr<InputBlock> child) override;
+  /// An assertion for PARAMETER and FEEDBACK, which stay where they are once they are there.
+  void removeBlock(InputBlock& child) override;
 
   IRvegGroundwater2d* vegGroundwater_ptr = nullptr;
   IRvegFeedback2d* vegFeedback_prt = nullptr;

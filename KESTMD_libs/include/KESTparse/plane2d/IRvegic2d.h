@@ -23,6 +23,7 @@ class IRvegic2d : public SchemaBlock<IRvegic2d> {
 
  protected:
   void createTags() override;
+  void checkRules() override;
 };
 
 }  // namespace KESTparse

@@ -262,6 +262,10 @@ InputBlock& InputBlock::addBlock(std::unique_ptr<InputBlock> child) {
   row.file(*this, *child);
   numBlocks_.resize(schema_->subBlocks.size());
   ++numBlocks_[row.master->schema_->position];
+  return takeBlock(std::move(child));
+}
+
+InputBlock& InputBlock::takeBlock(std::unique_ptr<InputBlock> child) {
   child->actualParent_ = this;
   availableBlocks_.push_back(std::move(child));
   return *availableBlocks_.back();

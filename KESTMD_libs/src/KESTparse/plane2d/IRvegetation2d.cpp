@@ -1,5 +1,6 @@
 #include "KESTparse/plane2d/IRvegetation2d.h"
 
+#include "KESTparse/framework/Rules.h"
 #include "KESTparse/plane2d/IRvegBiomass2d.h"
 #include "KESTparse/plane2d/IRvegFeedback2d.h"
 #include "KESTparse/plane2d/IRvegGroundwater2d.h"
@@ -21,5 +22,16 @@ void IRvegetation2d::createSubBlocks() {
 }
 
 void IRvegetation2d::createTags() {}
+
+InputBlock& IRvegetation2d::addBlock(std::unique_ptr<InputBlock> child) {
+  return getLogicalBlockPosition(child->getName()) < 0 ? takeBlock(std::move(child))
+                                                       : SchemaBlock::addBlock(std::move(child));
+}
+
+void IRvegetation2d::removeBlock(InputBlock& child) {
+  ASSERT(isOneOf(child.getName(), {"GROUNDWATER", "BIOMASS", "PARAMETERS", "FEEDBACKS", "INITIAL"}),
+         "unknown block");
+  SchemaBlock::removeBlock(child);
+}
 
 }  // namespace KESTparse

@@ -1,5 +1,7 @@
 #include "KESTparse/plane2d/IRvegic2d.h"
 
+#include "KESTparse/framework/Rules.h"
+
 namespace KESTparse {
 
 void IRvegic2d::getDescription(std::ostream& out) const {
@@ -35,6 +37,14 @@ void IRvegic2d::createTags() {
       .mandatory()
       .atLeast(0)
       .requiredIf("type", {"index_table"});
+}
+
+void IRvegic2d::checkRules() {
+  const RestartFileWords words{
+      .unsetFile = "unspecified_file", .showsNameAsGiven = true, .tellsNote = false};
+  if (type == "continue" && checkRestartFile(*this, file, words)) {
+    checkRestartTime(*this, file, restart_solution_time);
+  }
 }
 
 }  // namespace KESTparse
