@@ -1,8 +1,10 @@
 #pragma once
 
+#include <string>
 #include <vector>
 
 #include "KESTparse/framework/InputBlock.h"
+#include "KESTparse/framework/Rules.h"
 
 namespace KESTparse {
 
@@ -23,6 +25,19 @@ class IRbedmat : public InputBlock {
 
   /// Number of grain classes; none without the block that lists them.
   [[nodiscard]] std::size_t numGrainClasses() const;
+
+  /// Reports to `morphology` a bedload formula that the number of grain classes does not suit.
+  void checkBedloadFormula(InputBlock& morphology, const std::string& formula) const;
+  /// Reports to `parameter` settling velocities of its own that are not one for each grain class.
+  void checkSettlingVelocities(InputBlock& parameter, const std::string& sinkVelocityType,
+                               const std::vector<double>& velocities) const;
+
+ protected:
+  /// Reports mixtures that one grain class cannot have, and mixtures of the same name: each pair
+  /// once, or in both orders.
+  void checkMixtures(PairOrder order);
+  /// Reports soils of the same name.
+  void checkSoils();
 };
 
 }  // namespace KESTparse

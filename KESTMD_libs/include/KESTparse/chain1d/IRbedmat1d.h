@@ -17,6 +17,7 @@ class IRbedmat1d : public SchemaBlock<IRbedmat1d, IRbedmat> {
  protected:
   void createSubBlocks() override;
   void createTags() override;
+  void checkRules() override;
 };
 
 }  // namespace KESTparse
