@@ -29,12 +29,18 @@ class IRbedmat : public InputBlock {
   /// "1D" or "2D".
   [[nodiscard]] virtual std::string_view dimension() const = 0;
 
-  /// Checks that the bedload formula of `block` suits the number of grain classes.
-  void checkGrainsOf(InputBlock& block, const std::string& formula) const;
+  /// Reports to `morphology` a bedload formula that the number of grain classes does not suit.
+  void checkBedloadFormula(InputBlock& morphology, const std::string& formula) const;
+  /// Reports to `parameter` settling velocities of its own that are not one for each grain class.
+  void checkSettlingVelocities(InputBlock& parameter, const std::string& sinkVelocityType,
+                               const std::vector<double>& velocities) const;
 
  protected:
-  /// Checks the names of mixtures and soils against each other.
-  void checkMixturesAndSoils(PairOrder mixturePairs);
+  /// Reports mixtures that one grain class cannot have, and mixtures of the same name: each pair
+  /// once, or in both orders.
+  void checkMixtures(PairOrder order);
+  /// Reports soils of the same name.
+  void checkSoils();
 };
 
 }  // namespace KESTparse

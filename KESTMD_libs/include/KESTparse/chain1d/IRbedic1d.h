@@ -18,6 +18,7 @@ class IRbedic1d : public SchemaBlock<IRbedic1d> {
 
  protected:
   void createTags() override;
+  void checkRules() override;
 };
 
 }  // namespace KESTparse

@@ -24,6 +24,7 @@ class IRbedload1d : public SchemaBlock<IRbedload1d> {
  protected:
   void createSubBlocks() override;
   void createTags() override;
+  void checkRules() override;
 };
 
 }  // namespace KESTparse

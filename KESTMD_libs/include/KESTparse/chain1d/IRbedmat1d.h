@@ -18,6 +18,7 @@ class IRbedmat1d : public SchemaBlock<IRbedmat1d, IRbedmat> {
  protected:
   void createSubBlocks() override;
   void createTags() override;
+  void checkRules() override;
 };
 
 }  // namespace KESTparse

@@ -7,6 +7,8 @@
 
 namespace KESTparse {
 
+struct Surroundings1d;
+
 /// The block `BOUNDARY` under `HYDRAULICS` of a 1D region.
 class IRbndr1d : public SchemaBlock<IRbndr1d> {
  public:
@@ -47,6 +49,10 @@ class IRbndr1d : public SchemaBlock<IRbndr1d> {
 
  protected:
   void createTags() override;
+  void checkRules() override;
+
+ private:
+  void checkWeirLevel(const Surroundings1d& around);
 };
 
 }  // namespace KESTparse

@@ -7,6 +7,8 @@
 
 namespace KESTparse {
 
+class IRgeom1d;
+
 /// The block `EXTERNAL_SOURCE` under `SOURCE` of a 1D region.
 class IRextsrc1d : public SchemaBlock<IRextsrc1d> {
  public:
@@ -32,6 +34,11 @@ class IRextsrc1d : public SchemaBlock<IRextsrc1d> {
 
  protected:
   void createTags() override;
+  void checkRules() override;
+
+ private:
+  void checkInflow();
+  void checkOffChannel(const IRgeom1d& geometry);
 };
 
 }  // namespace KESTparse

@@ -21,6 +21,7 @@ class IRfriction1d : public SchemaBlock<IRfriction1d> {
 
  protected:
   void createTags() override;
+  void checkRules() override;
 };
 
 }  // namespace KESTparse

@@ -19,8 +19,14 @@ class IRgeom1d : public SchemaBlock<IRgeom1d> {
   std::vector<std::string> cross_section_order;
   bool dump_crosssections = false;
 
+  /// Place of the first cross section of that name in the order; -1 when there is none.
+  [[nodiscard]] int crossSectionIndex(std::string_view name) const;
+  /// Reports to `source` a cross section that the order has not.
+  void requireCrossSection(InputBlock& source, const std::string& name) const;
+
  protected:
   void createTags() override;
+  void checkRulesAlways() override;
 };
 
 }  // namespace KESTparse

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <string>
 #include <vector>
 
 #include "KESTparse/framework/SchemaBlock.h"
@@ -7,6 +8,7 @@
 namespace KESTparse {
 
 class IRbndr1d;
+class IRextsrc1d;
 class IRfriction1d;
 class IRic1d;
 class IRinnerboundary1d;
@@ -27,9 +29,17 @@ class IRhydr1d : public SchemaBlock<IRhydr1d> {
   IRsrc1d* src_ptr = nullptr;
   std::vector<IRinnerboundary1d*> innerbndr_ptrV;
 
+  // The block of a name; null when there is none. Each throws a `std::string` that tells so when
+  // the name is not unique.
+
+  [[nodiscard]] const IRbndr1d* findBoundary(const std::string& name) const;
+  [[nodiscard]] const IRinnerboundary1d* findInnerBoundary(const std::string& name) const;
+  [[nodiscard]] const IRextsrc1d* findExternalSource(const std::string& name) const;
+
  protected:
   void createSubBlocks() override;
   void createTags() override;
+  void checkRules() override;
 };
 
 }  // namespace KESTparse

@@ -14,6 +14,7 @@ class IRinnerboundary1d : public SchemaBlock<IRinnerboundary1d> {
 
   void getDescription(std::ostream& out) const override;
 
+  std::string name;  ///< set by no tag: no inner boundary is found by its name
   std::string type;
   std::string cross_section_name_1;
   std::string cross_section_name_2;
@@ -51,6 +52,7 @@ class IRinnerboundary1d : public SchemaBlock<IRinnerboundary1d> {
 
  protected:
   void createTags() override;
+  void checkRules() override;
 };
 
 }  // namespace KESTparse

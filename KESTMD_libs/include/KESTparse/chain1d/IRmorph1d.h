@@ -30,6 +30,7 @@ class IRmorph1d : public SchemaBlock<IRmorph1d> {
  protected:
   void createSubBlocks() override;
   void createTags() override;
+  void checkRulesAlways() override;
 };
 
 }  // namespace KESTparse

@@ -29,6 +29,7 @@ class IRmorphextsrc1d : public SchemaBlock<IRmorphextsrc1d> {
 
  protected:
   void createTags() override;
+  void checkRules() override;
 };
 
 }  // namespace KESTparse

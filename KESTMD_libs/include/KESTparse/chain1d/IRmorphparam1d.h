@@ -26,6 +26,7 @@ class IRmorphparam1d : public SchemaBlock<IRmorphparam1d> {
 
  protected:
   void createTags() override;
+  void checkRulesAlways() override;
 };
 
 }  // namespace KESTparse

@@ -25,6 +25,7 @@ class IRparam1d : public SchemaBlock<IRparam1d> {
  protected:
   void createSubBlocks() override;
   void createTags() override;
+  void checkRulesAlways() override;
 };
 
 }  // namespace KESTparse

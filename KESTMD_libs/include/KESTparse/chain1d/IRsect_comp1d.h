@@ -21,6 +21,7 @@ class IRsect_comp1d : public SchemaBlock<IRsect_comp1d> {
 
  protected:
   void createTags() override;
+  void checkRules() override;
 };
 
 }  // namespace KESTparse

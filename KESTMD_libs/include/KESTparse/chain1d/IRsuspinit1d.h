@@ -20,6 +20,7 @@ class IRsuspinit1d : public SchemaBlock<IRsuspinit1d> {
 
  protected:
   void createTags() override;
+  void checkRules() override;
 };
 
 }  // namespace KESTparse

@@ -26,6 +26,7 @@ class IRsuspload1d : public SchemaBlock<IRsuspload1d> {
  protected:
   void createSubBlocks() override;
   void createTags() override;
+  void checkRules() override;
 };
 
 }  // namespace KESTparse

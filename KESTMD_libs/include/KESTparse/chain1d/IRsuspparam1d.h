@@ -35,6 +35,7 @@ class IRsuspparam1d : public SchemaBlock<IRsuspparam1d> {
 
  protected:
   void createTags() override;
+  void checkRules() override;
 };
 
 }  // namespace KESTparse

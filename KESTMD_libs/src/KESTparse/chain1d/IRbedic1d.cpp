@@ -1,5 +1,7 @@
 #include "KESTparse/chain1d/IRbedic1d.h"
 
+#include "KESTparse/framework/Rules.h"
+
 namespace KESTparse {
 
 void IRbedic1d::getDescription(std::ostream& out) const {
@@ -15,6 +17,13 @@ void IRbedic1d::createTags() {
       "This is the name of a sediment restart file from a previous simulation with sediment transport.")
       .preset("unspecified_file")
       .usedIf("type", {"continue"});
+}
+
+void IRbedic1d::checkRules() {
+  if (type == "continue") {
+    checkRestartFile(*this, file,
+                     {.unsetFile = "unspecified_file", .emptyIsUnset = false, .tellsNote = false});
+  }
 }
 
 }  // namespace KESTparse

@@ -18,4 +18,12 @@ void IRbedload1d::createSubBlocks() {
 
 void IRbedload1d::createTags() {}
 
+void IRbedload1d::checkRules() {
+  if (bndr_ptrV.size() != 2) {
+    error("Exactly two 'BOUNDARY' blocks are required. One 'upstream' and one 'downstream' ");
+  } else if (bndr_ptrV[0]->string == bndr_ptrV[1]->string) {
+    error("Both 'BOUNDARY' blocks are defined on boundary '{}'", bndr_ptrV[0]->string);
+  }
+}
+
 }  // namespace KESTparse

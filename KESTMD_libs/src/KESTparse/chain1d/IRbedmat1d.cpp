@@ -20,4 +20,9 @@ void IRbedmat1d::createSubBlocks() {
 
 void IRbedmat1d::createTags() {}
 
+void IRbedmat1d::checkRules() {
+  checkMixtures(PairOrder::once);
+  checkSoils();
+}
+
 }  // namespace KESTparse

@@ -1,5 +1,10 @@
 #include "KESTparse/chain1d/IRbndr1d.h"
 
+#include "KESTparse/chain1d/IRcalc1d.h"
+#include "KESTparse/framework/Conversions.h"
+#include "KESTparse/framework/Rules.h"
+#include "KESTparse/root/IRdomain.h"
+
 namespace KESTparse {
 
 void IRbndr1d::getDescription(std::ostream& out) const {
@@ -140,6 +145,55 @@ void IRbndr1d::createTags() {
       .atLeast(0)
       .usedIf("type", {"gate", "coupling_gate"});
   identifiedBy({"name"});
+}
+
+void IRbndr1d::checkRules() {
+  const bool isGate = isOneOf(type, {"gate", "coupling_gate"});
+  if (type == "hydrograph" && !hasTag("slope")) {
+    error(
+        "Tag 'slope' is mandatory for boundary conditions of type 'hydrograph' and 'hydrograph_coupling'");
+  }
+  if (type == "hqrelation" && hasTag("slope") == hasTag("file")) {
+    error("Boundary condition 'hqrelation' needs either slope or a file");
+  }
+  // A gate takes its width over time from 'width_file', but what counts here is 'file'.
+  if (isGate && ((!hasTag("width") && !hasTag("file")) || (hasTag("slope") && hasTag("file")))) {
+    error(
+        "Boundary condition '{}' needs either a 'width' for constant width or a 'file' containing varying width in time. ",
+        type);
+  }
+  if (isGate && !hasTag("gate_bottom_level")) {
+    error("Boundary condition '{}' needs a 'gate_bottom_level'. ", type);
+  }
+  // A coupling may feed a boundary that has a name.
+  if (!hasTag("file") && type == "hydrograph" && !hasTag("name")) {
+    error("Boundary condition '{}' needs a file (or coupling)", type);
+  }
+  constexpr double smallSlope = 0.1;
+  if (hasTag("slope") && slope < smallSlope) {
+    warning(
+        "The slope you defined ({}) is very small. Please note that you have to supply per mil values. E.g. a slope of 5% would correspond to 50!",
+        doubleToString(slope));
+  }
+  checkWeirLevel(findSurroundings1d(*this));
+}
+
+void IRbndr1d::checkWeirLevel(const Surroundings1d& around) {
+  const auto isControlled = [this, &around] {
+    const auto [domain, calc1d] = around;
+    ASSERT(domain != nullptr, "");
+    ASSERT(calc1d != nullptr, "");
+    return domain->isControlled(calc1d->region_name, name);
+  };
+  if (type == "weir" && hasTag("weir_level") && isControlled()) {
+    warning(
+        "The weir boundary '{}' has a level defined and a controller. This will not work together!",
+        name);
+  }
+  if (isOneOf(type, {"weir", "coupling_weir"}) && !hasTag("weir_level") &&
+      !hasTag("weir_level_file") && !isControlled()) {
+    error("There is neither a level, nor a level_file nor a controller defining the weir level.");
+  }
 }
 
 }  // namespace KESTparse

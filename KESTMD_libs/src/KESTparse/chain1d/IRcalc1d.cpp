@@ -5,6 +5,7 @@
 #include "KESTparse/chain1d/IRmorph1d.h"
 #include "KESTparse/chain1d/IRoutput1d.h"
 #include "KESTparse/chain1d/IRtimestep1d.h"
+#include "KESTparse/root/IRdomain.h"
 
 namespace KESTparse {
 
@@ -23,6 +24,17 @@ void IRcalc1d::createSubBlocks() {
 void IRcalc1d::createTags() {
   word<&Self::region_name>("Name of the 1D region.").mandatory();
   identifiedBy({"region_name"});
+}
+
+Surroundings1d findSurroundings1d(InputBlock& block) {
+  const Surroundings1d found{block.ancestor<IRdomain>(), block.ancestor<IRcalc1d>()};
+  if (found.domain == nullptr) {
+    block.addError("No DOMAIN block could be found. Please complete your input data.");
+  }
+  if (found.calc1d == nullptr) {
+    block.addError("No KESTCHAIN block could be found. Please complete your input data.");
+  }
+  return found;
 }
 
 }  // namespace KESTparse

@@ -1,5 +1,10 @@
 #include "KESTparse/chain1d/IRextsrc1d.h"
 
+#include "KESTparse/chain1d/IRcalc1d.h"
+#include "KESTparse/chain1d/IRgeom1d.h"
+#include "KESTparse/framework/Rules.h"
+#include "KESTparse/root/IRdomain.h"
+
 namespace KESTparse {
 
 void IRextsrc1d::getDescription(std::ostream& out) const {
@@ -67,6 +72,61 @@ void IRextsrc1d::createTags() {
       .atLeast(0)
       .usedIf("type", {"bottom_opening"});
   identifiedBy({"name"});
+}
+
+void IRextsrc1d::checkRules() {
+  const auto* const region = ancestor<IRcalc1d>();
+  const IRgeom1d* const geometry = region == nullptr ? nullptr : region->geom_ptr;
+  if (isOneOf(type, {"qlateral", "coupling_qlateral", "sideweir", "coupling_sideweir",
+                     "bottom_opening"}) &&
+      geometry != nullptr) {
+    geometry->requireCrossSection(*this, cross_section);
+  }
+  if (isOneOf(type, {"qlateral", "coupling_qlateral"})) {
+    checkInflow();
+  }
+  if (isOneOf(type, {"off_channel", "coupling_off_channel"}) && geometry != nullptr) {
+    checkOffChannel(*geometry);
+  }
+}
+
+void IRextsrc1d::checkInflow() {
+  const auto [domain, calc1d] = findSurroundings1d(*this);
+  if (domain == nullptr || calc1d == nullptr) {
+    return;
+  }
+  if (type == "qlateral" && !hasTag("file") && !domain->isControlled(calc1d->region_name, name)) {
+    error(
+        "For the qlateral source, you have either to define the qseries via a series file or have a controller defining the inflow.");
+  }
+}
+
+void IRextsrc1d::checkOffChannel(const IRgeom1d& geometry) {
+  // Without the tag both names are empty, which is the name of no cross section.
+  const std::string section1 = cross_sections.empty() ? std::string() : cross_sections.front();
+  const std::string section2 = cross_sections.empty() ? std::string() : cross_sections.back();
+  const int index1 = geometry.crossSectionIndex(section1);
+  const int index2 = geometry.crossSectionIndex(section2);
+  ASSERT(index1 != -1, "error off-channel source: cross section " << section1 << " not found!");
+  ASSERT(index2 != -1, "error off-channel source: cross section " << section2 << " not found!");
+  const auto requireUpstreamNeighbour = [this](int index, const std::string& section) {
+    if (index < 1) {
+      error(
+          "Cross section '{}' for offchannel EXTERNAL_SOURCE could not be found in the cross-section order. Use the exact names of the two bounding cross sections as defined in GEOMETRY 'cross_section_order'.",
+          section);
+    }
+  };
+  requireUpstreamNeighbour(index1, section1);
+  requireUpstreamNeighbour(index2, section2);
+  if (index1 == index2) {
+    error(
+        "Both cross sections for offchannel EXTERNAL SOURCE are identical. You have to provide two different cross_sections as defined in GEOMETRY. The offchannel will act between these two cross sections.");
+  }
+  if (index2 < index1) {
+    error(
+        "Cross section '{}' and '{}' for offchannel EXTERNAL SOURCE are not in successive order. Both cross sections need to be in order from up- to downstream according to the definitions in GEOMOETRY block.",
+        section1, section2);
+  }
 }
 
 }  // namespace KESTparse

@@ -1,5 +1,7 @@
 #include "KESTparse/chain1d/IRfriction1d.h"
 
+#include "KESTparse/framework/InputTag.h"
+
 namespace KESTparse {
 
 void IRfriction1d::getDescription(std::ostream& out) const {
@@ -31,6 +33,21 @@ void IRfriction1d::createTags() {
       .defaultsTo("3.0")
       .above(0)
       .usedIf("grain_size_friction", {"no"});
+}
+
+void IRfriction1d::checkRules() {
+  if (!hasTag("grain_size_friction")) {
+    return;
+  }
+  const InputBlock* const geometry = getBlockByPath("../../GEOMETRY");
+  if (geometry != nullptr && geometry->hasTag("type") &&
+      geometry->getTag("type", 0).getRawValue() == "varlen") {
+    warning(
+        "You are using 'varlen' as the geometry input file format. Note that any friction defined therein will override your friction settings in the basic command file. ");
+  }
+  if (grain_size_friction && getBlockByPath("../../MORPHOLOGY/BEDMATERIAL") == nullptr) {
+    error("Tag 'grain_size_friction' = 'yes' requires block '../../MORPHOLOGY/BEDMATERIAL'");
+  }
 }
 
 }  // namespace KESTparse

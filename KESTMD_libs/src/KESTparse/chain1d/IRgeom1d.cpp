@@ -1,5 +1,10 @@
 #include "KESTparse/chain1d/IRgeom1d.h"
 
+#include <algorithm>
+
+#include "KESTparse/framework/GlobalValues.h"
+#include "KESTparse/framework/Rules.h"
+
 namespace KESTparse {
 
 void IRgeom1d::getDescription(std::ostream& out) const {
@@ -20,6 +25,33 @@ void IRgeom1d::createTags() {
   boolean<&Self::dump_crosssections>(
       "During the transition from varlen to the new kgf format as new grid format, this option is offered to dump a lot of information for each cross section and for each slice.")
       .defaultsTo("no");
+}
+
+int IRgeom1d::crossSectionIndex(std::string_view name) const {
+  const auto it = std::find(cross_section_order.begin(), cross_section_order.end(), name);
+  return it == cross_section_order.end() ? -1 : static_cast<int>(it - cross_section_order.begin());
+}
+
+void IRgeom1d::requireCrossSection(InputBlock& source, const std::string& name) const {
+  if (crossSectionIndex(name) == -1) {
+    source.addError(fmt::format(
+        "Cross section '{}' for qlateral EXTERNAL_SOURCE could not be found in the cross-section order.  Use the exact name of the cross section as defined in GEOMETRY 'cross_section_order'",
+        name));
+  }
+}
+
+void IRgeom1d::checkRulesAlways() {
+  if (isOneOf(type, {"varlen", "hecras"})) {
+    warning(
+        "The grid format '{}' is deprecated and is not supported any more. Please convert your projects to the 'kestrix' format. You can download python-scripts which you can use as converters for your grid files from our website.",
+        type);
+  }
+  const std::string path = resolvePath(file);
+  if (!canOpen(path)) {
+    error(
+        "topography file '{}' does not exist. Please give a valid file name for the topography file. Note: Relative path can be inserted manually, e.g. ../gridFolder/grid.2dm (not over the 'load file' botton).",
+        path);
+  }
 }
 
 }  // namespace KESTparse

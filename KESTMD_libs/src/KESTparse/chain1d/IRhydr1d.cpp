@@ -1,13 +1,36 @@
 #include "KESTparse/chain1d/IRhydr1d.h"
 
+#include <algorithm>
+
 #include "KESTparse/chain1d/IRbndr1d.h"
+#include "KESTparse/chain1d/IRextsrc1d.h"
 #include "KESTparse/chain1d/IRfriction1d.h"
 #include "KESTparse/chain1d/IRic1d.h"
 #include "KESTparse/chain1d/IRinnerboundary1d.h"
 #include "KESTparse/chain1d/IRparam1d.h"
 #include "KESTparse/chain1d/IRsrc1d.h"
+#include "KESTparse/framework/Conversions.h"
 
 namespace KESTparse {
+namespace {
+
+template <class Block>
+const Block* findUnique(const std::vector<Block*>& blocks, const std::string& name,
+                        fmt::format_string<const std::string&> notUnique) {
+  const Block* found = nullptr;
+  for (const Block* block : blocks) {
+    if (block->name != name) {
+      continue;
+    }
+    if (found != nullptr) {
+      throw fmt::format(notUnique, name);
+    }
+    found = block;
+  }
+  return found;
+}
+
+}  // namespace
 
 void IRhydr1d::getDescription(std::ostream& out) const {
   out << "Defines the hydraulic specifications for the simulation. This block contains only further sub blocks but no own variables.";
@@ -23,5 +46,36 @@ void IRhydr1d::createSubBlocks() {
 }
 
 void IRhydr1d::createTags() {}
+
+const IRbndr1d* IRhydr1d::findBoundary(const std::string& name) const {
+  return findUnique(bndr_ptrV, name, "The boundary named {} is not unique!");
+}
+
+const IRinnerboundary1d* IRhydr1d::findInnerBoundary(const std::string& name) const {
+  // Without a tag for the name they all bear the empty one, by which none is meant.
+  return name.empty()
+             ? nullptr
+             : findUnique(innerbndr_ptrV, name, "The inner boundary named {} is not unique!");
+}
+
+const IRextsrc1d* IRhydr1d::findExternalSource(const std::string& name) const {
+  return src_ptr == nullptr
+             ? nullptr
+             : findUnique(src_ptr->extsrc_ptrV, name, "The source named {} is not unique!");
+}
+
+void IRhydr1d::checkRules() {
+  const auto hasBoundaryAt = [this](std::string_view end) {
+    return std::any_of(bndr_ptrV.begin(), bndr_ptrV.end(), [end](const IRbndr1d* boundary) {
+      return toUpper(boundary->string) == end;
+    });
+  };
+  if (!hasBoundaryAt("UPSTREAM")) {
+    error("The 'upstream' boundary condition is missing");
+  }
+  if (!hasBoundaryAt("DOWNSTREAM")) {
+    error("The 'downstream' boundary condition is missing");
+  }
+}
 
 }  // namespace KESTparse

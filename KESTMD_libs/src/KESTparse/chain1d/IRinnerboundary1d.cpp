@@ -1,5 +1,10 @@
 #include "KESTparse/chain1d/IRinnerboundary1d.h"
 
+#include <algorithm>
+
+#include "KESTparse/chain1d/IRcalc1d.h"
+#include "KESTparse/chain1d/IRgeom1d.h"
+
 namespace KESTparse {
 
 void IRinnerboundary1d::getDescription(std::ostream& out) const {
@@ -148,6 +153,33 @@ void IRinnerboundary1d::createTags() {
   real<&Self::b2>("Parameter b2 for general calculation of gate coefficient phi (see tag margin).")
       .defaultsTo("-0.1084")
       .usedIf("gate_type", {"radial_gate_with_flap"});
+}
+
+void IRinnerboundary1d::checkRules() {
+  const auto* const region = ancestor<IRcalc1d>();
+  if (region == nullptr || region->geom_ptr == nullptr) {
+    return;
+  }
+  // Of a name that stands twice in the order the last place counts.
+  const std::vector<std::string>& order = region->geom_ptr->cross_section_order;
+  const auto placeOf = [&order](const std::string& crossSection) {
+    return std::find(order.rbegin(), order.rend(), crossSection);
+  };
+  const auto place1 = placeOf(cross_section_name_1);
+  const auto place2 = placeOf(cross_section_name_2);
+  const auto requireFound = [this, &order](auto place, const std::string& crossSection) {
+    if (place == order.rend()) {
+      error(
+          "Inner Boundary string_name '{}' not found in STRINGDEF block. Make sure the Inner Boundary string_name has the same name as a defined unique string in the STRINGDEF block.",
+          crossSection);
+    }
+  };
+  requireFound(place1, cross_section_name_1);
+  requireFound(place2, cross_section_name_2);
+  if (place1 != order.rend() && place1 == place2) {
+    error("The two cross sections for an inner boundary of type '{}' have to adjacent and are not!",
+          type);
+  }
 }
 
 }  // namespace KESTparse

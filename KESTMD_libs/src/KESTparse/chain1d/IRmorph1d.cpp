@@ -3,6 +3,7 @@
 #include "KESTparse/chain1d/IRGravitationalTransport1d.h"
 #include "KESTparse/chain1d/IRbedic1d.h"
 #include "KESTparse/chain1d/IRbedload1d.h"
+#include "KESTparse/chain1d/IRbedloadFormula1d.h"
 #include "KESTparse/chain1d/IRbedmat1d.h"
 #include "KESTparse/chain1d/IRmorphparam1d.h"
 #include "KESTparse/chain1d/IRmorphsrc1d.h"
@@ -25,5 +26,17 @@ void IRmorph1d::createSubBlocks() {
 }
 
 void IRmorph1d::createTags() {}
+
+void IRmorph1d::checkRulesAlways() {
+  if (bedload_ptr == nullptr && susp_load_ptr == nullptr) {
+    error("At least block 'BEDLOAD' or 'SUSPENDED_LOAD' must be defined.");
+  }
+  if (initial_ptr == nullptr) {
+    error("The 'INITIAL' block must be defined for morphological simulations.");
+  }
+  if (bedmat_ptr != nullptr && bedload_ptr != nullptr && bedload_ptr->formula_ptr != nullptr) {
+    bedmat_ptr->checkBedloadFormula(*this, bedload_ptr->formula_ptr->bedload_formula);
+  }
+}
 
 }  // namespace KESTparse

@@ -1,5 +1,8 @@
 #include "KESTparse/chain1d/IRmorphextsrc1d.h"
 
+#include "KESTparse/chain1d/IRcalc1d.h"
+#include "KESTparse/chain1d/IRgeom1d.h"
+
 namespace KESTparse {
 
 void IRmorphextsrc1d::getDescription(std::ostream& out) const {
@@ -57,6 +60,19 @@ void IRmorphextsrc1d::createTags() {
       .oneOf({"yes", "no"})
       .usedIf("type", {"sediment_discharge", "dredge"});
   identifiedBy({"name"});
+}
+
+void IRmorphextsrc1d::checkRules() {
+  const auto* const region = ancestor<IRcalc1d>();
+  if (region == nullptr || region->geom_ptr == nullptr) {
+    return;
+  }
+  if (region->geom_ptr->crossSectionIndex(cross_section) == -1) {
+    error("'cross section' '{}' could not be found within the geometry", cross_section);
+  }
+  if (type == "bed_load_function") {
+    region->geom_ptr->requireCrossSection(*this, cross_section);
+  }
 }
 
 }  // namespace KESTparse

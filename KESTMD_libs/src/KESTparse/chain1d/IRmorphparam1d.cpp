@@ -1,5 +1,7 @@
 #include "KESTparse/chain1d/IRmorphparam1d.h"
 
+#include "KESTparse/framework/Conversions.h"
+
 namespace KESTparse {
 
 void IRmorphparam1d::getDescription(std::ostream& out) const {
@@ -57,6 +59,23 @@ void IRmorphparam1d::createTags() {
       .usedIf("create_new_layers", {"on"});
   real<&Self::min_theta_critic>("This is the minimally allowed critical theta (shields factor).")
       .defaultsTo("0.02");
+}
+
+void IRmorphparam1d::checkRulesAlways() {
+  if (create_new_layers == "on" && !(max_layer_thickness > control_volume_thickness)) {
+    error(
+        "The 'max_layer_thickness' is smaller than the thickness of the bed-load control volume 'control_volume_thickness'. This is not permitted. Please correct the input.");
+  }
+  if (density > 5000 || density < 10) {
+    warning(
+        "Your defined density = {} seems to be out of range of common values. Are you really sure the input is correct?",
+        doubleToString(density));
+  }
+  if (porosity > 85 || porosity < 5) {
+    warning(
+        "Your defined porosity = {} seems to be out of range of common values. Are you really sure the input is correct?",
+        doubleToString(porosity));
+  }
 }
 
 }  // namespace KESTparse

@@ -1,6 +1,8 @@
 #include "KESTparse/chain1d/IRparam1d.h"
 
 #include "KESTparse/chain1d/IRsect_comp1d.h"
+#include "KESTparse/framework/InputTag.h"
+#include "KESTparse/framework/Rules.h"
 
 namespace KESTparse {
 
@@ -27,6 +29,27 @@ void IRparam1d::createTags() {
   text<&Self::simulation_scheme>("Defines the scheme for the time integration of the simulation.")
       .defaultsTo("explicit")
       .oneOf({"explicit"});
+}
+
+void IRparam1d::checkRulesAlways() {
+  const InputBlock* const geometry = getBlockByPath("../../GEOMETRY");
+  if (geometry == nullptr) {
+    error("No GEOMETRY-Block was found. Please complete the input file.");
+    return;
+  }
+  if (!geometry->hasTag("type")) {
+    return;
+  }
+  const std::string& format = geometry->getTag("type", 0).getRawValue();
+  ASSERT(isOneOf(format, {"varlen", "hecras", "kestrix"}),
+         "geometry type " << format << " is unknown. Fix me!");
+  if (sect_comp_ptr != nullptr && format == "varlen") {
+    warning(
+        "SECTION_COMPUTATION block is used in input file combined with a geometry input type 'varlen', where the same information can be defined. If you defined the section_computation in the varlen-topography-file, the values from the .kcf file will be overridden.");
+  } else if (sect_comp_ptr == nullptr && format != "varlen") {
+    error(
+        "SECTION_COMPUTATION block has not been defined. When using 'hecras' or 'kestirx' as geometry input type, the SECTION_COMPUTATION is mandatory");
+  }
 }
 
 }  // namespace KESTparse

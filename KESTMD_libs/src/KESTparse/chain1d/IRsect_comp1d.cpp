@@ -1,5 +1,7 @@
 #include "KESTparse/chain1d/IRsect_comp1d.h"
 
+#include "KESTparse/framework/Conversions.h"
+
 namespace KESTparse {
 
 void IRsect_comp1d::getDescription(std::ostream& out) const {
@@ -32,6 +34,13 @@ void IRsect_comp1d::createTags() {
       .unit("[m]")
       .above(0)
       .requiredIf("type", {"table"});
+}
+
+void IRsect_comp1d::checkRules() {
+  if (hasTag("max_interval") && hasTag("min_interval") && !(max_interval > min_interval)) {
+    error("The condition 'max_interval' ( = {}) > 'min_interval' ( = {}) fails!",
+          doubleToString(max_interval), doubleToString(min_interval));
+  }
 }
 
 }  // namespace KESTparse

@@ -1,5 +1,11 @@
 #include "KESTparse/chain1d/IRsuspinit1d.h"
 
+#include <algorithm>
+
+#include "KESTparse/bedmaterial/IRmixtr.h"
+#include "KESTparse/chain1d/IRbedmat1d.h"
+#include "KESTparse/chain1d/IRmorph1d.h"
+
 namespace KESTparse {
 
 void IRsuspinit1d::getDescription(std::ostream& out) const {
@@ -26,6 +32,28 @@ void IRsuspinit1d::createTags() {
       .mandatory()
       .preset("noMixtureDefinedYet")
       .requiredIf("type", {"global_value"});
+}
+
+void IRsuspinit1d::checkRules() {
+  if (type != "global_value") {
+    return;
+  }
+  if (mixture == "noMixtureDefinedYet") {
+    error(
+        "The tag 'mixture' has not yet been set. Please assign one of the mixtures names defined in BEDMATERIAL block to this tag.");
+    return;
+  }
+  const auto* const morphology = ancestor<IRmorph1d>();
+  if (morphology == nullptr || morphology->bedmat_ptr == nullptr) {
+    return;
+  }
+  const std::vector<IRmixtr*>& mixtures = morphology->bedmat_ptr->mixtr_ptrV;
+  if (std::none_of(mixtures.begin(), mixtures.end(),
+                   [this](const IRmixtr* defined) { return defined->name == mixture; })) {
+    error(
+        "The mixture '{}' is not defined in the BEDMATERIAL block. Please define this mixture or choose a mixture that already exists!",
+        mixture);
+  }
 }
 
 }  // namespace KESTparse

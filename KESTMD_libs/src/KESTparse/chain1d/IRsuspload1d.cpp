@@ -20,4 +20,10 @@ void IRsuspload1d::createSubBlocks() {
 
 void IRsuspload1d::createTags() {}
 
+void IRsuspload1d::checkRules() {
+  if (bndr_ptrV.size() != 2) {
+    error("SUSPENDED_LOAD block needs exactly two boundaries defined. ");
+  }
+}
+
 }  // namespace KESTparse

@@ -1,5 +1,9 @@
 #include "KESTparse/chain1d/IRsuspparam1d.h"
 
+#include "KESTparse/chain1d/IRbedmat1d.h"
+#include "KESTparse/chain1d/IRmorph1d.h"
+#include "KESTparse/framework/Rules.h"
+
 namespace KESTparse {
 
 void IRsuspparam1d::getDescription(std::ostream& out) const {
@@ -88,6 +92,18 @@ void IRsuspparam1d::createTags() {
   real<&Self::shape_factor>(
       "The Corey shape factor describes the irregularity of the shapes of sediment particles in natural rivers.")
       .preset("-1.0");
+}
+
+void IRsuspparam1d::checkRules() {
+  if (isOneOf(scheme, {"mdpm", "holly"}) && sediment_exchange == "on") {
+    error(
+        "The chosen scheme '{}' works for pollutant transport only! If you would like to take sediment exchange into account, please switch to the QUICK or QUICKEST scheme. If sediment exchange can be neglected, deactivate sediment exchange, i.e. set 'sediment_exchange' to 'off'.",
+        scheme);
+  }
+  const auto* const morphology = ancestor<IRmorph1d>();
+  if (morphology != nullptr && morphology->bedmat_ptr != nullptr) {
+    morphology->bedmat_ptr->checkSettlingVelocities(*this, sink_velocity_type, settling_velocities);
+  }
 }
 
 }  // namespace KESTparse

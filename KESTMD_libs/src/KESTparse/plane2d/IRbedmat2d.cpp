@@ -25,7 +25,8 @@ void IRbedmat2d::createSubBlocks() {
 void IRbedmat2d::createTags() {}
 
 void IRbedmat2d::checkRules() {
-  checkMixturesAndSoils(PairOrder::both);
+  checkMixtures(PairOrder::both);
+  checkSoils();
 }
 
 }  // namespace KESTparse

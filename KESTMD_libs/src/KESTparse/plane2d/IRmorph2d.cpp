@@ -39,7 +39,7 @@ void IRmorph2d::checkRules() {
         "A source block for external sources has been defined without bedload or suspension with soil exchange being activated. This doesnt make a lot of sense unless you want to play some kind of bagger-simulator.");
   }
   if (bedmat_ptr != nullptr && bedload_ptr != nullptr && bedload_ptr->formula_ptr != nullptr) {
-    bedmat_ptr->checkGrainsOf(*this, bedload_ptr->formula_ptr->bedload_formula);
+    bedmat_ptr->checkBedloadFormula(*this, bedload_ptr->formula_ptr->bedload_formula);
   }
 }
 

@@ -139,10 +139,8 @@ void IRsuspparam2d::checkRules() {
     error(
         "The amount of pickup factors is different from the number of suspended fractions. Make sure to assign a pickup factor for every fraction.");
   }
-  if (hasGrains && settling_velocities.size() != numDiameters &&
-      sink_velocity_type == "user_defined_settling_velocities") {
-    error(
-        "A settling velocity has to be assigned to each grain class (even if it is not transported in suspension). The number of grain classes and the number of settling velocities do not correspond.");
+  if (material != nullptr) {
+    material->checkSettlingVelocities(*this, sink_velocity_type, settling_velocities);
   }
 }
 

@@ -1,10 +1,9 @@
 #include "KESTparse/root/IRdomain.h"
 
-#include <set>
-
 #include "KESTparse/chain1d/IRcalc1d.h"
 #include "KESTparse/linking/IRcontroller.h"
 #include "KESTparse/linking/IRcouplings.h"
+#include "KESTparse/linking/IRctrlmanipulatedvar.h"
 #include "KESTparse/linking/IRkestextern.h"
 #include "KESTparse/plane2d/IRkestplane.h"
 #include "KESTparse/root/IRparallel.h"
@@ -45,6 +44,29 @@ void IRdomain::populate() {
   // The process-wide values get their defaults in every conversion.
   ensureBlock("PHYSICAL_PROPERTIES");
   InputBlock::populate();
+}
+
+unsigned IRdomain::validate() {
+  controlledPlaces_.reset();
+  return InputBlock::validate();
+}
+
+bool IRdomain::isControlled(std::string_view region, std::string_view location) const {
+  if (!controlledPlaces_.has_value()) {
+    controlledPlaces_ = findControlledPlaces();
+  }
+  const auto places = controlledPlaces_->find(region);
+  return places != controlledPlaces_->end() && places->second.contains(location);
+}
+
+IRdomain::Places IRdomain::findControlledPlaces() const {
+  Places places;
+  for (const IRcontroller* controller : ctrl_ptrV) {
+    for (const IRctrlmanipulatedvar* variable : controller->manipulated) {
+      places[variable->position_region].insert(variable->position_identifier);
+    }
+  }
+  return places;
 }
 
 void IRdomain::checkRules() {
