@@ -38,9 +38,13 @@ using Table = std::vector<std::vector<double>>;
 
 Table tableOf(const std::string& content) {
   const TemporaryFile file(content);
-  Table table{{1}};
+  Kestrix::Table table;
   Kestrix::StandardSerie(file.path()).copyTo(table);
-  return table;
+  Table rows;
+  for (std::size_t row = 0; row < table.size(); ++row) {
+    rows.emplace_back(table[row].begin(), table[row].end());
+  }
+  return rows;
 }
 
 TEST(StandardSerie, readsRowsOfNumbers) {
@@ -53,14 +57,16 @@ TEST(StandardSerie, readsRowsOfNumbers) {
 }
 
 TEST(StandardSerie, refusesRowsOfAnotherLength) {
-  EXPECT_DEATH(tableOf("0 1\n0 1 2\n"),
-               "2: i expected a line with 2 numbers, but\\s+found more than that!");
-  EXPECT_DEATH(tableOf("0 1\n\n0\n"),
-               "3: I expected a line with 2 numbers, but\\s+found 1numbers.");
-  EXPECT_DEATH(tableOf("0 1\n # empty\n"),
-               "2: I expected a line with 2 numbers, but\\s+found 0numbers.");
-  EXPECT_DEATH(tableOf("time Q\n0 1\n"),
-               "2: i expected a line with 0 numbers, but\\s+found more than that!");
+  const auto expectRefusal = [](const std::string& content, const char* text) {
+    const TemporaryFile file(content);
+    EXPECT_DEATH(Kestrix::StandardSerie(file.path()), text);
+  };
+  expectRefusal("0 1\n0 1 2\n",
+                "2: i expected a line with 2 numbers, but\\s+found more than that!");
+  expectRefusal("0 1\n\n0\n", "3: I expected a line with 2 numbers, but\\s+found 1numbers.");
+  expectRefusal("0 1\n # empty\n", "2: I expected a line with 2 numbers, but\\s+found 0numbers.");
+  expectRefusal("time Q\n0 1\n",
+                "2: i expected a line with 0 numbers, but\\s+found more than that!");
 }
 
 TEST(StandardSerie, interpolates) {
@@ -86,6 +92,11 @@ TEST(MeshNodeStrings, keepsTheLastLineOfAName) {
       "MESH2D\nND 1 0 0 0\nNS 1 2 3 -4 outlet\n NS\t5 inlet\r\nNS 1 2 -3 \"a\"\nNS 4 5 -6 a\n"
       "NS\nNS b\nNSX 1 c\nNS 7 8\n   \nNS 9 -10 last");
   const auto& strings = KESTparse::meshNodeStrings(mesh.path());
+  const std::string padding(300000, 'x');
+  const TemporaryFile large("NS 1 -2 first\n" + padding + "\nNS 3 -4 second\n" + padding +
+                            " S\nNS 5 -6 third");
+  EXPECT_EQ(KESTparse::meshNodeStrings(large.path()),
+            (KESTparse::NodeStrings{{"first", {1, 2}}, {"second", {3, 4}}, {"third", {5, 6}}}));
   const KESTparse::NodeStrings expected{
       {"outlet", {1, 2, 3, 4}}, {"inlet", {5}}, {"a", {4, 5, 6}}, {"NS", {}}, {"b", {}}, {"8", {7}},
       {"last", {9, 10}}};

@@ -30,7 +30,7 @@ class Leaf : public SchemaBlock<Leaf> {
   std::vector<std::string> words_list;
   std::map<std::string, std::vector<double>> coefficients;
   std::string file;
-  std::vector<std::vector<double>> file_table;
+  Kestrix::Table file_table;
   std::string place;
   std::string region;
 

@@ -2,7 +2,9 @@
 /// Tables over an argument, such as values over time.
 #pragma once
 
-#include <vector>
+#include <cstddef>
+
+#include "KESTcore/Table.h"
 
 namespace Kestrix {
 
@@ -16,7 +18,7 @@ class Serie {
   /// constant outside of them. A column that does not exist is an assertion.
   [[nodiscard]] virtual double value(double x, std::size_t columnIndex) const = 0;
   /// Replaces `table` by the rows, the argument first.
-  virtual void copyTo(std::vector<std::vector<double>>& table) const = 0;
+  virtual void copyTo(Table& table) const = 0;
 };
 
 }  // namespace Kestrix

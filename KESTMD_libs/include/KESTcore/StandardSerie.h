@@ -20,10 +20,10 @@ class StandardSerie : public Serie {
 
   [[nodiscard]] std::size_t size() const override { return xData.size(); }
   [[nodiscard]] double value(double x, std::size_t columnIndex) const override;
-  void copyTo(std::vector<std::vector<double>>& table) const override;
+  void copyTo(Table& table) const override;
 
  private:
-  void readLine(std::string& line, const std::string& fileName, std::size_t lineNumber);
+  void readLine(std::string_view numbers, const std::string& fileName, std::size_t lineNumber);
 
   std::vector<double> xData;               ///< first column
   std::vector<std::vector<double>> yData;  ///< one vector for each further column

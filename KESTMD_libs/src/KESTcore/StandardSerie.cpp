@@ -16,14 +16,16 @@ bool isSkipped(std::string_view line) {
          line.starts_with("//");
 }
 
-/// Blanks the comment, carriage returns and single slashes of `line`.
-void blankNoNumbers(std::string& line) {
-  const std::size_t comment = std::min(line.find('#'), line.find("//"));
-  if (comment != std::string::npos) {
-    line.resize(comment);
+/// The part of `line` that holds its numbers. `buffer` keeps it where it differs from the line.
+std::string_view numbersOf(std::string_view line, std::string& buffer) {
+  const std::string_view numbers =
+      line.substr(0, std::min({line.size(), line.find('#'), line.find("//")}));
+  if (numbers.find('/') == std::string_view::npos) {
+    return numbers;
   }
-  std::replace_if(
-      line.begin(), line.end(), [](char c) { return c == '\r' || c == '/'; }, ' ');
+  buffer = numbers;
+  std::replace(buffer.begin(), buffer.end(), '/', ' ');
+  return buffer;
 }
 
 }  // namespace
@@ -38,12 +40,12 @@ StandardSerie::StandardSerie(const std::string& fileName) {
     return;
   }
   std::string_view rest = text.content;
-  std::string line;
+  std::string buffer;
   for (std::size_t lineNumber = 1; !rest.empty(); ++lineNumber) {
     const std::size_t end = std::min(rest.find('\n'), rest.size());
-    if (!isSkipped(rest.substr(0, end))) {
-      line = rest.substr(0, end);
-      readLine(line, fileName, lineNumber);
+    const std::string_view line = rest.substr(0, end);
+    if (!isSkipped(line)) {
+      readLine(numbersOf(line, buffer), fileName, lineNumber);
     }
     rest.remove_prefix(std::min(end + 1, rest.size()));
   }
@@ -53,10 +55,9 @@ StandardSerie::StandardSerie(const std::string& fileName) {
                                  fileName);
 }
 
-void StandardSerie::readLine(std::string& line, const std::string& fileName,
+void StandardSerie::readLine(std::string_view numbers, const std::string& fileName,
                              std::size_t lineNumber) {
-  blankNoNumbers(line);
-  std::string_view rest = line;
+  std::string_view rest = numbers;
   std::size_t colIdx = 0;
   for (;; ++colIdx) {
     const KESTparse::Extracted<double> number = KESTparse::extractDouble(rest);
@@ -104,14 +105,13 @@ double StandardSerie::value(double x, std::size_t columnIndex) const {
   return y[idx] * (1 - factor) + y[idx + 1] * factor;
 }
 
-void StandardSerie::copyTo(std::vector<std::vector<double>>& table) const {
-  table.clear();
-  table.resize(xData.size());
+void StandardSerie::copyTo(Table& table) const {
+  table = Table(yData.size() + 1);
+  table.reserve(xData.size());
   for (std::size_t row = 0; row < xData.size(); ++row) {
-    table[row].reserve(yData.size() + 1);
-    table[row].push_back(xData[row]);
+    table.append(xData[row]);
     for (const std::vector<double>& column : yData) {
-      table[row].push_back(column[row]);
+      table.append(column[row]);
     }
   }
 }

@@ -18,9 +18,9 @@ class IRbedbndr1d : public SchemaBlock<IRbedbndr1d> {
   std::string type;
   std::string string;
   std::string file;
-  std::vector<std::vector<double>> file_table;  ///< the rows of that file
+  Kestrix::Table file_table;  ///< the rows of that file
   std::string multiFile;
-  std::vector<std::vector<double>> multiFile_table;  ///< the rows of that file
+  Kestrix::Table multiFile_table;  ///< the rows of that file
   std::string mixture;
   double factor = 0;
 

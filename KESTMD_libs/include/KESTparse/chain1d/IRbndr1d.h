@@ -20,19 +20,19 @@ class IRbndr1d : public SchemaBlock<IRbndr1d> {
   std::string string;
   std::string type;
   std::string file;
-  std::vector<std::vector<double>> file_table;  ///< the rows of that file
-  double precision = 0;                         ///< [m3/s]
+  Kestrix::Table file_table;  ///< the rows of that file
+  double precision = 0;       ///< [m3/s]
   int number_of_iterations = 0;
   double slope = 0;                ///< per mill
   double zhyd_relaxation_tau = 0;  ///< m/1000m
   double max_momentum_flux = 0;
   double width = 0;  ///< [m]
   std::string width_file;
-  std::vector<std::vector<double>> width_file_table;  ///< the rows of that file
-  double weir_level = 0;                              ///< [m a.s.l.]
+  Kestrix::Table width_file_table;  ///< the rows of that file
+  double weir_level = 0;            ///< [m a.s.l.]
   std::string weir_level_file;
-  std::vector<std::vector<double>> weir_level_file_table;  ///< the rows of that file
-  double weir_bottom_level = 0;                            ///< [m a.s.l.]
+  Kestrix::Table weir_level_file_table;  ///< the rows of that file
+  double weir_bottom_level = 0;          ///< [m a.s.l.]
   double embankement_slope = 0;
   double weir_my = 0;
   double num_piers = 0;
@@ -43,8 +43,8 @@ class IRbndr1d : public SchemaBlock<IRbndr1d> {
   double zweir_fac_b = 0;
   double gate_level = 0;  ///< [m a.s.l.]
   std::string gate_level_file;
-  std::vector<std::vector<double>> gate_level_file_table;  ///< the rows of that file
-  double gate_bottom_level = 0;                            ///< [m a.s.l.]
+  Kestrix::Table gate_level_file_table;  ///< the rows of that file
+  double gate_bottom_level = 0;          ///< [m a.s.l.]
   double contraction_factor = 0;
 
  protected:

@@ -19,7 +19,7 @@ class IRextsrc1d : public SchemaBlock<IRextsrc1d> {
   std::string name;
   std::string type;
   std::string file;
-  std::vector<std::vector<double>> file_table;  ///< the rows of that file
+  Kestrix::Table file_table;  ///< the rows of that file
   std::string cross_section;
   std::vector<std::string> cross_sections;
   std::string side;

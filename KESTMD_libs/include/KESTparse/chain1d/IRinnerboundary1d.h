@@ -20,11 +20,11 @@ class IRinnerboundary1d : public SchemaBlock<IRinnerboundary1d> {
   std::string cross_section_name_2;
   double width = 0;  ///< [m]
   std::string width_file;
-  std::vector<std::vector<double>> width_file_table;  ///< the rows of that file
-  double weir_level = 0;                              ///< [m a.s.l.]
+  Kestrix::Table width_file_table;  ///< the rows of that file
+  double weir_level = 0;            ///< [m a.s.l.]
   std::string weir_level_file;
-  std::vector<std::vector<double>> weir_level_file_table;  ///< the rows of that file
-  double weir_bottom_level = 0;                            ///< [m a.s.l.]
+  Kestrix::Table weir_level_file_table;  ///< the rows of that file
+  double weir_bottom_level = 0;          ///< [m a.s.l.]
   double embankement_slope = 0;
   double weir_my = 0;
   double num_piers = 0;
@@ -37,11 +37,11 @@ class IRinnerboundary1d : public SchemaBlock<IRinnerboundary1d> {
   double gate_my = 0;
   double gate_level = 0;  ///< [m rel.]
   std::string gate_level_file;
-  std::vector<std::vector<double>> gate_level_file_table;  ///< the rows of that file
-  double gate_bottom_level = 0;                            ///< [m a.s.l.]
-  double gate_size = 0;                                    ///< [m]
+  Kestrix::Table gate_level_file_table;  ///< the rows of that file
+  double gate_bottom_level = 0;          ///< [m a.s.l.]
+  double gate_size = 0;                  ///< [m]
   std::string gate_size_file;
-  std::vector<std::vector<double>> gate_size_file_table;  ///< the rows of that file
+  Kestrix::Table gate_size_file_table;  ///< the rows of that file
   double contraction_factor = 0;
   std::string ehead_reference_location;
   double margin = 0;  ///< [m]

@@ -18,7 +18,7 @@ class IRsuspbndr1d : public SchemaBlock<IRsuspbndr1d> {
   std::string type;
   std::string string;
   std::string file;
-  std::vector<std::vector<double>> file_table;  ///< the rows of that file
+  Kestrix::Table file_table;  ///< the rows of that file
   std::string mixture;
 
  protected:

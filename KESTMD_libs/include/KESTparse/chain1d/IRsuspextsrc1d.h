@@ -17,7 +17,7 @@ class IRsuspextsrc1d : public SchemaBlock<IRsuspextsrc1d> {
   std::string name;
   std::string type;
   std::string file;
-  std::vector<std::vector<double>> file_table;  ///< the rows of that file
+  Kestrix::Table file_table;  ///< the rows of that file
   std::string mixture;
   std::string cross_section;
 

@@ -2,6 +2,7 @@
 /// Tags that hold one word or text.
 #pragma once
 
+#include "KESTcore/Table.h"
 #include "KESTparse/framework/InputTag.h"
 
 namespace KESTparse {
@@ -26,10 +27,10 @@ class InputTagValidatorOneWord : public InputTagStringValidator {
 
 /// What the schema says of a text.
 struct StringFacts : TagFacts {
-  std::string InputBlock::*member = nullptr;                      ///< the bound variable
-  std::string InputBlock::*regionMember = nullptr;                ///< of a position: its region
-  std::vector<std::vector<double>> InputBlock::*table = nullptr;  ///< of a series: its rows
-  std::unique_ptr<InputTagStringValidator> validator;             ///< none for a free text
+  std::string InputBlock::*member = nullptr;           ///< the bound variable
+  std::string InputBlock::*regionMember = nullptr;     ///< of a position: its region
+  Kestrix::Table InputBlock::*table = nullptr;         ///< of a series: its rows
+  std::unique_ptr<InputTagStringValidator> validator;  ///< none for a free text
   std::string_view fileFilter;  ///< of a file: the filter that file dialogs of other tools show
 };
 

@@ -106,11 +106,11 @@ class SchemaBlock : public Base {
     return addTagRow<InputTagFile>(memberName<Member>(), help, bound<Member>());
   }
   /// The name of a time series, and the table that takes its rows.
-  template <std::string Self::*Member, std::vector<std::vector<double>> Self::*Table>
+  template <std::string Self::*Member, Kestrix::Table Self::*Table>
   TagRow<StringFacts> seriesFile(std::string_view help) {
     return addTagRow<InputTagSeriesFile>(memberName<Member>(), help, [](StringFacts& facts) {
       facts.member = static_cast<std::string InputBlock::*>(Member);
-      facts.table = static_cast<std::vector<std::vector<double>> InputBlock::*>(Table);
+      facts.table = static_cast<Kestrix::Table InputBlock::*>(Table);
     });
   }
   /// A place in another region, and the variables for the place and for the region.

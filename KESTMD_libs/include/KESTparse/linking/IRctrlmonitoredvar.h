@@ -31,7 +31,7 @@ class IRctrlmonitoredvar : public SchemaBlock<IRctrlmonitoredvar> {
   RootValueType root_value_type{};
   double root_value = 0;
   std::string root_value_series_file;
-  std::vector<std::vector<double>> root_value_series_file_table;  ///< the rows of that file
+  Kestrix::Table root_value_series_file_table;  ///< the rows of that file
   std::string root_value_qseries_varname;
   std::string position_identifier;  ///< what stands behind the dot of `position`
   std::string position_region;      ///< what stands before it

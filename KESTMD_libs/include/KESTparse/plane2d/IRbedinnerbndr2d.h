@@ -18,7 +18,7 @@ class IRbedinnerbndr2d : public SchemaBlock<IRbedinnerbndr2d> {
   std::string string_name1;
   std::string string_name2;
   std::string file;
-  std::vector<std::vector<double>> file_table;  ///< the rows of that file
+  Kestrix::Table file_table;  ///< the rows of that file
 
  protected:
   void createTags() override;

@@ -20,10 +20,10 @@ class IRbndr2d : public SchemaBlock<IRbndr2d> {
   std::string string_name;
   std::string type;
   std::string file;
-  std::vector<std::vector<double>> file_table;  ///< the rows of that file
-  double my = 0;                                ///< [-]
-  double slope = 0;                             ///< as a fraction
-  double max_interval = 0;                      ///< [m]
+  Kestrix::Table file_table;  ///< the rows of that file
+  double my = 0;              ///< [-]
+  double slope = 0;           ///< as a fraction
+  double max_interval = 0;    ///< [m]
   int number_of_iterations = 0;
   std::string weighting_type;
   bool wall_flux = false;

@@ -17,7 +17,7 @@ class IRextsrc2d : public SchemaBlock<IRextsrc2d> {
   std::string name;
   std::string type;
   std::string file;
-  std::vector<std::vector<double>> file_table;  ///< the rows of that file
+  Kestrix::Table file_table;  ///< the rows of that file
   std::vector<int> element_ids;
   std::vector<int> index;
 

@@ -15,7 +15,7 @@ class IRgeombc2d : public SchemaBlock<IRgeombc2d> {
   void getDescription(std::ostream& out) const override;
 
   std::string file;
-  std::vector<std::vector<double>> file_table;  ///< the rows of that file
+  Kestrix::Table file_table;  ///< the rows of that file
 
  protected:
   void createTags() override;

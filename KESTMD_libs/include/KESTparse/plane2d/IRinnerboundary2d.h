@@ -18,9 +18,9 @@ class IRinnerboundary2d : public SchemaBlock<IRinnerboundary2d> {
   std::string string_name1;
   std::string string_name2;
   std::string file;
-  std::vector<std::vector<double>> file_table;  ///< the rows of that file
-  double my = 0;                                ///< [-]
-  double momentum_factor = 0;                   ///< [-]
+  Kestrix::Table file_table;   ///< the rows of that file
+  double my = 0;               ///< [-]
+  double momentum_factor = 0;  ///< [-]
 
  protected:
   void createTags() override;

@@ -17,7 +17,7 @@ class IRmorphextsrc2d : public SchemaBlock<IRmorphextsrc2d> {
   std::string name;
   std::string type;
   std::string file;
-  std::vector<std::vector<double>> file_table;  ///< the rows of that file
+  Kestrix::Table file_table;  ///< the rows of that file
   std::string mixture;
   std::vector<int> node_ids;
   std::vector<int> elem_ids;

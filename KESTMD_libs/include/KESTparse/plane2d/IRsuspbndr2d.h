@@ -18,7 +18,7 @@ class IRsuspbndr2d : public SchemaBlock<IRsuspbndr2d> {
   std::string type;
   std::string string_name;
   std::string file;
-  std::vector<std::vector<double>> file_table;  ///< the rows of that file
+  Kestrix::Table file_table;  ///< the rows of that file
   std::string mixture;
 
  protected:

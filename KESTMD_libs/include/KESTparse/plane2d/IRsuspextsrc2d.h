@@ -17,7 +17,7 @@ class IRsuspextsrc2d : public SchemaBlock<IRsuspextsrc2d> {
   std::string name;
   std::string type;
   std::string file;
-  std::vector<std::vector<double>> file_table;  ///< the rows of that file
+  Kestrix::Table file_table;  ///< the rows of that file
   std::string mixture;
   std::vector<int> element_ids;
 

@@ -25,7 +25,7 @@ class IRtimestep2d : public SchemaBlock<IRtimestep2d> {
   std::string morph_cycle;
   double cycle_step = 0;  ///< [-]
   std::string cycle_step_file;
-  std::vector<std::vector<double>> cycle_step_file_table;  ///< the rows of that file
+  Kestrix::Table cycle_step_file_table;  ///< the rows of that file
 
  protected:
   void createTags() override;

@@ -19,9 +19,9 @@ class IRbndrSub : public SchemaBlock<IRbndrSub> {
   std::vector<double> from_to1;
   std::vector<double> from_to2;
   std::string file;
-  std::vector<std::vector<double>> file_table;  ///< the rows of that file
-  double depth_min = 0;                         ///< [-]
-  double z_reduction = 0;                       ///< [-]
+  Kestrix::Table file_table;  ///< the rows of that file
+  double depth_min = 0;       ///< [-]
+  double z_reduction = 0;     ///< [-]
   std::vector<int> material_index;
   std::string name;
 

@@ -1,10 +1,12 @@
 #include "KESTparse/framework/Files.h"
 
+#include <algorithm>
 #include <charconv>
 #include <cstdlib>
 #include <fstream>
 #include <limits>
 #include <string_view>
+#include <utility>
 
 #include "KESTparse/framework/Assert.h"
 
@@ -52,19 +54,40 @@ void readNodeString(std::string_view line, NodeStrings& strings) {
   strings[last.empty() ? std::string("NS") : std::string(last)] = std::move(ids);
 }
 
-NodeStrings readNodeStrings(std::string_view text) {
-  NodeStrings strings;
-  while (!text.empty()) {
-    const std::size_t end = std::min(text.find('\n'), text.size());
-    const std::string_view line = text.substr(0, end);
-    // Nearly all lines are elements and nodes.
-    if (!line.empty() &&
-        (line.front() == 'N' || meshSeparators.find(line.front()) != std::string_view::npos)) {
-      readNodeString(line, strings);
-    }
-    text.remove_prefix(std::min(end + 1, text.size()));
+/// Adds the node strings of whole lines of a mesh.
+void readNodeStrings(std::string_view lines, NodeStrings& strings) {
+  // Nearly all lines are elements and nodes, so the word is looked for and not the lines; its
+  // second letter is the rarer one.
+  constexpr char secondLetter = 'S';
+  for (std::size_t place = lines.find(secondLetter); place != std::string_view::npos;) {
+    const std::size_t end = std::min(lines.find('\n', place), lines.size());
+    const std::size_t feed = lines.rfind('\n', place);
+    const std::size_t begin = feed == std::string_view::npos ? 0 : feed + 1;
+    readNodeString(lines.substr(begin, end - begin), strings);
+    place = lines.find(secondLetter, end);
   }
-  return strings;
+}
+
+/// The node strings of the mesh in the stream, which is read in pieces: most of a mesh is not kept.
+bool readNodeStrings(std::istream& mesh, NodeStrings& strings) {
+  constexpr std::size_t pieceSize = 1 << 18;
+  std::vector<char> piece(pieceSize);
+  std::size_t size = 0;
+  while (mesh.read(piece.data() + size, static_cast<std::streamsize>(piece.size() - size)) ||
+         mesh.gcount() > 0) {
+    size += static_cast<std::size_t>(mesh.gcount());
+    const std::string_view text(piece.data(), size);
+    const std::size_t feed = text.rfind('\n');
+    const std::size_t whole = feed == std::string_view::npos ? 0 : feed + 1;
+    readNodeStrings(text.substr(0, whole), strings);
+    std::copy(text.begin() + static_cast<std::ptrdiff_t>(whole), text.end(), piece.begin());
+    size -= whole;
+    if (size == piece.size()) {
+      piece.resize(2 * size);
+    }
+  }
+  readNodeStrings(std::string_view(piece.data(), size), strings);
+  return !mesh.bad();
 }
 
 }  // namespace
@@ -93,9 +116,11 @@ const NodeStrings& meshNodeStrings(const std::string& path) {
   if (known != meshes.end()) {
     return known->second;
   }
-  const FileText text = readFile(path);
-  ASSERT(text.wasRead, "Cannot open the grid file '" << path << "'.");
-  return meshes.emplace(path, readNodeStrings(text.content)).first->second;
+  std::ifstream mesh(path, std::ios::binary);
+  NodeStrings strings;
+  const bool wasRead = canOpen(path) && readNodeStrings(mesh, strings);
+  ASSERT(wasRead, "Cannot open the grid file '" << path << "'.");
+  return meshes.emplace(path, std::move(strings)).first->second;
 }
 
 }  // namespace KESTparse
