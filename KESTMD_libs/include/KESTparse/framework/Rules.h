@@ -61,6 +61,9 @@ struct IndexedListTexts {
 void checkIndexedList(InputBlock& block, std::size_t numValues, std::size_t numIndices,
                       const IndexedListTexts& texts);
 
+/// Reports to an inner boundary that what it names as one of its sides is not there.
+void reportUnknownSide(InputBlock& innerBoundary, const std::string& name);
+
 /// How the check of a restart file differs from block to block.
 struct RestartFileWords {
   std::string_view unsetFile = {};  ///< the preset that stands for no file; empty: not asked for

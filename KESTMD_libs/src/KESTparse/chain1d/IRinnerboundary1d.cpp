@@ -4,6 +4,7 @@
 
 #include "KESTparse/chain1d/IRcalc1d.h"
 #include "KESTparse/chain1d/IRgeom1d.h"
+#include "KESTparse/framework/Rules.h"
 
 namespace KESTparse {
 
@@ -169,9 +170,7 @@ void IRinnerboundary1d::checkRules() {
   const auto place2 = placeOf(cross_section_name_2);
   const auto requireFound = [this, &order](auto place, const std::string& crossSection) {
     if (place == order.rend()) {
-      error(
-          "Inner Boundary string_name '{}' not found in STRINGDEF block. Make sure the Inner Boundary string_name has the same name as a defined unique string in the STRINGDEF block.",
-          crossSection);
+      reportUnknownSide(*this, crossSection);
     }
   };
   requireFound(place1, cross_section_name_1);

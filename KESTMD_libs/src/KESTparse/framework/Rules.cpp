@@ -61,6 +61,12 @@ void checkIndexedList(InputBlock& block, std::size_t numValues, std::size_t numI
   }
 }
 
+void reportUnknownSide(InputBlock& innerBoundary, const std::string& name) {
+  innerBoundary.addError(fmt::format(
+      "Inner Boundary string_name '{}' not found in STRINGDEF block. Make sure the Inner Boundary string_name has the same name as a defined unique string in the STRINGDEF block.",
+      name));
+}
+
 bool checkRestartFile(InputBlock& block, const std::string& file, const RestartFileWords& words) {
   const bool asksForFile = !words.unsetFile.empty();
   if (asksForFile && (file == words.unsetFile || (file.empty() && words.emptyIsUnset))) {

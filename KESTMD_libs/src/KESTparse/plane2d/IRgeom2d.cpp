@@ -59,9 +59,7 @@ void IRgeom2d::checkInnerBoundary(InputBlock& boundary, const std::string& bound
   const auto require = [this, &boundary](const std::string& name) {
     const IRstringdef2d* const string = findString(name);
     if (string == nullptr) {
-      boundary.addError(fmt::format(
-          "Inner Boundary string_name '{}' not found in STRINGDEF block. Make sure the Inner Boundary string_name has the same name as a defined unique string in the STRINGDEF block.",
-          name));
+      reportUnknownSide(boundary, name);
     }
     return string;
   };
