@@ -2,6 +2,8 @@
 /// What the rules of several block classes share.
 #pragma once
 
+#include <fmt/core.h>
+
 #include <initializer_list>
 #include <string>
 #include <string_view>
@@ -45,6 +47,24 @@ std::vector<PlacePair> pairsSharingName(const std::vector<Block*>& blocks,
     keys.push_back({block->*name1, block->*name2});
   }
   return pairsWithSharedKey(keys);
+}
+
+/// The block of `blocks` called `name`; null when there is none. Throws a `std::string`, the text
+/// `notUnique` with the name in it, when there are several.
+template <class Block>
+const Block* findUnique(const std::vector<Block*>& blocks, std::string_view name,
+                        fmt::format_string<const std::string_view&> notUnique) {
+  const Block* found = nullptr;
+  for (const Block* block : blocks) {
+    if (block->name != name) {
+      continue;
+    }
+    if (found != nullptr) {
+      throw fmt::vformat(notUnique, fmt::make_format_args(name));
+    }
+    found = block;
+  }
+  return found;
 }
 
 /// Whether `word` is one of `words`.

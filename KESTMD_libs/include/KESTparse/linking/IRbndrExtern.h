@@ -18,6 +18,7 @@ class IRbndrExtern : public SchemaBlock<IRbndrExtern> {
 
  protected:
   void createTags() override;
+  void checkRules() override;
 };
 
 }  // namespace KESTparse

@@ -25,9 +25,13 @@ class IRcontroller : public SchemaBlock<IRcontroller> {
   std::vector<IRctrlmonitoredvar*> monitored;
   std::vector<IRctrlmanipulatedvar*> manipulated;
 
+  /// The name of a monitored variable. An index beyond them is an assertion.
+  [[nodiscard]] const std::string& monitoredName(std::size_t idx) const;
+
  protected:
   void createSubBlocks() override;
   void createTags() override;
+  void checkRules() override;
 };
 
 }  // namespace KESTparse

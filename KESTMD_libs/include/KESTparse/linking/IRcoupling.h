@@ -43,6 +43,7 @@ class IRcoupling : public SchemaBlock<IRcoupling> {
  protected:
   void createSubBlocks() override;
   void createTags() override;
+  void checkRules() override;
 };
 
 }  // namespace KESTparse

@@ -1,11 +1,14 @@
 #pragma once
 
 #include <string>
+#include <string_view>
 #include <vector>
 
 #include "KESTparse/framework/SchemaBlock.h"
 
 namespace KESTparse {
+
+class IRgeom1d;
 
 /// The block `COUPLING_LATERAL`.
 class IRcouplingLateral : public SchemaBlock<IRcouplingLateral> {
@@ -30,8 +33,25 @@ class IRcouplingLateral : public SchemaBlock<IRcouplingLateral> {
   double factor_adjust = 0;
   bool print_series = false;
 
+  /// The connections of the file, as parallel lists in its order.
+  struct Connections {
+    std::vector<int> crossSectionIndices;        ///< place in the order of the 1D region
+    std::vector<std::string> crossSectionNames;  ///< as they stand in the file
+    std::vector<int> dykeLocations;              ///< 0 left, 1 right, looking downstream
+    std::vector<int> firstNodes;                 ///< first node of the 2D edge
+    std::vector<int> secondNodes;                ///< second node of the 2D edge
+  };
+  Connections connections;  ///< filled by the validation
+
  protected:
   void createTags() override;
+  void checkRules() override;
+
+ private:
+  /// Fills the connections from their file; returns what is wrong, empty for nothing. What was read
+  /// before a fault stays.
+  std::string readConnections();
+  std::string readConnections(std::string_view text, const IRgeom1d* geometry);
 };
 
 }  // namespace KESTparse

@@ -24,6 +24,7 @@ class IRcouplingparam : public SchemaBlock<IRcouplingparam> {
 
  protected:
   void createTags() override;
+  void checkRules() override;
 };
 
 }  // namespace KESTparse

@@ -7,6 +7,9 @@
 
 namespace KESTparse {
 
+class IRcalc1d;
+class IRkestplane;
+
 /// The block `MANIPULATED_VARIABLE`.
 class IRctrlmanipulatedvar : public SchemaBlock<IRctrlmanipulatedvar> {
  public:
@@ -23,8 +26,17 @@ class IRctrlmanipulatedvar : public SchemaBlock<IRctrlmanipulatedvar> {
   std::vector<double> time_range;  ///< [s]
   double steady_value = 0;
 
+  bool has_max_change_rate = false;  ///< the tag was given; set by the validation
+  bool has_range = false;            ///< the tag was given; set by the validation
+  bool has_time_range = false;       ///< the tag was given; set by the validation
+
  protected:
   void createTags() override;
+  void checkRules() override;
+
+ private:
+  void checkPlace(const IRcalc1d& chain);
+  void checkPlace(const IRkestplane& plane);
 };
 
 }  // namespace KESTparse

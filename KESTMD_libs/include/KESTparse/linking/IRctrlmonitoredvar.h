@@ -8,6 +8,9 @@
 
 namespace KESTparse {
 
+class IRcontroller;
+class IRdomain;
+
 /// The block `MONITORED_VARIABLE`.
 class IRctrlmonitoredvar : public SchemaBlock<IRctrlmonitoredvar> {
  public:
@@ -40,6 +43,12 @@ class IRctrlmonitoredvar : public SchemaBlock<IRctrlmonitoredvar> {
 
  protected:
   void createTags() override;
+  void checkRules() override;
+
+ private:
+  void checkDischargeName(const IRcontroller& controller);
+  void checkPosition(const IRdomain& domain);
+  void checkSeries();
 };
 
 }  // namespace KESTparse

@@ -26,6 +26,7 @@ class IRkestextern : public SchemaBlock<IRkestextern> {
  protected:
   void createSubBlocks() override;
   void createTags() override;
+  void checkRules() override;
 };
 
 }  // namespace KESTparse

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <string_view>
 #include <vector>
 
 #include "KESTparse/framework/SchemaBlock.h"
@@ -7,6 +8,7 @@
 namespace KESTparse {
 
 class IRbndr2d;
+class IRextsrc2d;
 class IRfriction2d;
 class IRic2d;
 class IRinnerboundary2d;
@@ -28,6 +30,16 @@ class IRhydr2d : public SchemaBlock<IRhydr2d> {
   IRturbulence2d* turbulence_ptr = nullptr;
   IRic2d* ic_ptr = nullptr;
   IRsrc2d* src_ptr = nullptr;
+
+  // The block of a name.
+
+  /// The first boundary on that string. Throws a `std::string` that tells so when there is none.
+  [[nodiscard]] const IRbndr2d* findBoundary(std::string_view string_name) const;
+  /// The first inner boundary whose first string is that. Throws likewise.
+  [[nodiscard]] const IRinnerboundary2d* findInnerBoundary(std::string_view string_name1) const;
+  /// The external source of that name; null when there is none. Throws a `std::string` when the
+  /// name is not unique.
+  [[nodiscard]] const IRextsrc2d* findExternalSource(std::string_view name) const;
 
  protected:
   void createSubBlocks() override;

@@ -44,6 +44,13 @@ class IRdomain : public SchemaBlock<IRdomain> {
   /// Whether a controller moves what is called `location` in the 1D region `region`. The answer is
   /// that of the tree as the last validation of the domain found it.
   [[nodiscard]] bool isControlled(std::string_view region, std::string_view location) const;
+  /// The places {region}.{location} that one more controller moves, in the order of the controllers
+  /// and their variables; of the same tree.
+  [[nodiscard]] const std::vector<std::string>& placesControlledAgain() const;
+  /// The first 1D region of that name; null when there is none.
+  [[nodiscard]] const IRcalc1d* findChain(std::string_view region_name) const;
+  /// The first 2D region of that name; null when there is none.
+  [[nodiscard]] const IRkestplane* findPlane(std::string_view region_name) const;
 
  protected:
   void createSubBlocks() override;
@@ -52,13 +59,16 @@ class IRdomain : public SchemaBlock<IRdomain> {
   [[nodiscard]] bool spellsOutUnknownNames() const override { return true; }
 
  private:
-  /// The places that controllers move, by region.
-  using Places = std::map<std::string, std::set<std::string, std::less<>>, std::less<>>;
+  /// The places that controllers move.
+  struct ControlledPlaces {
+    std::map<std::string, std::set<std::string, std::less<>>, std::less<>> byRegion;
+    std::vector<std::string> again;
+  };
 
-  [[nodiscard]] Places findControlledPlaces() const;
+  [[nodiscard]] const ControlledPlaces& controlledPlaces() const;
 
   /// Collected when it is first asked for: a domain may hold many sources and many controllers.
-  mutable std::optional<Places> controlledPlaces_;
+  mutable std::optional<ControlledPlaces> controlledPlaces_;
 };
 
 }  // namespace KESTparse

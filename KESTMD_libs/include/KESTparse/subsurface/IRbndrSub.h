@@ -25,8 +25,26 @@ class IRbndrSub : public SchemaBlock<IRbndrSub> {
   std::vector<int> material_index;
   std::string name;
 
+  /// What the boundary does, in the numbers of the simulation.
+  enum class Kind {
+    bounce_back = 0,
+    saturation = 1,
+    pressure = 2,
+    hydrostatic = 3,
+    seepage = 4,
+    zero_gradient = 5,
+    coupling_kestplane = 6
+  };
+  Kind kind = Kind::bounce_back;  ///< set by the validation
+  char faceLetter = 'n';          ///< first letter of the face; set by the validation
+
  protected:
   void createTags() override;
+  void checkRules() override;
+
+ private:
+  bool deriveKind();
+  bool deriveFaceLetter();
 };
 
 }  // namespace KESTparse

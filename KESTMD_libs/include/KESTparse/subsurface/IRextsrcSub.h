@@ -19,6 +19,7 @@ class IRextsrcSub : public SchemaBlock<IRextsrcSub> {
 
  protected:
   void createTags() override;
+  void checkRules() override;
 };
 
 }  // namespace KESTparse

@@ -28,6 +28,10 @@ class IRgeomSub : public SchemaBlock<IRgeomSub> {
  protected:
   void createSubBlocks() override;
   void createTags() override;
+  void checkRules() override;
+
+ private:
+  void checkZones();
 };
 
 }  // namespace KESTparse

@@ -20,6 +20,7 @@ class IRicSub : public SchemaBlock<IRicSub> {
 
  protected:
   void createTags() override;
+  void checkRules() override;
 };
 
 }  // namespace KESTparse

@@ -37,6 +37,7 @@ class IRkestSub : public SchemaBlock<IRkestSub> {
  protected:
   void createSubBlocks() override;
   void createTags() override;
+  void checkRules() override;
 };
 
 }  // namespace KESTparse

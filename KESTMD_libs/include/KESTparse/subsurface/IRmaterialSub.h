@@ -20,6 +20,7 @@ class IRmaterialSub : public SchemaBlock<IRmaterialSub> {
  protected:
   void createSubBlocks() override;
   void createTags() override;
+  void checkRules() override;
 };
 
 }  // namespace KESTparse

@@ -25,6 +25,7 @@ class IRsoilSub : public SchemaBlock<IRsoilSub> {
  protected:
   void createSubBlocks() override;
   void createTags() override;
+  void checkRules() override;
 };
 
 }  // namespace KESTparse

@@ -27,6 +27,10 @@ class IRspecoutSub : public SchemaBlock<IRspecoutSub> {
 
  protected:
   void createTags() override;
+  void checkRules() override;
+
+ private:
+  void checkCutLine();
 };
 
 }  // namespace KESTparse

@@ -27,6 +27,7 @@ class IRzoneSub : public SchemaBlock<IRzoneSub> {
 
  protected:
   void createTags() override;
+  void checkRules() override;
 };
 
 }  // namespace KESTparse

@@ -10,28 +10,9 @@
 #include "KESTparse/chain1d/IRparam1d.h"
 #include "KESTparse/chain1d/IRsrc1d.h"
 #include "KESTparse/framework/Conversions.h"
+#include "KESTparse/framework/Rules.h"
 
 namespace KESTparse {
-namespace {
-
-template <class Block>
-const Block* findUnique(const std::vector<Block*>& blocks, const std::string& name,
-                        fmt::format_string<const std::string&> notUnique) {
-  const Block* found = nullptr;
-  for (const Block* block : blocks) {
-    if (block->name != name) {
-      continue;
-    }
-    if (found != nullptr) {
-      throw fmt::format(notUnique, name);
-    }
-    found = block;
-  }
-  return found;
-}
-
-}  // namespace
-
 void IRhydr1d::getDescription(std::ostream& out) const {
   out << "Defines the hydraulic specifications for the simulation. This block contains only further sub blocks but no own variables.";
 }

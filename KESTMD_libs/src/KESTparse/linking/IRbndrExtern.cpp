@@ -17,4 +17,8 @@ void IRbndrExtern::createTags() {
   identifiedBy({"name"});
 }
 
+void IRbndrExtern::checkRules() {
+  ASSERT(getActualParent() != nullptr, "this->parent_ != nullptr");
+}
+
 }  // namespace KESTparse

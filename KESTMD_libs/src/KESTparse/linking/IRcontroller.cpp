@@ -2,6 +2,7 @@
 
 #include "KESTparse/linking/IRctrlmanipulatedvar.h"
 #include "KESTparse/linking/IRctrlmonitoredvar.h"
+#include "KESTparse/root/IRdomain.h"
 
 namespace KESTparse {
 
@@ -33,6 +34,28 @@ void IRcontroller::createTags() {
       .atLeast(0)
       .usedIf("output", {"yes"});
   identifiedBy({"name"});
+}
+
+const std::string& IRcontroller::monitoredName(std::size_t idx) const {
+  ASSERT(idx < monitored.size(), "");
+  return monitored[idx]->name;
+}
+
+void IRcontroller::checkRules() {
+  const auto* const domain_ptr_ = ancestor<IRdomain>();
+  ASSERT(domain_ptr_ != nullptr, "");
+  // Each controller tells all double uses of the domain.
+  for (const std::string& key : domain_ptr_->placesControlledAgain()) {
+    error("Boundary condition '{}' is already controlled by another controller.", key);
+  }
+  if (output && output_time_step == 0) {
+    warning(
+        "The output_time_step for controller output is set to 0 (or not defined). This may lead to large output files. Set the time_step to a positive number in [s] to decrease the output file size.");
+  }
+  if (!output && output_time_step > 0) {
+    warning(
+        "An output_time_step has been defined but output is set to no (or not defined). Set output to yes if you want a controller output.");
+  }
 }
 
 }  // namespace KESTparse

@@ -87,4 +87,12 @@ void IRcoupling::createTags() {
       .requiredIf("two_way_coupling", {"yes"});
 }
 
+void IRcoupling::checkRules() {
+  if (couplinghyd_ptr == nullptr && couplingbed_ptr == nullptr && couplingsusp_ptr == nullptr &&
+      coupling_subsurface_ptr == nullptr) {
+    error(
+        "At least one type of coupling must be specified in the COUPLING block. Choose hydraulic, bed load and/or suspension coupling.");
+  }
+}
+
 }  // namespace KESTparse

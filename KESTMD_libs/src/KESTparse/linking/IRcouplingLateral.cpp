@@ -1,5 +1,14 @@
 #include "KESTparse/linking/IRcouplingLateral.h"
 
+#include <algorithm>
+#include <unordered_map>
+
+#include "KESTparse/chain1d/IRcalc1d.h"
+#include "KESTparse/chain1d/IRgeom1d.h"
+#include "KESTparse/framework/Conversions.h"
+#include "KESTparse/framework/Files.h"
+#include "KESTparse/root/IRdomain.h"
+
 namespace KESTparse {
 
 void IRcouplingLateral::getDescription(std::ostream& out) const {
@@ -61,6 +70,122 @@ void IRcouplingLateral::createTags() {
   boolean<&Self::print_series>("print time series of exchanged values of the coupled boundaries")
       .defaultsTo("no")
       .preset("0");
+}
+
+namespace {
+
+/// Takes tokens off a text; line ends are white space like any other.
+class Tokens {
+ public:
+  explicit Tokens(std::string_view text) : rest_(text) {}
+
+  /// The next token; empty at the end of the text.
+  std::string_view next() {
+    constexpr std::string_view whiteSpace = " \t\n\v\f\r";
+    rest_.remove_prefix(std::min(rest_.find_first_not_of(whiteSpace), rest_.size()));
+    const std::string_view token =
+        rest_.substr(0, std::min(rest_.find_first_of(whiteSpace), rest_.size()));
+    rest_.remove_prefix(token.size());
+    return token;
+  }
+  void skipLine() { rest_.remove_prefix(std::min(rest_.find('\n'), rest_.size())); }
+
+ private:
+  std::string_view rest_;
+};
+
+/// The last of the regions that is named so, whatever the case of the letters; null for none.
+const IRcalc1d* findChain(const std::vector<IRcalc1d*>& regions, std::string_view name) {
+  const std::string wanted = toUpper(name);
+  const auto it = std::find_if(regions.rbegin(), regions.rend(), [&wanted](const IRcalc1d* region) {
+    return toUpper(region->region_name) == wanted;
+  });
+  return it == regions.rend() ? nullptr : *it;
+}
+
+}  // namespace
+
+void IRcouplingLateral::checkRules() {
+  if (connections_automatic) {
+    return;
+  }
+  if (connections_filename.empty()) {
+    error(
+        "A file must be given, which defines the lateral connections (you may use the automatic generation of coupling connections, to ease this process!).");
+    return;
+  }
+  const std::string fault = readConnections();
+  if (!fault.empty()) {
+    error(
+        "There was an error while reading the lateral connections file '{}':\n\nError:\t\tfound in the COUPLING block.{}\n",
+        connections_filename, fault);
+  }
+}
+
+std::string IRcouplingLateral::readConnections() {
+  connections = {};
+  const auto* const domain = ancestor<IRdomain>();
+  const IRcalc1d* const chain =
+      domain == nullptr ? nullptr : findChain(domain->cr1d_ptrV, kestchain);
+  if (chain == nullptr) {
+    return fmt::format(
+        "\nError:\t\tA lateral coupling with unknwon kestchain subdomain '{}'.\n\t\tPlease correct the input data in the input file.",
+        kestchain);
+  }
+  const std::string path = resolvePath(connections_filename);
+  const FileText file = readFile(path);
+  if (!file.wasRead) {
+    return fmt::format(
+        "\nError:\t\tError trying to access the data file for lateral coupling.\nError:\t\t'{}' could not be opened.\n\t\tMake sure, the file exists and restart the simulation.",
+        path);
+  }
+  const std::string fault = readConnections(file.content, chain->geom_ptr);
+  if (fault.empty()) {
+    return {};
+  }
+  return fmt::format(
+      "\nError:\t\tError reading the file '{}'.{}\n\t\tPlease correct the input file and restart the simulation.",
+      path, fault);
+}
+
+std::string IRcouplingLateral::readConnections(std::string_view text, const IRgeom1d* geometry) {
+  std::unordered_map<std::string_view, int> indices;
+  if (geometry != nullptr) {
+    for (const std::string& section : geometry->cross_section_order) {
+      indices.emplace(section, static_cast<int>(indices.size()));
+    }
+  }
+  Tokens tokens(text);
+  for (std::string_view name = tokens.next(); !name.empty() && name != "end" && name != "end/";
+       name = tokens.next()) {
+    if (name.starts_with("//") || name.starts_with('#')) {
+      tokens.skipLine();
+      continue;
+    }
+    // An unknown cross section points to the first one.
+    const auto known = indices.find(name);
+    connections.crossSectionNames.emplace_back(name);
+    connections.crossSectionIndices.push_back(known == indices.end() ? 0 : known->second);
+    const std::string_view dyke = tokens.next();
+    if (dyke.empty()) {
+      return "\nError:\t\tThe definition of the dyke location (1/0) could not be found.";
+    }
+    const int dykeLocation = stringToInt(dyke);
+    if (dykeLocation != 0 && dykeLocation != 1) {
+      return fmt::format("\nError:\t\tThe definition of the dyke location (0/1) is not valid: {}",
+                         dykeLocation);
+    }
+    connections.dykeLocations.push_back(dykeLocation);
+    for (std::vector<int>* nodes : {&connections.firstNodes, &connections.secondNodes}) {
+      const std::string_view node = tokens.next();
+      if (node.empty()) {
+        return "\nError:\t\tThe node ids could not be read.";
+      }
+      nodes->push_back(stringToInt(node));
+    }
+    tokens.skipLine();
+  }
+  return {};
 }
 
 }  // namespace KESTparse

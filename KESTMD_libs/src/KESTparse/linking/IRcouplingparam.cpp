@@ -39,4 +39,10 @@ void IRcouplingparam::createTags() {
       .oneOf({"on", "off"});
 }
 
+void IRcouplingparam::checkRules() {
+  if (packet_size > max_buffer) {
+    error("packet_size: {} must not be larger than max_buffer: {}", packet_size, max_buffer);
+  }
+}
+
 }  // namespace KESTparse

@@ -1,5 +1,17 @@
 #include "KESTparse/linking/IRctrlmanipulatedvar.h"
 
+#include "KESTparse/chain1d/IRbndr1d.h"
+#include "KESTparse/chain1d/IRcalc1d.h"
+#include "KESTparse/chain1d/IRextsrc1d.h"
+#include "KESTparse/chain1d/IRhydr1d.h"
+#include "KESTparse/chain1d/IRinnerboundary1d.h"
+#include "KESTparse/plane2d/IRbndr2d.h"
+#include "KESTparse/plane2d/IRextsrc2d.h"
+#include "KESTparse/plane2d/IRhydr2d.h"
+#include "KESTparse/plane2d/IRinnerboundary2d.h"
+#include "KESTparse/plane2d/IRkestplane.h"
+#include "KESTparse/root/IRdomain.h"
+
 namespace KESTparse {
 
 void IRctrlmanipulatedvar::getDescription(std::ostream& out) const {
@@ -30,6 +42,84 @@ void IRctrlmanipulatedvar::createTags() {
   real<&Self::steady_value>(
       "The value of the manipulated variable for when the time is outside of the specified time range.");
   identifiedBy({"name"});
+}
+
+void IRctrlmanipulatedvar::checkRules() {
+  has_max_change_rate = hasTag("max_change_rate");
+  has_range = hasTag("range");
+  if (has_range && range[0] > range[1]) {
+    error("Invalid range as min > max");
+  }
+  has_time_range = hasTag("time_range");
+  if (has_time_range && time_range[0] > time_range[1]) {
+    error("Time range is invalid as min > max");
+  }
+  const auto* const domain = ancestor<IRdomain>();
+  if (domain == nullptr) {
+    return;
+  }
+  const IRcalc1d* const chain = domain->findChain(position_region);
+  const IRkestplane* const plane = domain->findPlane(position_region);
+  if (chain != nullptr && plane != nullptr) {
+    error("There is a 1D and a 2D region named {}. So I don't know which one to use.",
+          position_region);
+  } else if (chain == nullptr && plane == nullptr) {
+    error(
+        "Region '{}' is not a valid region name. Please use the <regionname>.<identifier> syntax to define it properly",
+        position_region);
+  } else if (chain != nullptr) {
+    checkPlace(*chain);
+  } else {
+    checkPlace(*plane);
+  }
+}
+
+void IRctrlmanipulatedvar::checkPlace(const IRcalc1d& chain) {
+  if (chain.hydr_ptr == nullptr) {
+    return;
+  }
+  const IRhydr1d& hydraulics = *chain.hydr_ptr;
+  // A name that is not unique leaves as a thrown text.
+  const int found = (hydraulics.findBoundary(position_identifier) != nullptr ? 1 : 0) +
+                    (hydraulics.findInnerBoundary(position_identifier) != nullptr ? 1 : 0) +
+                    (hydraulics.findExternalSource(position_identifier) != nullptr ? 1 : 0);
+  if (found == 0) {
+    error("Boundary, inner boundary or source '{}' does not exist in region {}.",
+          position_identifier, position_region);
+  } else if (found > 1) {
+    error(
+        "There is a boundary and/or innerboundary and/or an external source named '{}' in region {}.",
+        position_identifier, position_region);
+  }
+}
+
+void IRctrlmanipulatedvar::checkPlace(const IRkestplane& plane) {
+  if (plane.hydr_ptr == nullptr) {
+    return;
+  }
+  const IRhydr2d& hydraulics = *plane.hydr_ptr;
+  bool allThrew = true;
+  const auto find = [&allThrew](const auto& lookup) -> const InputBlock* {
+    try {
+      const InputBlock* const found = lookup();
+      allThrew = false;
+      return found;
+    } catch (const std::string& /*text*/) {
+      return nullptr;
+    }
+  };
+  const InputBlock* const bnd = find([&] { return hydraulics.findBoundary(position_identifier); });
+  const InputBlock* const innrbnd =
+      find([&] { return hydraulics.findInnerBoundary(position_identifier); });
+  const InputBlock* const src =
+      find([&] { return hydraulics.findExternalSource(position_identifier); });
+  if (allThrew) {
+    error("There is no boundary and no external source named {}.", position_identifier);
+    return;
+  }
+  // A source that does not exist throws nothing, so a place that names nothing ends here.
+  ASSERT(bnd != nullptr || innrbnd != nullptr || src != nullptr,
+         "neither inner or normal boundary or external source exist, but no exception thrown?");
 }
 
 }  // namespace KESTparse

@@ -1,5 +1,16 @@
 #include "KESTparse/linking/IRctrlmonitoredvar.h"
 
+#include <algorithm>
+#include <set>
+
+#include "KESTparse/chain1d/IRcalc1d.h"
+#include "KESTparse/chain1d/IRgeom1d.h"
+#include "KESTparse/linking/IRcontroller.h"
+#include "KESTparse/linking/IRctrlmanipulatedvar.h"
+#include "KESTparse/plane2d/IRgeom2d.h"
+#include "KESTparse/plane2d/IRkestplane.h"
+#include "KESTparse/root/IRdomain.h"
+
 namespace KESTparse {
 
 void IRctrlmonitoredvar::getDescription(std::ostream& out) const {
@@ -46,6 +57,84 @@ void IRctrlmonitoredvar::createTags() {
       .defaultsTo("0.0")
       .atLeast(0);
   identifiedBy({"name"});
+}
+
+void IRctrlmonitoredvar::checkRules() {
+  const auto* const controller = ancestor<IRcontroller>();
+  const auto* const domain = ancestor<IRdomain>();
+  if (controller == nullptr || domain == nullptr) {
+    return;
+  }
+  if (root_value_type == RootValueType::discharge_series) {
+    checkDischargeName(*controller);
+  }
+  checkPosition(*domain);
+  if (hasTag("root_value_series_file")) {
+    checkSeries();
+  }
+  std::set<std::string_view> names;
+  for (const IRctrlmanipulatedvar* variable : controller->manipulated) {
+    names.insert(variable->name);
+  }
+  std::size_t i = 0;
+  for (const auto& [variable, values] : coefficients) {
+    ++i;
+    if (!names.contains(variable)) {
+      error("The mapped coefficients nr. {} point to an non-existing manipulated variable '{}'", i,
+            variable);
+    }
+  }
+}
+
+void IRctrlmonitoredvar::checkDischargeName(const IRcontroller& controller) {
+  const auto& variables = controller.monitored;
+  const auto it =
+      std::find_if(variables.begin(), variables.end(), [this](const IRctrlmonitoredvar* variable) {
+        return variable->name == root_value_qseries_varname;
+      });
+  if (it == variables.end()) {
+    error("root_value uses 'discharge_series', but no monitored value named '{}' exists.",
+          root_value_qseries_varname);
+  } else if ((*it)->type != MonitorVarType::Q) {
+    warning(
+        "root_value uses 'discharge_series', but monitored value named '{}' does not monitor Q.",
+        root_value_qseries_varname);
+  }
+}
+
+void IRctrlmonitoredvar::checkPosition(const IRdomain& domain) {
+  const IRcalc1d* const chain = domain.findChain(position_region);
+  const IRkestplane* const plane = domain.findPlane(position_region);
+  if (chain == nullptr && plane == nullptr) {
+    error("There is no region named '{}'.", position_region);
+  } else if (chain != nullptr && plane != nullptr) {
+    error("There is a 1D and a 2D region named '{}'. So I don't know which one to use.",
+          position_region);
+  } else if (chain != nullptr) {
+    if (chain->geom_ptr != nullptr &&
+        chain->geom_ptr->crossSectionIndex(position_identifier) == -1) {
+      error("Cross section '{}' does not exist.", position_identifier);
+    }
+  } else if (type == MonitorVarType::Q && plane->geom_ptr != nullptr &&
+             plane->geom_ptr->findString(position_identifier) == nullptr) {
+    error("Stringdef '{}' does not exist.", position_identifier);
+  }
+}
+
+void IRctrlmonitoredvar::checkSeries() {
+  const std::string& file = getTag("root_value_series_file", 0).getRawValue();
+  const std::size_t rows = root_value_series_file_table.size();
+  if (rows < 2) {
+    error("The series file '{}' has {} data rows while at least 2 are expected", file, rows);
+    return;
+  }
+  const std::size_t columns = root_value_series_file_table[0].size();
+  if (columns < 2) {
+    error("The series file '{}' has {} data column(s)", file, columns);
+  } else if (columns > 2 && (root_value_type == RootValueType::time_series ||
+                             root_value_type == RootValueType::discharge_series)) {
+    error("The series file '{}' has {} data column(s) while expected 2", file, columns);
+  }
 }
 
 }  // namespace KESTparse

@@ -1,5 +1,6 @@
 #include "KESTparse/linking/IRkestextern.h"
 
+#include "KESTparse/framework/Rules.h"
 #include "KESTparse/linking/IRbndrExtern.h"
 
 namespace KESTparse {
@@ -25,6 +26,16 @@ void IRkestextern::createTags() {
   text<&Self::ip>(
       "This parameter represents the ip-address of the external program which shall be coupled with Kestrix.");
   identifiedBy({"region_name"});
+}
+
+void IRkestextern::checkRules() {
+  if (bndr_ptrV.empty()) {
+    warning("No BOUNDARY block has been defined for KESTextern subdomain!");
+  }
+  for (const auto& [i, j] : equalPairs(bndr_ptrV, &IRbndrExtern::name)) {
+    error("Two boundaries share the same name '{}' Every BOUNDARY needs a unique name assigned.",
+          bndr_ptrV[i]->name);
+  }
 }
 
 }  // namespace KESTparse

@@ -1,7 +1,10 @@
 #include "KESTparse/plane2d/IRhydr2d.h"
 
+#include <algorithm>
+
 #include "KESTparse/framework/Rules.h"
 #include "KESTparse/plane2d/IRbndr2d.h"
+#include "KESTparse/plane2d/IRextsrc2d.h"
 #include "KESTparse/plane2d/IRfriction2d.h"
 #include "KESTparse/plane2d/IRic2d.h"
 #include "KESTparse/plane2d/IRinnerboundary2d.h"
@@ -26,6 +29,33 @@ void IRhydr2d::createSubBlocks() {
 }
 
 void IRhydr2d::createTags() {}
+
+const IRbndr2d* IRhydr2d::findBoundary(std::string_view string_name) const {
+  const auto it = std::find_if(
+      bndr_ptrV.begin(), bndr_ptrV.end(),
+      [string_name](const IRbndr2d* boundary) { return boundary->string_name == string_name; });
+  if (it == bndr_ptrV.end()) {
+    throw fmt::format("boundary {} does not exist.", string_name);
+  }
+  return *it;
+}
+
+const IRinnerboundary2d* IRhydr2d::findInnerBoundary(std::string_view string_name1) const {
+  const auto it = std::find_if(innerbndr_ptrV.begin(), innerbndr_ptrV.end(),
+                               [string_name1](const IRinnerboundary2d* boundary) {
+                                 return boundary->string_name1 == string_name1;
+                               });
+  if (it == innerbndr_ptrV.end()) {
+    throw fmt::format("inner boundary {} does not exist.", string_name1);
+  }
+  return *it;
+}
+
+const IRextsrc2d* IRhydr2d::findExternalSource(std::string_view name) const {
+  return src_ptr == nullptr
+             ? nullptr
+             : findUnique(src_ptr->extsrc_ptrV, name, "The source named {} is not unique!");
+}
 
 void IRhydr2d::checkRules() {
   if (bndr_ptrV.empty()) {

@@ -1,5 +1,7 @@
 #include "KESTparse/root/IRdomain.h"
 
+#include <algorithm>
+
 #include "KESTparse/chain1d/IRcalc1d.h"
 #include "KESTparse/linking/IRcontroller.h"
 #include "KESTparse/linking/IRcouplings.h"
@@ -52,21 +54,44 @@ unsigned IRdomain::validate() {
 }
 
 bool IRdomain::isControlled(std::string_view region, std::string_view location) const {
-  if (!controlledPlaces_.has_value()) {
-    controlledPlaces_ = findControlledPlaces();
-  }
-  const auto places = controlledPlaces_->find(region);
-  return places != controlledPlaces_->end() && places->second.contains(location);
+  const auto& byRegion = controlledPlaces().byRegion;
+  const auto places = byRegion.find(region);
+  return places != byRegion.end() && places->second.contains(location);
 }
 
-IRdomain::Places IRdomain::findControlledPlaces() const {
-  Places places;
+const std::vector<std::string>& IRdomain::placesControlledAgain() const {
+  return controlledPlaces().again;
+}
+
+const IRdomain::ControlledPlaces& IRdomain::controlledPlaces() const {
+  if (controlledPlaces_.has_value()) {
+    return *controlledPlaces_;
+  }
+  controlledPlaces_.emplace();
   for (const IRcontroller* controller : ctrl_ptrV) {
     for (const IRctrlmanipulatedvar* variable : controller->manipulated) {
-      places[variable->position_region].insert(variable->position_identifier);
+      const std::string& region = variable->position_region;
+      const std::string& location = variable->position_identifier;
+      if (!controlledPlaces_->byRegion[region].insert(location).second) {
+        controlledPlaces_->again.push_back(fmt::format("{}.{}", region, location));
+      }
     }
   }
-  return places;
+  return *controlledPlaces_;
+}
+
+const IRcalc1d* IRdomain::findChain(std::string_view region_name) const {
+  const auto it = std::find_if(
+      cr1d_ptrV.begin(), cr1d_ptrV.end(),
+      [region_name](const IRcalc1d* region) { return region->region_name == region_name; });
+  return it == cr1d_ptrV.end() ? nullptr : *it;
+}
+
+const IRkestplane* IRdomain::findPlane(std::string_view region_name) const {
+  const auto it = std::find_if(
+      kestplane_ptrV.begin(), kestplane_ptrV.end(),
+      [region_name](const IRkestplane* region) { return region->region_name == region_name; });
+  return it == kestplane_ptrV.end() ? nullptr : *it;
 }
 
 void IRdomain::checkRules() {

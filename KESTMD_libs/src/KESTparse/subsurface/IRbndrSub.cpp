@@ -1,5 +1,9 @@
 #include "KESTparse/subsurface/IRbndrSub.h"
 
+#include <utility>
+
+#include "KESTparse/framework/Rules.h"
+
 namespace KESTparse {
 
 void IRbndrSub::getDescription(std::ostream& out) const {
@@ -44,6 +48,58 @@ void IRbndrSub::createTags() {
       .preset("undefined")
       .requiredIf("type", {"coupling_kestplane"});
   identifiedBy({"name"});
+}
+
+void IRbndrSub::checkRules() {
+  if (!deriveKind()) {
+    error("The boundary type '{}' is not supported. Please correct the input.", type);
+  }
+  if (!deriveFaceLetter()) {
+    error("The boundary face '{}' is not supported. Please correct the input.", face);
+  }
+  const bool needsFile =
+      kind == Kind::saturation || kind == Kind::pressure || kind == Kind::hydrostatic;
+  if (needsFile && file == "UnspecifiedBoundaryFile") {
+    error("No file is given for boundary type '{}'. Please correct the input.", type);
+  }
+  if (material_index.empty()) {
+    material_index.push_back(1);
+  }
+  const auto isRange = [](const std::vector<double>& list) {
+    return list.empty() || list.size() == 2;
+  };
+  if (!isRange(from_to1) || !isRange(from_to2)) {
+    error(
+        "The boundary range must contain 2 values (from->to) for boundary type '{}'. Please correct the input.",
+        type);
+  }
+}
+
+bool IRbndrSub::deriveKind() {
+  static constexpr std::pair<std::string_view, Kind> kinds[] = {
+      {"bounce_back", Kind::bounce_back},
+      {"saturation", Kind::saturation},
+      {"pressure", Kind::pressure},
+      {"hydrostatic", Kind::hydrostatic},
+      {"seepage", Kind::seepage},
+      {"zero_gradient", Kind::zero_gradient},
+      {"coupling_kestplane", Kind::coupling_kestplane}};
+  for (const auto& [word, meaning] : kinds) {
+    if (type == word) {
+      kind = meaning;
+      return true;
+    }
+  }
+  return false;
+}
+
+bool IRbndrSub::deriveFaceLetter() {
+  // The letter is the first of the word.
+  const bool isKnown = isOneOf(face, {"north", "east", "west", "south", "back", "front"});
+  if (isKnown) {
+    faceLetter = face.front();
+  }
+  return isKnown;
 }
 
 }  // namespace KESTparse

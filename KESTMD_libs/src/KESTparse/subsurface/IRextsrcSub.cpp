@@ -12,4 +12,12 @@ void IRextsrcSub::createTags() {
   reals<&Self::y_values>("").mandatory();
 }
 
+void IRextsrcSub::checkRules() {
+  if (x_values.size() != y_values.size()) {
+    error("Number of x- and y-values must be the same.");
+  } else if (x_values.empty()) {
+    error("No x- and y-values are specified.");
+  }
+}
+
 }  // namespace KESTparse

@@ -1,5 +1,8 @@
 #include "KESTparse/subsurface/IRgeomSub.h"
 
+#include <algorithm>
+
+#include "KESTparse/framework/Rules.h"
 #include "KESTparse/subsurface/IRzoneSub.h"
 
 namespace KESTparse {
@@ -35,6 +38,47 @@ void IRgeomSub::createTags() {
       .mandatory()
       .preset("1.0")
       .unit("[-]");
+}
+
+void IRgeomSub::checkRules() {
+  if (zones_ptrV.size() >= 2) {
+    checkZones();
+  }
+  // The number shown is always that of the reference coordinates.
+  constexpr std::size_t numCoordinates = 3;
+  if (ref_coordinates.size() != numCoordinates) {
+    error(
+        "Exactly three reference coordinates must be given. Only '{}' are given. \nPlease correct the input.",
+        ref_coordinates.size());
+  }
+  if (base_vector_i.size() != numCoordinates) {
+    error(
+        "Exactly three vector coordinates for the base vector in i-direction of the lattice must be given. Only '{}' are given. \nPlease correct the input.",
+        ref_coordinates.size());
+  }
+  if (base_vector_j.size() != numCoordinates) {
+    error(
+        "Exactly three vector coordinates for the base vector in j-direction of the lattice must be given. Only '{}' are given. \nPlease correct the input.",
+        ref_coordinates.size());
+  }
+}
+
+void IRgeomSub::checkZones() {
+  // The walk over the zones ends with the first one of type "default" and never reaches the last.
+  const auto last = zones_ptrV.end() - 1;
+  const auto defaultZone = std::find_if(
+      zones_ptrV.begin(), last, [](const IRzoneSub* zone) { return zone->type == "default"; });
+  const auto walkEnd = static_cast<std::size_t>(defaultZone - zones_ptrV.begin());
+  for (const auto& [i, j] : equalPairs(zones_ptrV, &IRzoneSub::name)) {
+    if (i <= walkEnd) {
+      error(
+          "Two zone definitions in ZONE blocks share the same name: '{}' Every zone definition should have a unique name.",
+          zones_ptrV[i]->name);
+    }
+  }
+  if (defaultZone == last) {
+    error("A ZONE with type 'default'  must be given in the ZONE blocks.");
+  }
 }
 
 }  // namespace KESTparse

@@ -1,5 +1,7 @@
 #include "KESTparse/subsurface/IRicSub.h"
 
+#include "KESTparse/framework/Rules.h"
+
 namespace KESTparse {
 
 void IRicSub::getDescription(std::ostream& out) const {
@@ -27,6 +29,12 @@ void IRicSub::createTags() {
       .preset("0.0")
       .unit("[-/m]")
       .usedIf("type", {"theta", "pressure", "hydrostatic"});
+}
+
+void IRicSub::checkRules() {
+  if (type == "continue") {
+    checkRestartFile(*this, file, {});
+  }
 }
 
 }  // namespace KESTparse

@@ -1,13 +1,17 @@
 #include "KESTparse/subsurface/IRkestSub.h"
 
+#include <map>
+
 #include "KESTparse/subsurface/IRbndrSub.h"
 #include "KESTparse/subsurface/IRgeomSub.h"
 #include "KESTparse/subsurface/IRicSub.h"
 #include "KESTparse/subsurface/IRmaterialSub.h"
 #include "KESTparse/subsurface/IRoutputSub.h"
 #include "KESTparse/subsurface/IRparamSub.h"
+#include "KESTparse/subsurface/IRsoilSub.h"
 #include "KESTparse/subsurface/IRsrcSub.h"
 #include "KESTparse/subsurface/IRtimestepSub.h"
+#include "KESTparse/subsurface/IRzoneSub.h"
 
 namespace KESTparse {
 
@@ -31,6 +35,25 @@ void IRkestSub::createTags() {
       "The name of the region has to be specified. It may be used for coupled simulations.")
       .mandatory();
   identifiedBy({"region_name"});
+}
+
+void IRkestSub::checkRules() {
+  if (material_ptr == nullptr || geom_ptr == nullptr) {
+    return;
+  }
+  // The second stage of the soil assignment. Of zones that share a name the first one counts.
+  std::map<std::string_view, IRzoneSub*> zones;
+  for (IRzoneSub* const zone : geom_ptr->zones_ptrV) {
+    zones.emplace(zone->name, zone);
+  }
+  for (IRsoilSub* const soil : material_ptr->soil_ptrV) {
+    if (const auto it = zones.find(soil->zone); it != zones.end()) {
+      soil->zoneSub_ptr_ = it->second;
+    }
+    if (soil->zoneSub_ptr_ == nullptr) {
+      error("The soil refers to the zone '{}' which could not be found.", soil->zone);
+    }
+  }
 }
 
 }  // namespace KESTparse

@@ -14,4 +14,10 @@ void IRmaterialSub::createSubBlocks() {
 
 void IRmaterialSub::createTags() {}
 
+void IRmaterialSub::checkRules() {
+  if (soil_ptrV.empty()) {
+    error("No SOIL was defined within the MATERIAL block. At least one soil is required.");
+  }
+}
+
 }  // namespace KESTparse

@@ -25,4 +25,10 @@ void IRsoilSub::createTags() {
       .preset("whole_lattice");
 }
 
+void IRsoilSub::checkRules() {
+  if (retentionmodel_ptr_ == nullptr) {
+    error("In SOIL_DEF block , a RETENTION_MODEL block must be specified");
+  }
+}
+
 }  // namespace KESTparse

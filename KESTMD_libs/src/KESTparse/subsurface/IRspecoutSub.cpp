@@ -57,4 +57,53 @@ void IRspecoutSub::createTags() {
       .preset("-1E32");
 }
 
+namespace {
+
+/// The preset that says that a position was not given.
+constexpr double notGiven = -1E32;
+
+}  // namespace
+
+void IRspecoutSub::checkRules() {
+  if (type == "cut_plane" && cut_z_position != notGiven) {
+    warning(
+        "The boundary type 'cut_plane' does not allow for specifying 'cut_z_position'. Value is ignored.");
+    cut_z_position = notGiven;
+  }
+  if (type == "cut_line") {
+    checkCutLine();
+  }
+  if (type == "seepage_line" && format == "qgis") {
+    error(
+        "The boundary type 'cut_line' cannot be combined with format 'qgis'. Please correct the input.");
+  }
+}
+
+void IRspecoutSub::checkCutLine() {
+  if (format == "qgis") {
+    error(
+        "The boundary type 'cut_line' cannot be combined with format 'qgis'. Please correct the input.");
+  }
+  // The plane yz asks for y and z, but it is x and z that must not stand together.
+  const bool hasXAndZ = cut_line_position_x > notGiven && cut_line_position_z > notGiven;
+  if (cut_plane == "xz") {
+    if (cut_line_position_x == notGiven && cut_line_position_z == notGiven) {
+      error(
+          "The boundary type 'cut_line' at cut_plane = xz, requires either 'cut_line_position_x' or 'cut_line_position_z' to be defined. Please correct the input.");
+    }
+  } else if (cut_plane == "yz") {
+    if (cut_line_position_y == notGiven && cut_line_position_z == notGiven) {
+      error(
+          "The boundary type 'cut_line' at cut_plane = yz, requires either 'cut_line_position_y' or 'cut_line_position_z' to be defined. Please correct the input.");
+    }
+  } else {
+    error("Line cutting is not supported for xy-plane. Please correct th input.");
+    return;
+  }
+  if (hasXAndZ) {
+    error(
+        "The boundary type 'cut_line' at cut_plane = xz, must not have 'cut_line_position_x' and 'cut_line_position_z' defined. Please correct the input.");
+  }
+}
+
 }  // namespace KESTparse

@@ -53,4 +53,10 @@ void IRzoneSub::createTags() {
   identifiedBy({"name"});
 }
 
+void IRzoneSub::checkRules() {
+  if (material_index.empty()) {
+    material_index.push_back(1);
+  }
+}
+
 }  // namespace KESTparse
