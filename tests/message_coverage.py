@@ -1,0 +1,98 @@
+#!/usr/bin/env python3
+"""Fails for each message of a rule that no kept case shows.
+
+    message_coverage.py PROJECT-FOLDER
+
+A message is a text of a block class outside its tables and help, or of the rules that classes share.
+"""
+import re
+import sys
+from pathlib import Path
+
+SHORTEST = 20
+TABLES = re.compile(r"^\S.*::(createTags|createSubBlocks|getDescription|getLongDescription|getExample)\(", re.M)
+LITERAL = re.compile(r'"((?:[^"\\]|\\.)*)"(?:\s*"((?:[^"\\]|\\.)*)")*')
+
+# Texts that no run can reach, each with its reason.
+UNREACHABLE = {
+    # The tag refuses the value before the rule is asked.
+    "No restart time has been chosen. In this case only",
+    "The grid format '{}' is deprecated and is not supported any more.",
+    " is unknown. Fix me!",
+    "SECTION_COMPUTATION block is used in input file combined",
+    "You are using 'varlen' as the geometry input file format.",
+    "The boundary type '{}' is not supported.",
+    "The boundary face '{}' is not supported.",
+    # The list parser refuses an empty list, and the tag is mandatory.
+    "A fatal error has occured in SOIL_DEF block '{}'.",
+    "No x- and y-values are specified.",
+    # A list that is compared with itself.
+    "Number of entries in 'index' and 'angle_failure_wetted' do not match",
+    # The missing block or tag is reported by the base validation, which ends there.
+    "'curvature_effect_static' has been specified in DIRECTION block but",
+    "SECTION_COMPUTATION block has not been defined. When using",
+    "No SOIL was defined within the MATERIAL block.",
+    "In LAYER block, active_layer_mixture has not been set.",
+    "'active_layer_mixture' has not been set.",
+    # There is always a domain and a region above.
+    "No DOMAIN block could be found.",
+    "No KESTCHAIN block could be found.",
+    # The report looks a second time and finds the value dropped.
+    "The boundary type 'cut_plane' does not allow for specifying 'cut_z_position'.",
+    # Thrown texts: nothing shows them.
+    "The boundary named {} is not unique!",
+    "The source named {} is not unique!",
+    "inner boundary {} does not exist.",
+    "boundary {} does not exist.",
+    # The catalogue is checked by the schema's own test.
+    "error, dependencies and valid_values arrays have not the same length",
+    ". fix it in the OutputXXXData class",
+    # Inner boundaries of 1D regions have no names.
+    "The inner boundary named {} is not unique!",
+}
+
+
+def messages(source):
+    text = source.read_text(encoding="utf-8")
+    for table in list(TABLES.finditer(text))[::-1]:
+        end = text.index("\n}\n", table.start()) + 3 if "\n}\n" in text[table.start():] else len(text)
+        if text[table.start():].split("\n", 1)[0].endswith("{}"):
+            continue
+        text = text[:table.start()] + text[end:]
+    text = re.sub(r"^#include.*$|^ *//.*$", "", text, flags=re.M)
+    for literal in LITERAL.finditer(text):
+        joined = "".join(re.findall(r'"((?:[^"\\]|\\.)*)"', literal.group(0)))
+        if len(joined) >= SHORTEST and " " in joined and "->" not in joined.split("from->to")[0]:
+            yield joined.encode().decode("unicode_escape")
+
+
+def main():
+    project = Path(sys.argv[1])
+    schema = project / "KESTMD_libs/src/KESTparse"
+    sources = [p for p in sorted(schema.rglob("*.cpp")) if p.parent.name != "framework"]
+    sources.append(schema / "framework/Rules.cpp")
+    kept = [*project.glob("tests/cases/**/*.expected"), *project.glob("examples/**/*.expected")]
+    # A line of a report goes on behind three blanks.
+    told = "\n".join(p.read_text(encoding="utf-8", errors="replace").replace("\n   ", "") for p in kept)
+    told = told.replace("\n", "")
+    unseen, seen, excused = [], 0, set()
+    for source in sources:
+        for message in dict.fromkeys(messages(source)):
+            excuse = next((start for start in UNREACHABLE if message.startswith(start)), None)
+            pattern = re.escape(message.replace("\n", "")).replace(r"\{\}", ".{0,200}?")
+            if re.search(pattern, told):
+                seen += 1
+            elif excuse is None:
+                unseen.append(f"{source.relative_to(project)}: {message}")
+            if excuse is not None:
+                excused.add(excuse)
+    for line in unseen:
+        print("never seen:", line)
+    for start in sorted(UNREACHABLE - excused):
+        print("no such message any more:", start)
+    print(f"message coverage: {seen} seen, {len(excused)} excused, {len(unseen)} never seen")
+    return 1 if unseen or UNREACHABLE - excused else 0
+
+
+if __name__ == "__main__":
+    sys.exit(main())
