@@ -14,6 +14,8 @@ class InputTagStringValidator {
   [[nodiscard]] virtual bool isValid(std::string_view text) const = 0;
   /// The rule in words.
   [[nodiscard]] virtual std::string describe() const = 0;
+  /// The rule as a regular expression on the whole text.
+  [[nodiscard]] virtual std::string pattern() const = 0;
   [[nodiscard]] virtual std::unique_ptr<InputTagStringValidator> clone() const = 0;
 };
 
@@ -22,6 +24,7 @@ class InputTagValidatorOneWord : public InputTagStringValidator {
  public:
   [[nodiscard]] bool isValid(std::string_view text) const override;
   [[nodiscard]] std::string describe() const override;
+  [[nodiscard]] std::string pattern() const override { return "^[A-Za-z0-9_-]+$"; }
   [[nodiscard]] std::unique_ptr<InputTagStringValidator> clone() const override;
 };
 
@@ -45,6 +48,11 @@ class InputTagString : public TagKind<InputTagString> {
   [[nodiscard]] std::string getConstraintDescription() const override;
   void assignPreset() override;
   void commit() override;
+
+  /// The rule for the text; null for a free one.
+  [[nodiscard]] const InputTagStringValidator* getValidator() const {
+    return facts().validator.get();
+  }
 
  protected:
   bool check() override;
