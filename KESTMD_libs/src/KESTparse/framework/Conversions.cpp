@@ -50,6 +50,9 @@ Extracted<T> extract(std::string_view text) {
   while (begin < text.size() && isSpace(text[begin])) {
     ++begin;
   }
+  if (begin == text.size()) {
+    return {.consumed = begin};
+  }
   const std::size_t digits = begin + (begin < text.size() && text[begin] == '-' ? 1 : 0);
   // The plain forms, which are nearly all, need no stream; it decides whatever is out of the
   // ordinary.
