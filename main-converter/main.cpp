@@ -55,11 +55,13 @@ int main(int argc, char** argv) {
   commandLine.parse(argc, argv);
 
   KESTparse::GlobalValues::instance().basePath = "./";
-  const std::unique_ptr<KESTparse::KestrixInputRoot> root = readSetup(input.getValue());
+  std::unique_ptr<KESTparse::KestrixInputRoot> root = readSetup(input.getValue());
 
   nlohmann::json walked = nlohmann::json::object();
   std::vector<std::string> path;
   KESTparse::walkTree(*root, path, walked, KESTparse::jsonCallbacks());
+  // A large setup need not stay in memory beside its document.
+  root.reset();
   const std::string document = KESTparse::buildDocument(std::move(walked))
                                    .dump(2, ' ', false, nlohmann::json::error_handler_t::strict);
 
