@@ -17,6 +17,8 @@ namespace KESTparse {
 
 }  // namespace KESTparse
 
+// A stream expression cannot stand in parentheses.
+// NOLINTBEGIN(bugprone-macro-parentheses)
 /// Aborts with a report when `expression` is false. `message` is a stream expression; "" shows the
 /// expression itself.
 #define ASSERT(expression, message)                                                        \
@@ -27,3 +29,4 @@ namespace KESTparse {
       ::KESTparse::assertionFailed(assertMessage_.str(), #expression, __FILE__, __LINE__); \
     }                                                                                      \
   } while (false)
+// NOLINTEND(bugprone-macro-parentheses)

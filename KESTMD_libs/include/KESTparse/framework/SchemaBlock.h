@@ -210,7 +210,7 @@ class SchemaBlock : public Base {
   template <auto Member, class Child>
   static void fileChild(InputBlock& parent, InputBlock& child) {
     auto& slot = static_cast<Self&>(parent).*Member;
-    Child* const typed = dynamic_cast<Child*>(&child);
+    auto* const typed = dynamic_cast<Child*>(&child);
     if constexpr (std::is_pointer_v<std::remove_reference_t<decltype(slot)>>) {
       if (slot != nullptr) {
         bookkeepingFailed(memberName<Member>(), " == nullptr");

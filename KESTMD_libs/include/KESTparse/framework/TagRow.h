@@ -53,13 +53,13 @@ class TagRow : private TagRowBase {
     return *this;
   }
   /// The value of a tag that the file leaves out, as it would stand in the file.
-  TagRow& defaultsTo(std::string value) {
-    facts_->defaultValue = std::move(value);
+  TagRow& defaultsTo(std::string_view value) {
+    facts_->defaultValue = value;
     return *this;
   }
   /// What the variable holds as long as no value is set; it never reaches the document by itself.
-  TagRow& preset(std::string value) {
-    facts_->presetValue = std::move(value);
+  TagRow& preset(std::string_view value) {
+    facts_->presetValue = value;
     return *this;
   }
   TagRow& unit(std::string_view text) {
@@ -102,8 +102,8 @@ class TagRow : private TagRowBase {
     facts_->validEntries = toStrings(entries);
     return *this;
   }
-  TagRow& validEntries(std::vector<std::string> entries) requires isList {
-    facts_->validEntries = std::move(entries);
+  TagRow& validEntries(const std::vector<std::string>& entries) requires isList {
+    facts_->validEntries = entries;
     return *this;
   }
 

@@ -193,7 +193,7 @@ void IRspecout2d::checkSaturation() {
 }
 
 void IRspecout2d::checkAllDependencies() {
-  using namespace OutputAllBaseInfo;
+  namespace catalogue = OutputAllBaseInfo;
   // Most lists are empty, and then the catalogue is not asked.
   const auto check = [this](const std::vector<std::string>& list, auto names, auto dependencies,
                             std::string_view listName) {
@@ -201,17 +201,20 @@ void IRspecout2d::checkAllDependencies() {
       checkOutputDependencies(list, names(), dependencies(), listName);
     }
   };
-  check(node_values, nodeValueNames, nodeValueDependencies, "node_values");
+  check(node_values, catalogue::nodeValueNames, catalogue::nodeValueDependencies, "node_values");
   check(
-      element_values, [] { return elementValueNames(true); },
-      [] { return elementValueDependencies(true); }, "element_values");
-  check(stringdef_values, stringdefValueNames, stringdefValueDependencies, "stringdef_values");
-  check(edge_values, edgeValueNames, edgeValueDependencies, "edge_values");
-  check(boundary_values, boundaryValueNames, boundaryValueDependencies, "boundary_values");
-  check(balance_values, balanceValueNames, balanceValueDependencies, "balance_values");
+      element_values, [] { return catalogue::elementValueNames(true); },
+      [] { return catalogue::elementValueDependencies(true); }, "element_values");
+  check(stringdef_values, catalogue::stringdefValueNames, catalogue::stringdefValueDependencies,
+        "stringdef_values");
+  check(edge_values, catalogue::edgeValueNames, catalogue::edgeValueDependencies, "edge_values");
+  check(boundary_values, catalogue::boundaryValueNames, catalogue::boundaryValueDependencies,
+        "boundary_values");
+  check(balance_values, catalogue::balanceValueNames, catalogue::balanceValueDependencies,
+        "balance_values");
   check(
-      values, [] { return allValueNames(true); }, [] { return allValueDependencies(true); },
-      "values");
+      values, [] { return catalogue::allValueNames(true); },
+      [] { return catalogue::allValueDependencies(true); }, "values");
 }
 
 void IRspecout2d::checkOutputDependencies(const std::vector<std::string>& list,
