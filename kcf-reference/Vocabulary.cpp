@@ -18,26 +18,15 @@ namespace {
 using nlohmann::ordered_json;
 
 /// The words that the items of a list may be; empty for other kinds.
-class ValidEntriesOf : public InputTagVisitor {
+class ValidEntriesOf : public SelectiveTagVisitor {
  public:
-  using InputTagVisitor::visit;
-  void visit(const InputTagNumber<int>& /*tag*/) override {}
-  void visit(const InputTagNumber<double>& /*tag*/) override {}
-  void visit(const InputTagSlope& /*tag*/) override {}
-  void visit(const InputTagBoolean& /*tag*/) override {}
-  void visit(const InputTagString& /*tag*/) override {}
-  void visit(const InputTagStringStd& /*tag*/) override {}
-  void visit(const InputTagFile& /*tag*/) override {}
-  void visit(const InputTagSeriesFile& /*tag*/) override {}
-  void visit(const InputTagPosition& /*tag*/) override {}
-  void visit(const InputTagEnumBase& /*tag*/) override {}
+  using SelectiveTagVisitor::visit;
   void visit(const InputTagList<int>& tag) override { entries = tag.getValidEntries(); }
   void visit(const InputTagList<double>& tag) override { entries = tag.getValidEntries(); }
   void visit(const InputTagList<std::string>& tag) override { entries = tag.getValidEntries(); }
   void visit(const InputTagSpecialOutputValueList& tag) override {
     entries = tag.getValidEntries();
   }
-  void visit(const InputTagTaggedList<double>& /*tag*/) override {}
 
   std::vector<std::string> entries;
 };

@@ -18,25 +18,12 @@ namespace KESTparse {
 namespace {
 
 /// Notes the siblings that a tag depends on, and output lists without entries.
-class Dependencies : public InputTagVisitor {
+class Dependencies : public SelectiveTagVisitor {
  public:
-  void visit(const InputTagNumber<int>& /*tag*/) override {}
-  void visit(const InputTagNumber<double>& /*tag*/) override {}
-  void visit(const InputTagSlope& /*tag*/) override {}
-  void visit(const InputTagBoolean& /*tag*/) override {}
-  void visit(const InputTagString& /*tag*/) override {}
-  void visit(const InputTagStringStd& /*tag*/) override {}
-  void visit(const InputTagFile& /*tag*/) override {}
-  void visit(const InputTagSeriesFile& /*tag*/) override {}
-  void visit(const InputTagPosition& /*tag*/) override {}
-  void visit(const InputTagEnumBase& /*tag*/) override {}
-  void visit(const InputTagList<int>& /*tag*/) override {}
-  void visit(const InputTagList<double>& /*tag*/) override {}
-  void visit(const InputTagList<std::string>& /*tag*/) override {}
+  using SelectiveTagVisitor::visit;
   void visit(const InputTagSpecialOutputValueList& tag) override {
     isEmptyOutput = tag.getValidEntries().empty();
   }
-  void visit(const InputTagTaggedList<double>& /*tag*/) override {}
   void visit(const InputTagCondUsedIf& tag) override {
     conditions.push_back(&tag.getCondition());
     InputTagVisitor::visit(tag);

@@ -52,6 +52,27 @@ class InputTagVisitor {
   virtual void visit(const InputTagCondExclusive& tag);
 };
 
+/// Does nothing for any kind: the base of visitors that look at a few.
+class SelectiveTagVisitor : public InputTagVisitor {
+ public:
+  using InputTagVisitor::visit;
+  void visit(const InputTagNumber<int>& tag) override;
+  void visit(const InputTagNumber<double>& tag) override;
+  void visit(const InputTagSlope& tag) override;
+  void visit(const InputTagBoolean& tag) override;
+  void visit(const InputTagString& tag) override;
+  void visit(const InputTagStringStd& tag) override;
+  void visit(const InputTagFile& tag) override;
+  void visit(const InputTagSeriesFile& tag) override;
+  void visit(const InputTagPosition& tag) override;
+  void visit(const InputTagEnumBase& tag) override;
+  void visit(const InputTagList<int>& tag) override;
+  void visit(const InputTagList<double>& tag) override;
+  void visit(const InputTagList<std::string>& tag) override;
+  void visit(const InputTagSpecialOutputValueList& tag) override;
+  void visit(const InputTagTaggedList<double>& tag) override;
+};
+
 /// Does something for a block.
 class InputBlockVisitor {
  public:

@@ -29,6 +29,36 @@ void InputTagVisitor::visit(const InputTagCondExclusive& tag) {
   tag.getComposite().accept(*this);
 }
 
+void SelectiveTagVisitor::visit(const InputTagNumber<int>& /*tag*/) {}
+
+void SelectiveTagVisitor::visit(const InputTagNumber<double>& /*tag*/) {}
+
+void SelectiveTagVisitor::visit(const InputTagSlope& /*tag*/) {}
+
+void SelectiveTagVisitor::visit(const InputTagBoolean& /*tag*/) {}
+
+void SelectiveTagVisitor::visit(const InputTagString& /*tag*/) {}
+
+void SelectiveTagVisitor::visit(const InputTagStringStd& /*tag*/) {}
+
+void SelectiveTagVisitor::visit(const InputTagFile& /*tag*/) {}
+
+void SelectiveTagVisitor::visit(const InputTagSeriesFile& /*tag*/) {}
+
+void SelectiveTagVisitor::visit(const InputTagPosition& /*tag*/) {}
+
+void SelectiveTagVisitor::visit(const InputTagEnumBase& /*tag*/) {}
+
+void SelectiveTagVisitor::visit(const InputTagList<int>& /*tag*/) {}
+
+void SelectiveTagVisitor::visit(const InputTagList<double>& /*tag*/) {}
+
+void SelectiveTagVisitor::visit(const InputTagList<std::string>& /*tag*/) {}
+
+void SelectiveTagVisitor::visit(const InputTagSpecialOutputValueList& /*tag*/) {}
+
+void SelectiveTagVisitor::visit(const InputTagTaggedList<double>& /*tag*/) {}
+
 bool InputTag::isMandatory(const InputBlock* /*block*/) const {
   return facts_->mandatory;
 }
