@@ -4,10 +4,14 @@
 
 #include <iosfwd>
 #include <string>
+#include <string_view>
 
 namespace KESTparse {
 
 class InputBlock;
+
+/// Whether a block or a tag of that name can be written in a command file.
+bool isWritableName(std::string_view name);
 
 /// Turns the text of one command file into the actual tree below the root, and reports what the
 /// validation of that tree finds.

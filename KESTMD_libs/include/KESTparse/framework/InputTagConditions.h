@@ -17,6 +17,8 @@ struct Condition {
   [[nodiscard]] const InputTag* findSibling(const InputBlock& block) const;
   /// Whether the value of `sibling` satisfies the rule for at least one of the values.
   [[nodiscard]] bool isMet(const InputTag& siblingTag) const;
+  /// The same for the value as it stands in the file.
+  [[nodiscard]] bool isMet(std::string_view raw) const;
 };
 
 /// A prototype around a prototype, which it shows in all but its rule. An instance is one of the

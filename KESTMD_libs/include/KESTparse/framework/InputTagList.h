@@ -2,6 +2,7 @@
 /// Tags that hold a list in parentheses.
 #pragma once
 
+#include <array>
 #include <map>
 
 #include "KESTparse/framework/InputTag.h"
@@ -38,6 +39,8 @@ class InputTagList : public TagKind<InputTagList<T>> {
     return facts().validEntries;
   }
   [[nodiscard]] bool hasRestrictedValues() const { return !facts().validEntries.empty(); }
+  /// What heads the constraint description.
+  [[nodiscard]] std::string_view getConstraint() const { return facts().constraint; }
   /// How many items the list must hold; see `ListParser`.
   [[nodiscard]] int getItemCount() const { return facts().parser->getItemCount(); }
   /// Whether `item` is one of the valid entries, or there are none.
@@ -67,6 +70,8 @@ class InputTagSpecialOutputValueList
  public:
   using TagKind::TagKind;
   [[nodiscard]] bool isValidEntry(std::string_view item) const override;
+  /// What may be accumulated of a value.
+  static constexpr std::array<std::string_view, 3> accumulators{"min", "max", "integrate"};
 };
 
 /// What the schema says of a list with a name.
@@ -92,6 +97,8 @@ class InputTagTaggedList : public TagKind<InputTagTaggedList<T>> {
 
   /// The name that this instance put into the map; empty as long as there is none.
   [[nodiscard]] const std::string& getListName() const { return lastTag_; }
+  /// The constraint description.
+  [[nodiscard]] std::string_view getConstraint() const { return facts().constraint; }
   /// The list under that name.
   [[nodiscard]] const std::vector<T>& getValues() const;
 

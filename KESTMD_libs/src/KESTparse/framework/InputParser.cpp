@@ -365,6 +365,10 @@ std::string counted(std::size_t number, const std::string& noun) {
 
 }  // namespace
 
+bool isWritableName(std::string_view name) {
+  return !name.empty() && std::all_of(name.begin(), name.end(), isNameCharacter);
+}
+
 void InputParser::parse(std::istream& in, bool throwOnError, const std::string& fileName) {
   message_.clear();
   const auto reportUnreadable = [&fileName] {

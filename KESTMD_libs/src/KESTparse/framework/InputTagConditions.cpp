@@ -33,7 +33,10 @@ const InputTag* Condition::findSibling(const InputBlock& block) const {
 }
 
 bool Condition::isMet(const InputTag& siblingTag) const {
-  const std::string& raw = siblingTag.getRawValue();
+  return isMet(siblingTag.getRawValue());
+}
+
+bool Condition::isMet(std::string_view raw) const {
   for (const std::string& value : values) {
     if ((raw == value) == equals) {
       return true;

@@ -10,7 +10,8 @@
 namespace KESTparse {
 namespace {
 
-bool contains(const std::vector<std::string>& entries, std::string_view item) {
+template <class Words>
+bool contains(const Words& entries, std::string_view item) {
   return std::find(entries.begin(), entries.end(), item) != entries.end();
 }
 
@@ -140,8 +141,7 @@ bool InputTagSpecialOutputValueList::isValidEntry(std::string_view item) const {
   std::string_view word = item;
   if (item.size() >= shortestWrapped) {
     const OutputItem parts = splitOutputItem(item);
-    if (parts.accumulator == "min" || parts.accumulator == "max" ||
-        parts.accumulator == "integrate") {
+    if (contains(accumulators, parts.accumulator)) {
       word = parts.value;
     }
   }

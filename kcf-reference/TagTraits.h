@@ -1,0 +1,61 @@
+/// \file
+/// What the kind of a tag and the conditions around it tell.
+#pragma once
+
+#include <string>
+#include <string_view>
+#include <vector>
+
+#include "KESTparse/framework/Range.h"
+
+namespace KESTparse {
+
+class InputTag;
+struct Condition;
+
+/// What a value looks like in a command file.
+enum class ValueKind {
+  integer,
+  real,
+  text,
+  file,
+  seriesFile,
+  position,
+  integers,
+  reals,
+  words,
+  outputValues,
+  namedReals
+};
+
+/// A rule around a tag.
+struct TagRule {
+  enum class Kind { usedIf, requiredIf, exclusive };
+  Kind kind;
+  const Condition* condition;  ///< null for an exclusion
+  std::string_view other;      ///< the tag that the rule looks at
+};
+
+/// All that a prototype tells beyond what `InputTag` itself does.
+struct TagTraits {
+  ValueKind kind = ValueKind::text;
+  const InputTag* value = nullptr;   ///< the prototype within all rules
+  Range<double> range;               ///< of numbers
+  int itemCount = 0;                 ///< of lists; see `ListParser`
+  std::string_view constraint;       ///< free words on what a list must satisfy
+  std::vector<std::string> entries;  ///< the only words that a list may hold, if there are any
+  std::vector<TagRule> rules;        ///< outermost first
+};
+
+TagTraits traitsOf(const InputTag& tag);
+
+/// The only values that the tag may have, if there are any.
+std::vector<std::string> allowedValuesOf(const InputTag& tag);
+
+/// Puts `fresh` in place of each `old` in `text`.
+void replaceAll(std::string& text, std::string_view old, std::string_view fresh);
+
+/// `text` with signs in place of HTML entities: "x &gt;= 0" becomes "x >= 0".
+std::string withSigns(std::string text);
+
+}  // namespace KESTparse

@@ -1,0 +1,159 @@
+#!/usr/bin/env python3
+"""Checks the pages of the manual without a browser.
+
+    manual_test.py KCF-REFERENCE CONVERTER
+
+The links lead somewhere, the pages show all blocks and tags, and the examples parse.
+"""
+import html.parser
+import json
+import re
+import subprocess
+import sys
+import tempfile
+import unittest
+from pathlib import Path
+
+REFERENCE, CONVERTER = (Path(p).resolve() for p in sys.argv[1:3])
+BLOCKS = json.loads(subprocess.run([REFERENCE, "json"], capture_output=True, check=True).stdout)["blocks"]
+# The example that the class itself gives shows how regions stand in it, not a whole region.
+INCOMPLETE = {"/DOMAIN"}
+
+
+class Page(html.parser.HTMLParser):
+    """What is on a page: anchors, links, rows of the tags as texts of their cells, the example."""
+
+    def __init__(self, path):
+        super().__init__()
+        self.anchors, self.links, self.rows, self.example, self.title = set(), [], {}, "", ""
+        self.row, self.cell, self.open = None, None, []
+        self.feed(path.read_text(encoding="utf-8"))
+
+    def handle_starttag(self, tag, attributes):
+        values = dict(attributes)
+        if tag not in ("meta", "link", "input", "br", "wbr"):
+            self.open.append(tag)
+        if "id" in values:
+            self.anchors.add(values["id"])
+        for name in ("href", "src"):
+            if name in values:
+                self.links.append(values[name])
+        if tag == "tr" and "id" in values:
+            self.row = self.rows[values["id"]] = {}
+        if tag == "th" and values.get("scope") == "row":
+            self.cell = "Tag"
+        if tag == "td":
+            self.cell = values["data-label"]
+        if tag == "br":
+            self.handle_data(" ")
+
+    def handle_endtag(self, tag):
+        assert self.open.pop() == tag, f"{tag} closes nothing"
+        if tag in ("td", "th"):
+            self.cell = None
+
+    def handle_data(self, data):
+        if "pre" in self.open:
+            self.example += data
+        if self.open[-1:] == ["title"]:
+            self.title += data
+        if self.cell is not None:
+            self.row[self.cell] = self.row.get(self.cell, "") + data
+
+
+def page_of(block):
+    return (block["path"][1:].replace("/", ".") or block["name"]) + ".html"
+
+
+class Manual(unittest.TestCase):
+    @classmethod
+    def setUpClass(cls):
+        cls.temporary = tempfile.TemporaryDirectory()
+        cls.folder = Path(cls.temporary.name) / "not" / "yet" / "there"
+        subprocess.run([REFERENCE, "manual", "--output", cls.folder], check=True)
+        cls.pages = {path.name: Page(path) for path in cls.folder.glob("*.html")}
+
+    @classmethod
+    def tearDownClass(cls):
+        cls.temporary.cleanup()
+
+    def test_all_blocks_and_tags_have_their_place(self):
+        self.assertEqual(set(self.pages), {"index.html"} | {page_of(block) for block in BLOCKS})
+        for block in BLOCKS:
+            page = self.pages[page_of(block)]
+            self.assertEqual(list(page.rows), ["tag-" + tag["name"].replace(" ", "-") for tag in block["tags"]])
+            self.assertIn(page_of(block), self.pages["index.html"].links)
+            for tag, row in zip(block["tags"], page.rows.values()):
+                self.assertEqual(row["Tag"].replace("required on condition", "").replace("required", "")
+                                 .replace("optional", ""), tag["name"])
+                self.assertTrue(row["Type"].startswith(tag["type"]))
+                self.assertEqual(row.get("Default", ""), tag["default"])
+                for word in tag["allowedValues"] + tag["validEntries"]:
+                    self.assertIn(word, row["Range and values"])
+
+    def test_links_lead_somewhere(self):
+        for name, page in self.pages.items():
+            for link in page.links:
+                self.assertNotIn(":", link, f"{name} needs the network")
+                target, _, anchor = link.partition("#")
+                self.assertTrue((self.folder / (target or name)).is_file(), f"{name}: {link}")
+                if anchor:
+                    self.assertIn(anchor, self.pages[target or name].anchors, f"{name}: {link}")
+
+    def test_the_search_knows_all_names(self):
+        text = (self.folder / "names.js").read_text(encoding="utf-8")
+        names = json.loads(text[text.index("["):text.rindex(";")])
+        self.assertEqual(len(names), len(BLOCKS) + sum(len(block["tags"]) for block in BLOCKS))
+        for node in names:
+            target, _, anchor = node["page"].partition("#")
+            self.assertTrue(anchor == "" or anchor in self.pages[target].anchors, node)
+
+    def test_ranges_and_conditions_are_readable(self):
+        friction = self.pages["DOMAIN.KESTPLANE_2D.HYDRAULICS.FRICTION.html"].rows
+        self.assertEqual(friction["tag-default_friction"]["Range and values"], "x ≥ 0")
+        self.assertEqual(friction["tag-index"]["Condition"], "required if input_type is index_table")
+        self.assertEqual(friction["tag-wall_friction_factor"]["Condition"], "used if wall_friction is on")
+        self.assertIn("Decides on index, friction", friction["tag-input_type"]["Description"])
+        self.assertEqual(friction["tag-default_friction"]["Unit"][:8], "[s/m1/3]")
+        step = self.pages["DOMAIN.KESTPLANE_2D.TIMESTEP.html"].rows
+        self.assertEqual(step["tag-CFL"]["Range and values"], "0 < x ≤ 2")
+        weir = self.pages["DOMAIN.KESTCHAIN_1D.HYDRAULICS.BOUNDARY.html"].rows["tag-width"]
+        self.assertEqual(weir["Condition"],
+                         "not together with width_file used if type is weir or coupling_weir or gate or coupling_gate")
+        # A condition that never requires anything does not say so.
+        self.assertEqual(step["tag-maximum_waterdepth"]["Condition"], "used if ignore_wave_celerity is on")
+        for name in self.pages:
+            text = (self.folder / name).read_text(encoding="utf-8")
+            self.assertIsNone(re.search(r"&amp;(lt|gt|amp|mu)\b", text), f"{name} shows a raw entity")
+
+    def test_examples_parse(self):
+        for block in BLOCKS:
+            example = self.pages[page_of(block)].example
+            with self.subTest(block["path"]), tempfile.TemporaryDirectory() as folder:
+                frames = block["path"].strip("/").split("/")[:-1]
+                text = "".join(f"{name} {{\n" for name in frames) + example + "}\n" * len(frames)
+                self.assertIn(block["name"] + " {" if block["path"] != "/" else "DOMAIN {", example)
+                (Path(folder) / "setup.kcf").write_text(text, encoding="utf-8")
+                for name in re.findall(r"= (\S+\.txt)$", example, re.MULTILINE):
+                    (Path(folder) / name).write_text("0 1\n10 1\n", encoding="utf-8")
+                done = subprocess.run([CONVERTER, "setup.kcf"], cwd=folder, capture_output=True, text=True, check=False)
+                self.assertNotIn("Parse error", done.stderr)
+                self.assertIn("Input file has", done.stderr)
+                if block["path"] not in INCOMPLETE:
+                    self.check_nothing_is_missing(done.stderr, text, len(frames))
+
+    def check_nothing_is_missing(self, report, text, depth):
+        """No block from the example on lacks anything mandatory; the frames around it may."""
+        flat = " ".join(report.split())
+        for found in re.finditer(r"Block-Errors? in Block \w+ \(on line (\d+) in file 'setup.kcf'\):(.*?)(?=->|Input file|$)", flat):
+            if int(found[1]) > depth + 1:
+                self.assertNotIn("is mandatory but missing", found[2], text)
+
+    def test_a_folder_that_cannot_be_made(self):
+        done = subprocess.run([REFERENCE, "manual", "--output", "/dev/null/manual"], capture_output=True, text=True, check=False)
+        self.assertEqual(done.returncode, 1)
+        self.assertIn("making the folder '/dev/null/manual' failed: Not a directory", done.stderr)
+
+
+if __name__ == "__main__":
+    unittest.main(argv=[sys.argv[0], "-v"])
