@@ -51,7 +51,7 @@ std::string sampleOf(const InputTag& tag) {
     return tag.getRestrictedValue(0);
   }
   const TagTraits traits = traitsOf(tag);
-  const std::string own = "my_" + std::string(tag.getName());
+  std::string own = "my_" + std::string(tag.getName());
   switch (traits.kind) {
     case ValueKind::integer:
     case ValueKind::real:

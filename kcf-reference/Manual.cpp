@@ -15,8 +15,7 @@
 #include "Example.h"
 #include "KESTparse/framework/InputBlock.h"
 #include "KESTparse/framework/InputParser.h"
-#include "KESTparse/framework/InputTagConditions.h"
-#include "KESTparse/framework/InputTagList.h"
+#include "KESTparse/framework/InputTag.h"
 #include "ManualAssets.h"
 #include "Places.h"
 #include "TagTraits.h"
@@ -133,11 +132,6 @@ std::string occurrence(const InputBlock& block) {
   return block.isMandatory() ? "exactly once" : "at most once";
 }
 
-/// Whether the condition of `rule` decides that `tag` must be given.
-bool makesRequired(const TagRule& rule, const InputTag& tag) {
-  return rule.kind == TagRule::Kind::requiredIf && tag.isMandatoryBySchema();
-}
-
 std::string requirement(const InputTag& tag, const TagTraits& traits) {
   if (!tag.isMandatoryBySchema()) {
     return "optional";
@@ -148,51 +142,10 @@ std::string requirement(const InputTag& tag, const TagTraits& traits) {
   return isConditional ? "required on condition" : "required";
 }
 
-/// The sentence of a rule.
-std::string ruleHtml(const TagRule& rule, const InputTag& tag) {
-  const std::string other = tagLink(rule.other);
-  if (rule.kind == TagRule::Kind::exclusive) {
-    return "not together with " + other;
-  }
-  const Condition& condition = *rule.condition;
-  const std::string verb = makesRequired(rule, tag) ? "required" : "used";
-  if (condition.equals) {
-    return verb + " if " + other + " is " + words(condition.values, " or ");
-  }
-  // To differ from one of several values is no restriction.
-  return condition.values.size() == 1
-             ? verb + " if " + other + " is not " + words(condition.values, "")
-             : verb + " if " + other + " is given";
-}
-
 std::string kindHtml(const InputTag& tag, ValueKind kind) {
-  std::string html = escaped(tag.getTypeName());
-  switch (kind) {
-    case ValueKind::file:
-      html += ": name of a file";
-      break;
-    case ValueKind::seriesFile:
-      html += ": name of a file with a time series";
-      break;
-    case ValueKind::position:
-      html += ": place in a region, <code>region.place</code>";
-      break;
-    case ValueKind::namedReals:
-      html += ": <code>name:( 1.0 2.0 )</code>";
-      break;
-    case ValueKind::outputValues:
-      html += ": values, also as";
-      for (const std::string_view accumulator : InputTagSpecialOutputValueList::accumulators) {
-        html += " " + code(std::string(accumulator) + "[value]");
-      }
-      break;
-    default:
-      break;
-  }
-  if (tag.isRepeatable()) {
-    html += "; may be given more than once";
-  }
-  return html;
+  const std::string form = formOf(kind);
+  return escaped(tag.getTypeName() + (form.empty() ? "" : ": " + form)) +
+         (tag.isRepeatable() ? "; may be given more than once" : "");
 }
 
 /// What the value must satisfy by itself.
@@ -208,7 +161,7 @@ std::string domainHtml(const InputTag& tag, const TagTraits& traits) {
   const std::string own =
       isList ? std::string(traits.constraint) : traits.value->getConstraintDescription();
   if (!own.empty()) {
-    parts.insert(parts.begin(), "<span class=\"range\">" + prose(own) + "</span>");
+    parts.insert(parts.begin(), prose(own));
   }
   std::string html;
   for (const std::string& part : parts) {
@@ -219,8 +172,8 @@ std::string domainHtml(const InputTag& tag, const TagTraits& traits) {
 
 class ManualWriter {
  public:
-  ManualWriter(const InputBlock& root, const std::filesystem::path& folder)
-      : root_(&root), places_(placesOf(root)), folder_(folder) {}
+  ManualWriter(const InputBlock& root, std::filesystem::path folder)
+      : root_(&root), places_(placesOf(root)), folder_(std::move(folder)) {}
 
   void write() const {
     std::error_code fault;
@@ -425,7 +378,7 @@ class ManualWriter {
       out << "<td data-label=\"" << label << "\"" << (html.empty() ? " class=\"none\">" : ">")
           << html << "</td>\n";
     };
-    out << "<tr id=\"" << anchorOf(tag.getName()) << "\"><th scope=\"row\">"
+    out << "<tr id=\"" << anchorOf(tag.getName()) << R"("><th scope="row">)"
         << tagLink(tag.getName()) << "<span class=\"need" << (need == "optional" ? "" : " must")
         << "\">" << need << "</span></th>\n";
     cell("Type", kindHtml(tag, traits.kind));
@@ -434,7 +387,7 @@ class ManualWriter {
     cell("Range and values", domainHtml(tag, traits));
     std::string condition;
     for (const TagRule& rule : traits.rules) {
-      condition += (condition.empty() ? "" : "<br>") + ruleHtml(rule, tag);
+      condition += (condition.empty() ? "" : "<br>") + sentenceOf(rule, tag, tagLink, code);
     }
     cell("Condition", condition);
     std::string help = prose(tag.getDescription());

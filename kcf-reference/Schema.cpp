@@ -1,18 +1,18 @@
 #include "Schema.h"
 
+#include <algorithm>
+#include <memory>
 #include <nlohmann/json.hpp>
 #include <sstream>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "KESTparse/framework/Conversions.h"
 #include "KESTparse/framework/InputBlock.h"
 #include "KESTparse/framework/InputTagConditions.h"
-#include "KESTparse/framework/InputTagEnum.h"
 #include "KESTparse/framework/InputTagList.h"
-#include "KESTparse/framework/InputTagNumber.h"
-#include "KESTparse/framework/InputTagString.h"
-#include "KESTparse/framework/InputTagVisitor.h"
+#include "TagTraits.h"
 
 namespace KESTparse {
 namespace {
@@ -33,145 +33,167 @@ ordered_json arrayOf(ordered_json items) {
   return {{"type", "array"}, {"items", std::move(items)}, {"minItems", 1}};
 }
 
+/// A number of the type `T` within the range of its tag.
 template <typename T>
-void addRange(const Range<T>& range, ordered_json& schema) {
+ordered_json numberSchema(const char* type, const InputTag& tag, const TagTraits& traits) {
+  ordered_json schema{{"type", type}};
+  const Range<double>& range = traits.range;
   if (range.hasLower) {
-    schema[range.lowerInclusive ? "minimum" : "exclusiveMinimum"] = range.lower;
+    schema[range.lowerInclusive ? "minimum" : "exclusiveMinimum"] = static_cast<T>(range.lower);
   }
   if (range.hasUpper) {
-    schema[range.upperInclusive ? "maximum" : "exclusiveMaximum"] = range.upper;
+    schema[range.upperInclusive ? "maximum" : "exclusiveMaximum"] = static_cast<T>(range.upper);
   }
+  if (traits.mayReturnToPreset) {
+    schema = {{"anyOf", {std::move(schema), {{"const", fromText<T>(tag.getPresetValue())}}}}};
+  }
+  return schema;
 }
 
-/// What a tag's value looks like, and what the tag depends on.
-class ValueSchema : public InputTagVisitor {
- public:
-  void visit(const InputTagNumber<int>& tag) override { setNumber(tag, "integer"); }
-  void visit(const InputTagNumber<double>& tag) override { setNumber(tag, "number"); }
-  void visit(const InputTagSlope& tag) override { setNumber(tag, "number"); }
-  void visit(const InputTagBoolean& tag) override { setText(tag); }
-  void visit(const InputTagString& tag) override {
-    setText(tag);
-    if (tag.getValidator() != nullptr && !tag.isRestricted()) {
-      schema["pattern"] = tag.getValidator()->pattern();
-    }
+ordered_json textSchema(const InputTag& tag, const TagTraits& traits) {
+  ordered_json schema{{"type", "string"}};
+  if (tag.isRestricted()) {
+    schema["enum"] = allowedValuesOf(tag);
+  } else if (!traits.pattern.empty()) {
+    schema["pattern"] = traits.pattern;
   }
-  void visit(const InputTagStringStd& tag) override { setText(tag); }
-  void visit(const InputTagFile& tag) override { setText(tag); }
-  void visit(const InputTagSeriesFile& tag) override {
-    setText(tag);
-    schema["minLength"] = 1;
-  }
-  void visit(const InputTagPosition& tag) override {
-    setText(tag);
-    schema["pattern"] = R"(^[^.]+\.[^.]*$)";
-  }
-  void visit(const InputTagEnumBase& tag) override { setText(tag); }
-  void visit(const InputTagList<int>& tag) override { setList(tag, {{"type", "integer"}}); }
-  void visit(const InputTagList<double>& tag) override { setList(tag, {{"type", "number"}}); }
-  void visit(const InputTagList<std::string>& tag) override { setList(tag, wordOf(tag)); }
-  void visit(const InputTagSpecialOutputValueList& tag) override {
-    setList(tag, object({{"accumulator", {{"enum", {"none", "min", "max", "integrate"}}}},
-                         {"value", wordOf(tag)}},
-                        {"accumulator", "value"}));
-  }
-  void visit(const InputTagTaggedList<double>& /*tag*/) override {
-    schema = object(
-        {{"tag", {{"type", "string"}, {"minLength", 1}}}, {"list", arrayOf({{"type", "number"}})}},
-        {"tag", "list"});
-  }
-  void visit(const InputTagCondUsedIf& tag) override {
-    condition = &tag.getCondition();
-    InputTagVisitor::visit(tag);
-  }
-  void visit(const InputTagCondRequiredIf& tag) override {
-    condition = &tag.getCondition();
-    isRequiredOnlyThen = true;
-    InputTagVisitor::visit(tag);
-  }
-  void visit(const InputTagCondExclusive& tag) override { InputTagVisitor::visit(tag); }
+  return schema;
+}
 
-  ordered_json schema;
-  const Condition* condition = nullptr;
-  bool isRequiredOnlyThen = false;
-
- private:
-  template <typename T>
-  void setNumber(const InputTagNumber<T>& tag, const char* type) {
-    schema = {{"type", type}};
-    addRange(tag.getHardRange(), schema);
-    const std::string& preset = tag.getPresetValue();
-    if (!preset.empty() && !tag.getHardRange().contains(fromText<T>(preset))) {
-      // A rule may put the mark for "not given" back.
-      schema = {{"anyOf", {std::move(schema), {{"const", fromText<T>(preset)}}}}};
-    }
+/// An item of a list of words.
+ordered_json wordSchema(const TagTraits& traits) {
+  if (!traits.entries.empty()) {
+    return {{"enum", traits.entries}};
   }
+  return {{"type", "string"}, {"minLength", 1}};
+}
 
-  void setText(const InputTag& tag) {
-    schema = {{"type", "string"}};
-    for (std::size_t i = 0; i < tag.getNumRestrictedValues(); ++i) {
-      schema["enum"].push_back(tag.getRestrictedValue(i));
-    }
+ordered_json outputValueSchema(const TagTraits& traits) {
+  ordered_json accumulators{"none"};
+  for (const std::string_view accumulator : InputTagSpecialOutputValueList::accumulators) {
+    accumulators.push_back(accumulator);
   }
+  return object(
+      {{"accumulator", {{"enum", std::move(accumulators)}}}, {"value", wordSchema(traits)}},
+      {"accumulator", "value"});
+}
 
-  static ordered_json wordOf(const InputTagList<std::string>& tag) {
-    ordered_json word{{"type", "string"}, {"minLength", 1}};
-    if (tag.hasRestrictedValues()) {
-      word = {{"enum", tag.getValidEntries()}};
-    }
-    return word;
+ordered_json listSchema(ordered_json items, const TagTraits& traits) {
+  ordered_json schema = arrayOf(std::move(items));
+  if (traits.itemCount > 0) {
+    schema["minItems"] = traits.itemCount;
   }
-
-  template <typename T>
-  void setList(const InputTagList<T>& tag, ordered_json items) {
-    schema = arrayOf(std::move(items));
-    if (tag.getItemCount() > 0) {
-      schema["minItems"] = tag.getItemCount();
-    }
-    if (tag.getItemCount() != 0) {
-      schema["maxItems"] = std::abs(tag.getItemCount());
-    }
+  if (traits.itemCount != 0) {
+    schema["maxItems"] = std::abs(traits.itemCount);
   }
-};
+  return schema;
+}
 
-/// Whether a tag that nobody gave is filled in whenever its condition holds. A sibling that is
+/// What one value of a tag looks like in a document.
+ordered_json valueSchema(const InputTag& tag, const TagTraits& traits) {
+  switch (traits.kind) {
+    case ValueKind::integer:
+      return numberSchema<int>("integer", tag, traits);
+    case ValueKind::real:
+      return numberSchema<double>("number", tag, traits);
+    case ValueKind::text:
+    case ValueKind::file:
+    case ValueKind::position:
+      return textSchema(tag, traits);
+    case ValueKind::seriesFile:
+      return {{"type", "string"}, {"minLength", 1}};
+    case ValueKind::integers:
+      return listSchema({{"type", "integer"}}, traits);
+    case ValueKind::reals:
+      return listSchema({{"type", "number"}}, traits);
+    case ValueKind::words:
+      return listSchema(wordSchema(traits), traits);
+    case ValueKind::outputValues:
+      return listSchema(outputValueSchema(traits), traits);
+    case ValueKind::namedReals:
+      return object({{"tag", {{"type", "string"}, {"minLength", 1}}},
+                     {"list", listSchema({{"type", "number"}}, traits)}},
+                    {"tag", "list"});
+  }
+  return true;
+}
+
+/// Whether population fills a tag in whenever `condition` holds at the end. A sibling that is
 /// itself filled in later does not count yet when the tag is looked at.
-bool isFilledIn(const InputBlock& block, const InputTag& tag, const Condition& condition) {
-  if (tag.getDefaultValue().empty() || condition.sibling < 0) {
+bool isSeenInTime(const InputBlock& block, const InputTag& tag, const Condition& condition) {
+  if (condition.sibling < 0) {
     return false;
   }
   const InputTag& sibling = block.getLogicalTag(static_cast<std::size_t>(condition.sibling));
   return sibling.getPosition() < tag.getPosition() || sibling.getDefaultValue().empty();
 }
 
-/// The rule that a tag is there when its condition holds.
-ordered_json requiredThen(const InputTag& tag, const Condition& condition) {
+/// Objects for which `condition` holds.
+ordered_json conditionSchema(const Condition& condition) {
   const std::string sibling(condition.tag);
-  ordered_json value{{"enum", condition.values}};
-  if (!condition.equals) {
-    value = {{"not", {{"const", condition.values.front()}}}};
+  ordered_json schema{{"required", {sibling}}};
+  if (condition.equals) {
+    schema["properties"][sibling] = {{"enum", condition.values}};
+  } else if (condition.values.size() == 1) {
+    schema["properties"][sibling] = {{"not", {{"const", condition.values.front()}}}};
   }
-  return {{"if", {{"properties", {{sibling, std::move(value)}}}, {"required", {sibling}}}},
-          {"then", {{"required", {tag.getName()}}}}};
+  return schema;
+}
+
+/// Adds that the tag is there: always, or when what `rules` look at is so.
+void require(const InputTag& tag, const std::vector<TagRule>& rules, bool isExcludable,
+             ordered_json& required, ordered_json& conditional) {
+  ordered_json conditions = ordered_json::array();
+  for (const TagRule& rule : rules) {
+    if (rule.condition != nullptr) {
+      conditions.push_back(conditionSchema(*rule.condition));
+    } else if (isExcludable) {
+      conditions.push_back({{"not", {{"required", {rule.other}}}}});
+    }
+  }
+  if (conditions.empty()) {
+    required.push_back(tag.getName());
+    return;
+  }
+  ordered_json condition = conditions.size() == 1 ? std::move(conditions.front())
+                                                  : ordered_json{{"allOf", std::move(conditions)}};
+  conditional.push_back({{"if", std::move(condition)}, {"then", {{"required", {tag.getName()}}}}});
+}
+
+/// Adds when the tag must be there, and what must not be there beside it.
+void addPresence(const InputBlock& block, const InputTag& tag, const TagTraits& traits,
+                 ordered_json& required, ordered_json& conditional) {
+  if (!tag.getDefaultValue().empty()) {
+    if (std::all_of(traits.rules.begin(), traits.rules.end(), [&](const TagRule& rule) {
+          return rule.condition == nullptr || isSeenInTime(block, tag, *rule.condition);
+        })) {
+      require(tag, traits.rules, false, required, conditional);
+    }
+  } else if (tag.isMandatoryBySchema()) {
+    std::vector<TagRule> rules = traits.rules;
+    // A condition of use does not matter.
+    std::erase_if(rules, [](const TagRule& rule) { return rule.kind == TagRule::Kind::usedIf; });
+    require(tag, rules, true, required, conditional);
+  }
+  for (const TagRule& rule : traits.rules) {
+    if (rule.kind == TagRule::Kind::exclusive) {
+      conditional.push_back({{"not", {{"required", {tag.getName(), rule.other}}}}});
+    }
+  }
 }
 
 ordered_json schemaOf(const InputBlock& block);
 
 void addTags(const InputBlock& block, ordered_json& properties, ordered_json& required,
-             ordered_json& rules) {
+             ordered_json& conditional) {
   for (std::size_t i = 0; i < block.getLogicalNumTags(); ++i) {
     const InputTag& tag = block.getLogicalTag(i);
-    ValueSchema value;
-    tag.accept(value);
-    const bool isMandatory = tag.isMandatoryBySchema();
-    if (value.condition == nullptr ? isMandatory || !tag.getDefaultValue().empty()
-                                   : isMandatory && !value.isRequiredOnlyThen) {
-      required.push_back(tag.getName());
-    } else if (value.condition != nullptr && ((isMandatory && value.isRequiredOnlyThen) ||
-                                              isFilledIn(block, tag, *value.condition))) {
-      rules.push_back(requiredThen(tag, *value.condition));
+    const TagTraits traits = traitsOf(tag);
+    addPresence(block, tag, traits, required, conditional);
+    ordered_json schema = valueSchema(tag, traits);
+    if (tag.isRepeatable()) {
+      schema = arrayOf(std::move(schema));
     }
-    ordered_json schema = tag.isRepeatable() ? arrayOf(std::move(value.schema)) : value.schema;
     schema["description"] = tag.getDescription();
     if (!tag.getUnit().empty()) {
       schema["unit"] = tag.getUnit();
@@ -198,12 +220,12 @@ void addBlocks(const InputBlock& block, ordered_json& properties, ordered_json& 
 ordered_json schemaOf(const InputBlock& block) {
   ordered_json properties = ordered_json::object();
   ordered_json required = ordered_json::array();
-  ordered_json rules = ordered_json::array();
-  addTags(block, properties, required, rules);
+  ordered_json conditional = ordered_json::array();
+  addTags(block, properties, required, conditional);
   addBlocks(block, properties, required);
   ordered_json schema = object(std::move(properties), std::move(required));
-  if (!rules.empty()) {
-    schema["allOf"] = std::move(rules);
+  if (!conditional.empty()) {
+    schema["allOf"] = std::move(conditional);
   }
   std::ostringstream description;
   block.getDescription(description);

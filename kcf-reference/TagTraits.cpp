@@ -18,11 +18,19 @@ class TraitsOf : public InputTagVisitor {
   void visit(const InputTagNumber<double>& tag) override { setNumber(tag, ValueKind::real); }
   void visit(const InputTagSlope& tag) override { setNumber(tag, ValueKind::real); }
   void visit(const InputTagBoolean& tag) override { set(tag, ValueKind::text); }
-  void visit(const InputTagString& tag) override { set(tag, ValueKind::text); }
+  void visit(const InputTagString& tag) override {
+    set(tag, ValueKind::text);
+    if (tag.getValidator() != nullptr) {
+      traits.pattern = tag.getValidator()->pattern();
+    }
+  }
   void visit(const InputTagStringStd& tag) override { set(tag, ValueKind::text); }
   void visit(const InputTagFile& tag) override { set(tag, ValueKind::file); }
   void visit(const InputTagSeriesFile& tag) override { set(tag, ValueKind::seriesFile); }
-  void visit(const InputTagPosition& tag) override { set(tag, ValueKind::position); }
+  void visit(const InputTagPosition& tag) override {
+    set(tag, ValueKind::position);
+    traits.pattern = InputTagPosition::pattern;
+  }
   void visit(const InputTagEnumBase& tag) override { set(tag, ValueKind::text); }
   void visit(const InputTagList<int>& tag) override { setList(tag, ValueKind::integers); }
   void visit(const InputTagList<double>& tag) override { setList(tag, ValueKind::reals); }
@@ -67,6 +75,7 @@ class TraitsOf : public InputTagVisitor {
                     range.upperInclusive,
                     static_cast<double>(range.lower),
                     static_cast<double>(range.upper)};
+    traits.mayReturnToPreset = tag.mayReturnToPreset();
   }
   template <typename T>
   void setList(const InputTagList<T>& tag, ValueKind kind) {
@@ -90,6 +99,49 @@ TagTraits traitsOf(const InputTag& tag) {
   TraitsOf visitor;
   tag.accept(visitor);
   return std::move(visitor.traits);
+}
+
+std::string formOf(ValueKind kind) {
+  switch (kind) {
+    case ValueKind::file:
+      return "name of a file";
+    case ValueKind::seriesFile:
+      return "name of a file with a time series";
+    case ValueKind::position:
+      return "a place as region.place";
+    case ValueKind::namedReals:
+      return "name:( 1.0 2.0 )";
+    case ValueKind::outputValues: {
+      std::string form = "values, also as";
+      for (const std::string_view accumulator : InputTagSpecialOutputValueList::accumulators) {
+        form += " " + std::string(accumulator) + "[value]";
+      }
+      return form;
+    }
+    default:
+      return {};
+  }
+}
+
+std::string sentenceOf(const TagRule& rule, const InputTag& tag, Dress tagDress, Dress valueDress) {
+  const std::string other = tagDress(rule.other);
+  if (rule.condition == nullptr) {
+    return "not together with " + other;
+  }
+  // A tag that is not mandatory is never required, whatever its rule is called.
+  const bool isRequired = rule.kind == TagRule::Kind::requiredIf && tag.isMandatoryBySchema();
+  const std::string start = (isRequired ? "required if " : "used if ") + other;
+  const std::vector<std::string>& values = rule.condition->values;
+  if (!rule.condition->equals) {
+    // To differ from one of several values is no restriction.
+    return values.size() == 1 ? start + " is not " + valueDress(values.front())
+                              : start + " is given";
+  }
+  std::string words;
+  for (const std::string& value : values) {
+    words += (words.empty() ? "" : " or ") + valueDress(value);
+  }
+  return start + " is " + words;
 }
 
 std::vector<std::string> allowedValuesOf(const InputTag& tag) {

@@ -41,6 +41,8 @@ struct TagTraits {
   ValueKind kind = ValueKind::text;
   const InputTag* value = nullptr;   ///< the prototype within all rules
   Range<double> range;               ///< of numbers
+  bool mayReturnToPreset = false;    ///< of numbers; see `InputTagNumber`
+  std::string pattern;               ///< of texts, a regular expression; empty for a free one
   int itemCount = 0;                 ///< of lists; see `ListParser`
   std::string_view constraint;       ///< free words on what a list must satisfy
   std::vector<std::string> entries;  ///< the only words that a list may hold, if there are any
@@ -48,6 +50,15 @@ struct TagTraits {
 };
 
 TagTraits traitsOf(const InputTag& tag);
+
+/// How a value of that kind is written, where the name of its type leaves that open; or empty.
+std::string formOf(ValueKind kind);
+
+/// Dresses a name or a value in a sentence.
+using Dress = std::string (*)(std::string_view text);
+
+/// What `rule` says of `tag`, in words.
+std::string sentenceOf(const TagRule& rule, const InputTag& tag, Dress tagDress, Dress valueDress);
 
 /// The only values that the tag may have, if there are any.
 std::vector<std::string> allowedValuesOf(const InputTag& tag);

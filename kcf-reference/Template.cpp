@@ -4,6 +4,7 @@
 #include <memory>
 #include <ostream>
 #include <string>
+#include <string_view>
 
 #include "KESTparse/framework/Conversions.h"
 #include "KESTparse/framework/InputBlock.h"
@@ -18,15 +19,24 @@ namespace {
 /// How often each path is named.
 using Paths = std::map<std::string, int>;
 
+std::string asIs(std::string_view text) {
+  return std::string(text);
+}
+
 /// What the user must know to fill a tag in.
 std::string remark(const InputTag& tag) {
   std::string text = tag.getTypeName();
   const auto add = [&text](const std::string& more) { text += more.empty() ? "" : "; " + more; };
+  const TagTraits traits = traitsOf(tag);
+  add(formOf(traits.kind));
   add(tag.getUnit());
   if (tag.isRestricted()) {
     add("one of " + quotedList(allowedValuesOf(tag)));
   }
-  add(std::string(trim(withSigns(tag.getConstraintDescription()))));
+  add(withSigns(traits.value->getConstraintDescription()));
+  for (const TagRule& rule : traits.rules) {
+    add(sentenceOf(rule, tag, asIs, asIs));
+  }
   return text;
 }
 

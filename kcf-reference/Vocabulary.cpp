@@ -6,38 +6,15 @@
 #include <vector>
 
 #include "KESTparse/framework/InputBlock.h"
-#include "KESTparse/framework/InputTagEnum.h"
-#include "KESTparse/framework/InputTagList.h"
-#include "KESTparse/framework/InputTagNumber.h"
-#include "KESTparse/framework/InputTagString.h"
-#include "KESTparse/framework/InputTagVisitor.h"
+#include "KESTparse/framework/InputTag.h"
+#include "TagTraits.h"
 
 namespace KESTparse {
 namespace {
 
 using nlohmann::ordered_json;
 
-/// The words that the items of a list may be; empty for other kinds.
-class ValidEntriesOf : public SelectiveTagVisitor {
- public:
-  using SelectiveTagVisitor::visit;
-  void visit(const InputTagList<int>& tag) override { entries = tag.getValidEntries(); }
-  void visit(const InputTagList<double>& tag) override { entries = tag.getValidEntries(); }
-  void visit(const InputTagList<std::string>& tag) override { entries = tag.getValidEntries(); }
-  void visit(const InputTagSpecialOutputValueList& tag) override {
-    entries = tag.getValidEntries();
-  }
-
-  std::vector<std::string> entries;
-};
-
 ordered_json describe(const InputTag& tag) {
-  ordered_json allowed = ordered_json::array();
-  for (std::size_t i = 0; i < tag.getNumRestrictedValues(); ++i) {
-    allowed.push_back(tag.getRestrictedValue(i));
-  }
-  ValidEntriesOf validEntries;
-  tag.accept(validEntries);
   return {{"name", tag.getName()},
           {"type", tag.getTypeName()},
           {"mandatory", tag.isMandatoryBySchema()},
@@ -46,8 +23,8 @@ ordered_json describe(const InputTag& tag) {
           {"preset", tag.getPresetValue()},
           {"unit", tag.getUnit()},
           {"constraint", tag.getConstraintDescription()},
-          {"allowedValues", std::move(allowed)},
-          {"validEntries", std::move(validEntries.entries)},
+          {"allowedValues", allowedValuesOf(tag)},
+          {"validEntries", traitsOf(tag).entries},
           {"description", tag.getDescription()}};
 }
 

@@ -1,9 +1,10 @@
 #!/usr/bin/env python3
-"""Fills in the skeletons that kcf-reference prints and converts them.
+"""Fills in the skeletons that kcf-reference prints and converts them; checks its command line.
 
     template_test.py KCF-REFERENCE CONVERTER
 """
 import json
+import re
 import subprocess
 import sys
 import tempfile
@@ -11,78 +12,151 @@ import unittest
 from pathlib import Path
 
 REFERENCE, CONVERTER = (Path(p).resolve() for p in sys.argv[1:3])
-# What a user would fill in, by the name of the tag; the others get the first word or a number.
-VALUES = {"file": "mesh.2dm", "ref_coordinates": "( 0 0 0 )", "base_vector_i": "( 1 0 0 )", "base_vector_j": "( 0 1 0 )",
-          "cross_section_order": "( a b )", "precision": "0.1"}
+LINE = re.compile(r"(?P<indent> *)(?P<off>// )?(?P<name>\w+) = (?P<value>\S.*?)  // (?P<remark>.*)")
 
 
 def reference(*arguments):
     return subprocess.run([REFERENCE, *arguments], capture_output=True, text=True, check=False)
 
 
-def filled(skeleton):
+def generic_value(remark):
+    """What fits a tag by the remark on it."""
+    words = re.search(r"one of '([^']*)'", remark)
+    entries = re.search(r"valid entries are \{'([^']*)'", remark)
+    if words:
+        return words[1]
+    if "list" in remark:
+        item = entries[1] if entries else "1" if "reals" in remark or "integers" in remark else "name"
+        count = re.search(r"list of (\d+)", remark)
+        return "( " + " ".join([item] * int(count[1] if count else 1)) + " )"
+    if "region.place" in remark:
+        return "region.place"
+    if remark.startswith(("real", "integer")):
+        upper = re.search(r"x <=? (-?\d+)", remark)
+        return upper[1] if upper and float(upper[1]) < 1 else "0.5" if "< x < 1" in remark else "1"
+    return "name"
+
+
+def filled(skeleton, values):
+    """The skeleton with a value for each placeholder: the next one kept for the name of the tag, or one
+    that fits. A tag that is commented out is set if there is a value for it."""
+    values = {name: list(each) if isinstance(each, (list, tuple)) else [each] * 100 for name, each in values.items()}
     lines = []
-    boundaries = 0
     for line in skeleton.split("\n"):
-        name = line.split("=")[0].strip()
-        if "= ?" in line and not line.lstrip().startswith("//"):
-            remark = line.split("//")[1]
-            words = remark.split("one of ")[1].split("'")[1::2] if "one of " in remark else []
-            if name == "string":
-                boundaries += 1
-            value = VALUES.get(name) or (words[0] if words else "1" if "real" in remark or "integer" in remark else "name")
-            line = line.replace("= ?", f"= {value}")
-        lines.append(line)
+        found = LINE.fullmatch(line)
+        if found is None:
+            lines.append(line)
+        elif values.get(found["name"]):
+            lines.append(f"{found['indent']}{found['name']} = {values[found['name']].pop(0)}")
+        elif found["off"] is None and found["value"] == "?":
+            lines.append(f"{found['indent']}{found['name']} = {generic_value(found['remark'])}")
+        else:
+            lines.append(line)
     return "\n".join(lines)
 
 
 class Template(unittest.TestCase):
     def convert(self, text):
         with tempfile.TemporaryDirectory() as folder:
-            (Path(folder) / "mesh.2dm").write_text("MESH2D\n")
-            (Path(folder) / "setup.kcf").write_text(text)
+            (Path(folder) / "mesh.2dm").write_text("MESH2D\n", encoding="utf-8")
+            (Path(folder) / "name").write_text("0 1\n10 1\n", encoding="utf-8")
+            (Path(folder) / "setup.kcf").write_text(text, encoding="utf-8")
             return subprocess.run([CONVERTER, "setup.kcf"], cwd=folder, capture_output=True, text=True, check=False)
 
     def expect_document(self, text):
         done = self.convert(text)
         self.assertEqual(done.returncode, 0, done.stderr)
-        return json.loads(done.stdout)["SETUP"]["KESTMD"]
+        return json.loads(done.stdout)["SETUP"]
 
-    def test_minimal_setups_convert_once_they_are_filled_in(self):
-        for region in ("KESTPLANE_2D", "KESTSUB"):
-            text = filled(reference("template", "/PROJECT", f"/DOMAIN/{region}").stdout)
-            if region == "KESTSUB":
-                text = text.replace("// zone = ?", "zone = z").replace(
-                    "kf = 1", "kf = 1\nRETENTION_MODEL {\ntype = van_genuchten\nn = 2\nalpha = 8\n}").replace(
-                    "no_cells_k = 1", "no_cells_k = 1\nZONE {\nname = z\ntype = default\n}")
-            self.assertEqual(self.expect_document(text)[region][0]["region_name"], "name")
+    def test_a_minimal_2d_setup(self):
+        text = filled(reference("template", "/PROJECT", "/DOMAIN/KESTPLANE_2D").stdout,
+                      {"file": ["mesh.2dm"], "default_friction": 0.03})
+        region = self.expect_document(text)["KESTMD"]["KESTPLANE_2D"][0]
+        self.assertEqual(region["HYDRAULICS"]["FRICTION"]["default_friction"], 0.03)
+        self.assertEqual(region["HYDRAULICS"]["INITIAL"]["type"], "dry")
 
-    def test_a_channel_needs_its_second_boundary(self):
-        text = filled(reference("template", "/PROJECT", "/DOMAIN/KESTCHAIN_1D").stdout)
-        text = text.replace("    // precision", "    precision").replace("precision = ?", "precision = 0.1")
-        # A hydrograph is the first type; a wall needs nothing more.
-        text = text.replace("type = hydrograph", "type = wall")
-        other = text[text.index("      BOUNDARY {"):text.index("      INITIAL {")]
-        text = text.replace(other, other + other.replace("string = upstream", "string = downstream"))
-        document = self.expect_document(text)
-        self.assertEqual(len(document["KESTCHAIN_1D"][0]["HYDRAULICS"]["BOUNDARY"]), 2)
+    def test_a_minimal_1d_setup(self):
+        # A channel has two ends.
+        boundary = "/DOMAIN/KESTCHAIN_1D/HYDRAULICS/BOUNDARY"
+        text = filled(reference("template", "/PROJECT", "/DOMAIN/KESTCHAIN_1D", boundary, boundary).stdout,
+                      {"cross_section_order": ["( a b )"], "precision": ["0.1"], "string": ["upstream", "downstream"],
+                       "type": ["kestrix", "iteration", "strickler", "wall", "wall", "dry"]})
+        region = self.expect_document(text)["KESTMD"]["KESTCHAIN_1D"][0]
+        self.assertEqual([each["string"] for each in region["HYDRAULICS"]["BOUNDARY"]], ["upstream", "downstream"])
+
+    def test_a_minimal_subsurface_setup(self):
+        text = filled(reference("template", "/PROJECT", "/DOMAIN/KESTSUB", "/DOMAIN/KESTSUB/GEOMETRY/ZONE",
+                                "/DOMAIN/KESTSUB/MATERIAL/SOIL_DEF/RETENTION_MODEL").stdout,
+                      {"ref_coordinates": "( 0 0 0 )", "base_vector_i": "( 1 0 0 )", "base_vector_j": "( 0 1 0 )",
+                       "zone": "name", "type": ["default", "theta", "theta", "van_genuchten"], "n": "2", "alpha": "8"})
+        region = self.expect_document(text)["KESTMD"]["KESTSUB"][0]
+        self.assertEqual(region["GEOMETRY"]["ZONE"][0]["name"], "name")
+
+    def test_each_block_parses_once_it_is_filled_in(self):
+        for block in json.loads(reference("json").stdout)["blocks"]:
+            with self.subTest(block["path"]):
+                skeleton = reference("template", block["path"]).stdout
+                done = self.convert(filled(skeleton, {}))
+                self.assertNotIn("Parse error", done.stderr)
+                self.assertIn("Input file has", done.stderr)
+
+    def test_what_stands_on_a_line(self):
+        lines = {found["name"]: found for found in map(LINE.fullmatch, reference("template", "/DOMAIN/KESTPLANE_2D/TIMESTEP").stdout.split("\n")) if found}
+        self.assertEqual(lines["total_run_time"].groupdict(), {
+            "indent": " " * 6, "off": None, "name": "total_run_time", "value": "?", "remark": "real; [s]; x > 0"})
+        self.assertEqual((lines["CFL"]["off"], lines["CFL"]["value"], lines["CFL"]["remark"]),
+                         ("// ", "1.0", "real; [-]; 0 < x <= 2"))
+        self.assertEqual(lines["cycle_step_file"]["remark"], "string; name of a file with a time series; used if morph_cycle is dynamic")
+
+    def test_a_name_that_cannot_be_written_is_left_out(self):
+        self.assertNotIn("show gridlines", reference("template", "/DOMAIN/KESTCHAIN_1D/OUTPUT/SPECIAL_OUTPUT").stdout)
 
     def test_named_blocks_stand_in_their_frames(self):
         text = reference("template", "/DOMAIN/CONTROLLER/MANIPULATED_VARIABLE", "/DOMAIN/PARALLEL/").stdout
         self.assertEqual([line.strip() for line in text.split("\n") if line.endswith(("{", "}"))],
                          ["DOMAIN {", "PARALLEL {", "}", "CONTROLLER {", "MANIPULATED_VARIABLE {", "}", "}", "}"])
         self.assertNotIn("multiregion", text)
+        self.assertEqual(reference("template", "DOMAIN/PARALLEL").stdout, reference("template", "/DOMAIN/PARALLEL").stdout)
 
-    def test_statuses(self):
-        done = reference("template", "/DOMAIN/KESTPLAN_2D")
-        self.assertEqual(done.returncode, 1)
-        self.assertIn("'/DOMAIN/KESTPLAN_2D'. Did you mean /DOMAIN/KESTPLANE_2D", done.stderr)
-        self.assertEqual(reference("template", "FRICTIN").returncode, 1)
-        for wrong in ((), ("nope",), ("json", "more"), ("template",), ("schema", "--nope")):
-            self.assertEqual(reference(*wrong).returncode, 2, wrong)
-        for right in (("--help",), ("json", "--help"), ("schema", "--help"), ("template", "--help")):
+    def test_a_block_stands_as_often_as_it_is_named(self):
+        boundary = "/DOMAIN/KESTPLANE_2D/HYDRAULICS/BOUNDARY"
+        self.assertEqual(reference("template", boundary, boundary).stdout.count("BOUNDARY {"), 2)
+        # Where that is allowed.
+        self.assertEqual(reference("template", "/DOMAIN/PARALLEL", "/DOMAIN/PARALLEL").stdout.count("PARALLEL {"), 1)
+
+
+class CommandLine(unittest.TestCase):
+    def test_unknown_blocks(self):
+        for path, nearest in (("/DOMAIN/KESTPLAN_2D", "/DOMAIN/KESTPLANE_2D"),
+                              ("domain", "/DOMAIN"),
+                              ("FRICTIN", "/DOMAIN/KESTCHAIN_1D/HYDRAULICS/FRICTION"),
+                              ("geometry/stringdef", "/DOMAIN/KESTPLANE_2D/GEOMETRY/STRINGDEF"),
+                              ("/DOMAIN/KESTSUB/SOURCES", "/DOMAIN/KESTSUB/SOURCE")):
+            done = reference("template", "/PROJECT", path)
+            self.assertEqual((done.returncode, done.stdout), (1, ""))
+            self.assertIn(f"kcf-reference: there is no block '{path}'. Did you mean {nearest}", done.stderr)
+
+    def test_wrong_usage(self):
+        for wrong, text in (((), "Required argument missing: verb"), (("nope",), "'nope'"),
+                            (("json", "more"), "more"), (("template",), "Required argument missing: path"),
+                            (("schema", "--nope"), "--nope"), (("manual",), "Required argument missing: output"),
+                            (("manual", "--output"), "output")):
+            done = reference(*wrong)
+            self.assertEqual((done.returncode, done.stdout), (2, ""), wrong)
+            self.assertIn(text, done.stderr)
+            self.assertIn("For help: kcf-reference " + (wrong[0] + " " if wrong and wrong[0] != "nope" else "") + "--help", done.stderr)
+
+    def test_help(self):
+        for right in (("--help",), ("-h",), ("json", "--help"), ("schema", "--help"), ("manual", "--help"), ("template", "--help")):
             done = reference(*right)
             self.assertEqual((done.returncode, done.stderr), (0, ""), right)
+            self.assertIn("USAGE", done.stdout)
+
+    def test_a_failed_write(self):
+        with open("/dev/full", "wb") as full:
+            for verb in (("json",), ("schema",), ("template", "/")):
+                done = subprocess.run([REFERENCE, *verb], stdout=full, stderr=subprocess.PIPE, text=True, check=False)
+                self.assertEqual((done.returncode, done.stderr), (1, "kcf-reference: writing to standard output failed\n"))
 
 
 if __name__ == "__main__":

@@ -15,6 +15,7 @@ struct NumberFacts : TagFacts {
   T GlobalValues::*global = nullptr;  ///< the bound value of the process
   Range<T> hardRange;                 ///< a value outside is an error
   Range<T> reasonableRange;           ///< a value outside is a warning
+  bool returnsToPreset = false;       ///< a rule may take a value back
 };
 
 /// A real number (`double`) or an integer (`int`).
@@ -35,6 +36,8 @@ class InputTagNumber : public TagKind<InputTagNumber<T>> {
 
   /// The interval that the value must lie in.
   [[nodiscard]] const Range<T>& getHardRange() const { return facts().hardRange; }
+  /// Whether the variable of a tag that was given may hold the preset in the end.
+  [[nodiscard]] bool mayReturnToPreset() const { return facts().returnsToPreset; }
 
  protected:
   bool check() override;

@@ -77,6 +77,8 @@ class InputTagStringStd : public TagKind<InputTagStringStd, InputTagString> {
 class InputTagPosition : public TagKind<InputTagPosition, InputTagStringStd> {
  public:
   using TagKind::TagKind;
+  /// The rule for the text as a regular expression.
+  static constexpr std::string_view pattern = R"(^[^.]+\.[^.]*$)";
   void assignPreset() override;
   void commit() override;
 

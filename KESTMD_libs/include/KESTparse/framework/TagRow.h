@@ -87,6 +87,12 @@ class TagRow : private TagRowBase {
     return *this;
   }
 
+  /// A rule of the block may take a value that was given back.
+  TagRow& mayReturnToPreset() requires isNumber {
+    facts_->returnsToPreset = true;
+    return *this;
+  }
+
   /// The list holds exactly `count` items, or at most -`count` for a negative one.
   TagRow& items(int count) requires isList {
     facts_->parser = makeParser(*facts_, count);

@@ -24,7 +24,8 @@ void IRsoildef::createTags() {
       "This tag defines a characteristic grain size 'd90' assuming an armoured layer.")
       .preset("-1.0")
       .unit("[mm]")
-      .above(0);
+      .above(0)
+      .mayReturnToPreset();
   real<&Self::tau_erosion_start>(
       "This is a possibility to define a bottom shear stress which has to be exceeded before erosion becomes possible.")
       .defaultsTo("-1.0")
