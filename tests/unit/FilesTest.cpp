@@ -1,38 +1,16 @@
 #include <H5Cpp.h>
 #include <gtest/gtest.h>
-#include <unistd.h>
 
-#include <cstdlib>
-#include <filesystem>
-#include <fstream>
+#include <regex>
 #include <string>
 #include <vector>
 
 #include "KESTcore/StandardSerie.h"
 #include "KESTparse/framework/Files.h"
+#include "TemporaryFile.h"
 #include "h5io/SolutionTimes.h"
 
 namespace {
-
-/// A file of the test, gone with it.
-class TemporaryFile {
- public:
-  explicit TemporaryFile(const std::string& content)
-      : path_(std::filesystem::temp_directory_path() /
-              ("kestrix-test-" + std::to_string(::getpid()) + "-" + std::to_string(number_++))) {
-    std::ofstream(path_) << content;
-  }
-  TemporaryFile(const TemporaryFile&) = delete;
-  TemporaryFile& operator=(const TemporaryFile&) = delete;
-  ~TemporaryFile() { std::filesystem::remove(path_); }
-  [[nodiscard]] std::string path() const { return path_.string(); }
-
- private:
-  static int number_;
-  std::filesystem::path path_;
-};
-
-int TemporaryFile::number_ = 0;
 
 using Table = std::vector<std::vector<double>>;
 
@@ -57,16 +35,16 @@ TEST(StandardSerie, readsRowsOfNumbers) {
 }
 
 TEST(StandardSerie, refusesRowsOfAnotherLength) {
-  const auto expectRefusal = [](const std::string& content, const char* text) {
+  // Where the report is wrapped depends on the length of the path.
+  const auto expectRefusal = [](const std::string& content, const std::string& text) {
     const TemporaryFile file(content);
-    EXPECT_DEATH(Kestrix::StandardSerie(file.path()), text);
+    EXPECT_DEATH(Kestrix::StandardSerie(file.path()),
+                 std::regex_replace(text, std::regex(" "), "\\s+"));
   };
-  expectRefusal("0 1\n0 1 2\n",
-                "2: i expected a line with 2 numbers, but\\s+found more than that!");
-  expectRefusal("0 1\n\n0\n", "3: I expected a line with 2 numbers, but\\s+found 1numbers.");
-  expectRefusal("0 1\n # empty\n", "2: I expected a line with 2 numbers, but\\s+found 0numbers.");
-  expectRefusal("time Q\n0 1\n",
-                "2: i expected a line with 0 numbers, but\\s+found more than that!");
+  expectRefusal("0 1\n0 1 2\n", "2: i expected a line with 2 numbers, but found more than that!");
+  expectRefusal("0 1\n\n0\n", "3: I expected a line with 2 numbers, but found 1numbers.");
+  expectRefusal("0 1\n # empty\n", "2: I expected a line with 2 numbers, but found 0numbers.");
+  expectRefusal("time Q\n0 1\n", "2: i expected a line with 0 numbers, but found more than that!");
 }
 
 TEST(StandardSerie, interpolates) {

@@ -163,9 +163,9 @@ std::vector<std::uint32_t> balanceValueDependencies() {
 std::vector<std::string> allValueNames(bool withBalanceValues) {
   std::vector<std::string> ret = elementValueNames(withBalanceValues);
   const std::vector<std::string> onNodes = nodeValueNames();
-  for (std::size_t ii = 0; ii < onNodes.size(); ++ii) {
-    ASSERT(ret.end() == std::find(ret.begin(), ret.end(), onNodes[ii]),
-           "bad, value " << onNodes[ii] << " is already defined within element. rename it");
+  for (const std::string& onNode : onNodes) {
+    ASSERT(ret.end() == std::find(ret.begin(), ret.end(), onNode),
+           "bad, value " << onNode << " is already defined within element. rename it");
   }
   ret.insert(ret.end(), onNodes.begin(), onNodes.end());
   return ret;

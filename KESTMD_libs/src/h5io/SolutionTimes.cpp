@@ -1,8 +1,19 @@
 #include "h5io/SolutionTimes.h"
 
 #include <dlfcn.h>
+#include <fcntl.h>
+#include <sys/resource.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
+#include <algorithm>
+#include <cerrno>
+#include <csignal>
+#include <cstdlib>
+#include <cstring>
 #include <filesystem>
+#include <fstream>
+#include <string_view>
 #include <system_error>
 
 #include "KESTparse/framework/GlobalValues.h"
@@ -12,8 +23,15 @@
 namespace h5io {
 namespace {
 
-/// The reader, whose library stands beside the program and is loaded when it is first asked for.
-/// Null when it is not there.
+// HDF5 trusts what it reads: a damaged file can crash it or keep it busy for ever. It therefore
+// reads in a process of its own, with limits, which sends the times or its fault through a pipe.
+
+constexpr unsigned longestReading = 120;              // [s]
+constexpr rlim_t memoryForReading = rlim_t{4} << 30;  // [bytes]
+constexpr char timesFollow = 'T';
+constexpr char faultFollows = 'F';
+
+/// The reader, whose library stands beside the program. Null when it is not there.
 Reader loadReader() {
   std::error_code unknown;
   const auto program = std::filesystem::read_symlink("/proc/self/exe", unknown);
@@ -22,13 +40,104 @@ Reader loadReader() {
   return library == nullptr ? nullptr : reinterpret_cast<Reader>(dlsym(library, readerSymbol));
 }
 
+/// Keeps the process from running for ever, from taking all memory of the machine, and from telling
+/// of its end what its parent tells.
+void limitProcess() {
+  for (const int signal : {SIGABRT, SIGALRM, SIGBUS, SIGFPE, SIGILL, SIGSEGV}) {
+    std::signal(signal, SIG_DFL);
+  }
+  const rlimit noCore{};
+  setrlimit(RLIMIT_CORE, &noCore);
+  alarm(longestReading);
+  rlim_t pages = 0;
+  std::ifstream("/proc/self/statm") >> pages;
+  rlimit limit{};
+  if (getrlimit(RLIMIT_AS, &limit) == 0) {
+    const rlim_t wanted = pages * static_cast<rlim_t>(sysconf(_SC_PAGESIZE)) + memoryForReading;
+    limit.rlim_cur = std::min(wanted, limit.rlim_cur);
+    setrlimit(RLIMIT_AS, &limit);
+  }
+}
+
+/// What the reading process sends.
+std::string answerFor(const std::string& fileName) {
+  try {
+    const Reader read = loadReader();
+    if (read == nullptr) {
+      throw OpenFileFailed(fileName);
+    }
+    std::vector<double> times;
+    read(fileName, times);
+    return timesFollow +
+           std::string(reinterpret_cast<const char*>(times.data()), times.size() * sizeof(double));
+  } catch (const Exception& exception) {
+    return faultFollows + exception.getMessage();
+  }
+}
+
+void sendAll(int pipe, std::string_view text) {
+  while (!text.empty()) {
+    const ssize_t written = write(pipe, text.data(), text.size());
+    if (written < 0 && errno != EINTR) {
+      return;
+    }
+    text.remove_prefix(written < 0 ? 0 : static_cast<std::size_t>(written));
+  }
+}
+
+std::string receiveAll(int pipe) {
+  std::string text;
+  char piece[4096];
+  for (ssize_t count = 1; count != 0;) {
+    count = read(pipe, piece, sizeof piece);
+    if (count < 0 && errno != EINTR) {
+      break;
+    }
+    text.append(piece, count < 0 ? 0 : static_cast<std::size_t>(count));
+  }
+  return text;
+}
+
+[[noreturn]] void runReader(const std::string& fileName, int pipe) {
+  limitProcess();
+  sendAll(pipe, answerFor(fileName));
+  // Nothing of this process may reach the console or the output of its parent.
+  _exit(EXIT_SUCCESS);
+}
+
+/// The answer of the reading process; empty when it came to harm.
+std::string askReader(const std::string& fileName) {
+  int ends[2] = {};
+  if (pipe2(ends, O_CLOEXEC) != 0) {
+    return {};
+  }
+  const pid_t child = fork();
+  if (child == 0) {
+    close(ends[0]);
+    runReader(fileName, ends[1]);
+  }
+  close(ends[1]);
+  std::string answer = child < 0 ? std::string() : receiveAll(ends[0]);
+  close(ends[0]);
+  int status = 0;
+  while (child > 0 && waitpid(child, &status, 0) < 0 && errno == EINTR) {
+  }
+  return status == 0 ? answer : std::string();
+}
+
 std::vector<double> readSolutionTimes(const std::string& fileName) {
-  const Reader read = loadReader();
-  if (read == nullptr) {
+  const std::string answer = askReader(fileName);
+  if (answer.empty()) {
     throw OpenFileFailed(fileName);
   }
-  std::vector<double> times;
-  read(fileName, times);
+  if (answer.front() == faultFollows) {
+    throw Exception(answer.substr(1));
+  }
+  std::vector<double> times((answer.size() - 1) / sizeof(double));
+  // An empty vector has no place to copy to.
+  if (!times.empty()) {
+    std::memcpy(times.data(), answer.data() + 1, times.size() * sizeof(double));
+  }
   return times;
 }
 

@@ -43,7 +43,7 @@ struct GlobalValues {
 /// one. Any other is joined to `baseDirectory`, or to the global base path where that is empty.
 std::string resolvePath(std::string_view name, std::string_view baseDirectory = {});
 
-/// Whether `path` can be opened for reading and is no folder.
+/// Whether `path` is a file that can be opened for reading: no folder, pipe or device.
 bool canOpen(const std::string& path);
 
 }  // namespace KESTparse

@@ -31,12 +31,14 @@ std::string resolvePath(std::string_view name, std::string_view baseDirectory) {
 }
 
 bool canOpen(const std::string& path) {
+  namespace fs = std::filesystem;
   std::error_code unreadable;
-  // A stream opens a folder without complaint.
-  if (std::filesystem::is_directory(path, unreadable)) {
-    return false;
-  }
-  return std::ifstream(path).is_open();
+  // A stream opens a folder without complaint; a pipe waits for its writer and can be read only
+  // once, and a device may never end.
+  const fs::file_type type = fs::status(path, unreadable).type();
+  const bool isNull =
+      type == fs::file_type::character && fs::canonical(path, unreadable) == fs::path("/dev/null");
+  return (type == fs::file_type::regular || isNull) && std::ifstream(path).is_open();
 }
 
 }  // namespace KESTparse

@@ -2,6 +2,8 @@
 
 #include <fmt/core.h>
 
+#include <algorithm>
+
 #include "KESTparse/framework/Assert.h"
 #include "KESTparse/framework/InputBlock.h"
 #include "KESTparse/framework/InputTagVisitor.h"
@@ -22,7 +24,7 @@ std::string conditionText(const Condition& condition, const char* sign, const ch
 }
 
 /// `inner` and `rule`, with `joint` between them where there is something to join.
-std::string joined(std::string inner, const char* joint, const std::string& rule) {
+std::string joined(const std::string& inner, const char* joint, const std::string& rule) {
   return inner.empty() ? rule : inner + joint + rule;
 }
 
@@ -37,12 +39,9 @@ bool Condition::isMet(const InputTag& siblingTag) const {
 }
 
 bool Condition::isMet(std::string_view raw) const {
-  for (const std::string& value : values) {
-    if ((raw == value) == equals) {
-      return true;
-    }
-  }
-  return false;
+  return std::any_of(values.begin(), values.end(), [this, raw](const std::string& value) {
+    return (raw == value) == equals;
+  });
 }
 
 bool InputTagComposite::isMandatory(const InputBlock* block) const {

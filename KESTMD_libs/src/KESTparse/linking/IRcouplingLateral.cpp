@@ -151,8 +151,10 @@ std::string IRcouplingLateral::readConnections() {
 std::string IRcouplingLateral::readConnections(std::string_view text, const IRgeom1d* geometry) {
   std::unordered_map<std::string_view, int> indices;
   if (geometry != nullptr) {
+    int place = 0;
     for (const std::string& section : geometry->cross_section_order) {
-      indices.emplace(section, static_cast<int>(indices.size()));
+      // A section that stands twice in the order is found at its first place.
+      indices.emplace(section, place++);
     }
   }
   Tokens tokens(text);

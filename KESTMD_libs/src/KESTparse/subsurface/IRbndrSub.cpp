@@ -1,5 +1,7 @@
 #include "KESTparse/subsurface/IRbndrSub.h"
 
+#include <algorithm>
+#include <iterator>
 #include <utility>
 
 #include "KESTparse/framework/Rules.h"
@@ -84,13 +86,13 @@ bool IRbndrSub::deriveKind() {
       {"seepage", Kind::seepage},
       {"zero_gradient", Kind::zero_gradient},
       {"coupling_kestplane", Kind::coupling_kestplane}};
-  for (const auto& [word, meaning] : kinds) {
-    if (type == word) {
-      kind = meaning;
-      return true;
-    }
+  const auto* const it = std::find_if(std::begin(kinds), std::end(kinds),
+                                      [this](const auto& entry) { return entry.first == type; });
+  if (it == std::end(kinds)) {
+    return false;
   }
-  return false;
+  kind = it->second;
+  return true;
 }
 
 bool IRbndrSub::deriveFaceLetter() {

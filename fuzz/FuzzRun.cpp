@@ -1,0 +1,88 @@
+#include "FuzzRun.h"
+
+#include <unistd.h>
+
+#include <cstdio>
+#include <cstdlib>
+#include <filesystem>
+#include <iostream>
+#include <nlohmann/json.hpp>
+#include <sstream>
+#include <streambuf>
+#include <vector>
+
+#include "JsonEmission.h"
+#include "KESTparse/framework/GlobalValues.h"
+#include "KESTparse/framework/InputParseError.h"
+#include "KESTparse/framework/InputParser.h"
+#include "KESTparse/framework/Logger.h"
+#include "KESTparse/root/KestrixInputRoot.h"
+
+namespace fuzz {
+namespace {
+
+/// Takes all that is written and keeps nothing.
+class Silence : public std::streambuf {
+ protected:
+  int overflow(int c) override { return c == EOF ? 0 : c; }
+  std::streamsize xsputn(const char* /*text*/, std::streamsize size) override { return size; }
+};
+
+void silenceConsole() {
+  static Silence silence;
+  std::cout.rdbuf(&silence);
+  std::cerr.rdbuf(&silence);
+}
+
+}  // namespace
+
+void beginRun() {
+  static const bool isPrepared = [] {
+    silenceConsole();
+    KESTparse::getLogger().addSink([](int, const std::string&) { throw StatedStop{}; });
+    return true;
+  }();
+  KESTparse::GlobalValues& values = KESTparse::GlobalValues::instance();
+  values = {};
+  values.basePath = ".";
+  values.reportToSinks = isPrepared;
+}
+
+ScratchFile::ScratchFile(std::string_view content)
+    : path_(std::filesystem::temp_directory_path() / "kestrix-fuzz-XXXXXX") {
+  const int descriptor = mkstemp(path_.data());
+  const ssize_t written = write(descriptor, content.data(), content.size());
+  if (close(descriptor) != 0 || written != static_cast<ssize_t>(content.size())) {
+    std::abort();
+  }
+}
+
+ScratchFile::~ScratchFile() {
+  std::remove(path_.c_str());
+}
+
+std::string convert(std::string_view text) {
+  // The schema is built once for all runs.
+  static const KESTparse::KestrixInputRoot schema;
+  const auto root = schema.logicalClone(nullptr);
+  KESTparse::InputParser parser(*root);
+  std::istringstream in{std::string(text)};
+  parser.parse(in, true, "fuzz.kcf");
+  root->populate();
+  const bool isValid = parser.validateSummary(std::cerr);
+  if (!isValid || !parser.getMessage().empty()) {
+    return {};
+  }
+  nlohmann::json walked = nlohmann::json::object();
+  std::vector<std::string> path;
+  KESTparse::walkTree(*root, path, walked, KESTparse::jsonCallbacks());
+  try {
+    return KESTparse::buildDocument(std::move(walked))
+        .dump(2, ' ', false, nlohmann::json::error_handler_t::strict);
+  } catch (const nlohmann::json::exception&) {
+    // Text that is no UTF-8 has no document; the converter ends with the library's report.
+    return {};
+  }
+}
+
+}  // namespace fuzz

@@ -1,0 +1,41 @@
+/// \file
+/// What all fuzz targets share: a run that stops with a message of its own is no find.
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <string_view>
+
+namespace fuzz {
+
+/// Thrown where the converter ends the process with an error or a failed assertion that it reports.
+struct StatedStop {};
+
+/// Makes reports silent and stops exceptions, and forgets what earlier runs read from files.
+void beginRun();
+
+/// The bytes of a run.
+inline std::string_view asText(const std::uint8_t* data, std::size_t size) {
+  return {reinterpret_cast<const char*>(data), size};
+}
+
+/// A file that holds the bytes of a run, for what is read by name.
+class ScratchFile {
+ public:
+  explicit ScratchFile(std::string_view content);
+  ScratchFile(const ScratchFile&) = delete;
+  ScratchFile& operator=(const ScratchFile&) = delete;
+  ~ScratchFile();
+
+  [[nodiscard]] const std::string& path() const { return path_; }
+
+ private:
+  std::string path_;
+};
+
+/// Reads `text` as a command file and takes it the whole road to the text of its document; empty
+/// when the setup has errors.
+std::string convert(std::string_view text);
+
+}  // namespace fuzz
