@@ -79,11 +79,12 @@ TEST_F(Chain1dTest, boundariesWithoutANameShareTheOneThatStandsForIt) {
 
 TEST_F(Chain1dTest, innerBoundariesAreFoundByNoTag) {
   auto& first = add<IRinnerboundary1d>(hydraulics_, "INNER_BOUNDARY");
-  auto& second = add<IRinnerboundary1d>(hydraulics_, "INNER_BOUNDARY");
+  add<IRinnerboundary1d>(hydraulics_, "INNER_BOUNDARY");
   EXPECT_EQ(hydraulics_.findInnerBoundary(""), nullptr);
   first.name = "gate";
   EXPECT_EQ(hydraulics_.findInnerBoundary("gate"), &first);
-  second.name = "gate";
+  // A lookup sees a change of the tree.
+  add<IRinnerboundary1d>(hydraulics_, "INNER_BOUNDARY").name = "gate";
   EXPECT_EQ(thrownBy([this] { return hydraulics_.findInnerBoundary("gate"); }),
             "The inner boundary named gate is not unique!");
 }

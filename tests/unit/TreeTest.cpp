@@ -72,8 +72,9 @@ class Branch : public SchemaBlock<Branch> {
 
 class TreeTest : public testing::Test {
  protected:
-  TreeTest()
-      : master_(Branch::makeMaster("BRANCH", nullptr)), holder_(master_->logicalClone(nullptr)) {
+  TreeTest() : master_(std::make_unique<Branch>("BRANCH", nullptr, false, false)) {
+    master_->declare();
+    holder_ = master_->logicalClone(nullptr);
     GlobalValues::instance().basePath = "./";
   }
 

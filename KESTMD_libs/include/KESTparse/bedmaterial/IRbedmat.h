@@ -4,6 +4,7 @@
 #include <string_view>
 #include <vector>
 
+#include "KESTparse/framework/Derived.h"
 #include "KESTparse/framework/InputBlock.h"
 #include "KESTparse/framework/Rules.h"
 
@@ -26,6 +27,8 @@ class IRbedmat : public InputBlock {
 
   /// Number of grain classes; none without the block that lists them.
   [[nodiscard]] std::size_t numGrainClasses() const;
+  /// Whether there is a mixture of that name.
+  [[nodiscard]] bool hasMixture(std::string_view name) const;
   /// "1D" or "2D".
   [[nodiscard]] virtual std::string_view dimension() const = 0;
 
@@ -41,6 +44,9 @@ class IRbedmat : public InputBlock {
   void checkMixtures(PairOrder order);
   /// Reports soils of the same name.
   void checkSoils();
+
+ private:
+  NameIndex mixtures_;
 };
 
 }  // namespace KESTparse

@@ -3,6 +3,7 @@
 #include <string>
 #include <vector>
 
+#include "KESTparse/framework/Derived.h"
 #include "KESTparse/framework/SchemaBlock.h"
 
 namespace KESTparse {
@@ -21,12 +22,17 @@ class IRgeom1d : public SchemaBlock<IRgeom1d> {
 
   /// Place of the first cross section of that name in the order; -1 when there is none.
   [[nodiscard]] int crossSectionIndex(std::string_view name) const;
+  /// Where the cross sections of that name stand in the order.
+  [[nodiscard]] NameIndex::Places crossSections(std::string_view name) const;
   /// Reports to `source` a cross section that the order has not.
   void requireCrossSection(InputBlock& source, const std::string& name) const;
 
  protected:
   void createTags() override;
   void checkRulesAlways() override;
+
+ private:
+  NameIndex crossSections_;
 };
 
 }  // namespace KESTparse

@@ -3,6 +3,7 @@
 #include <string>
 #include <vector>
 
+#include "KESTparse/framework/Derived.h"
 #include "KESTparse/framework/SchemaBlock.h"
 
 namespace KESTparse {
@@ -40,6 +41,11 @@ class IRhydr1d : public SchemaBlock<IRhydr1d> {
   void createSubBlocks() override;
   void createTags() override;
   void checkRules() override;
+
+ private:
+  NameIndex boundaries_;
+  NameIndex innerBoundaries_;
+  NameIndex sources_;
 };
 
 }  // namespace KESTparse

@@ -2,6 +2,7 @@
 /// The values that hold for the whole process.
 #pragma once
 
+#include <cstdint>
 #include <map>
 #include <string>
 #include <string_view>
@@ -32,7 +33,9 @@ struct GlobalValues {
   bool resolveRelativePaths = true;  ///< relative names of series files are resolved
   bool reportToSinks = false;        ///< errors go to the logger's sinks and do not end the process
   int verbosity = 3;                 ///< highest level of messages that are shown
-  ReadFiles readFiles;               ///< meshes and result files that were read
+  /// Counts the changes of all trees: what was derived from one is of no worth behind a change.
+  std::uint64_t treeChanges = 1;
+  ReadFiles readFiles;  ///< meshes and result files that were read
 
   /// The one store.
   static GlobalValues& instance();

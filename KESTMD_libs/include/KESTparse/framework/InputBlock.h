@@ -7,6 +7,7 @@
 #include <memory>
 #include <string>
 #include <string_view>
+#include <unordered_map>
 #include <vector>
 
 namespace KESTparse {
@@ -28,11 +29,14 @@ struct BlockSchema {
   bool repeatable;                     ///< may appear more than once
   std::uint32_t position = 0;          ///< place among the sub-blocks of the parent
   std::vector<SubBlockRow> subBlocks;  ///< the logical sub-blocks, in order
-  std::vector<std::unique_ptr<InputTag>> tags;         ///< the prototypes, in order
-  std::vector<std::unique_ptr<TagFacts>> facts;        ///< what the prototypes tell
-  std::vector<std::unique_ptr<Condition>> conditions;  ///< what conditional tags depend on
-  std::vector<std::string_view> identifyingTags;       ///< tags that tell instances apart
-  bool frozen = false;  ///< set by the first instance: the schema can no longer be changed
+  std::vector<std::unique_ptr<InputTag>> tags;               ///< the prototypes, in order
+  std::vector<std::unique_ptr<TagFacts>> facts;              ///< what the prototypes tell
+  std::vector<std::unique_ptr<Condition>> conditions;        ///< what conditional tags depend on
+  std::vector<std::string_view> identifyingTags;             ///< tags that tell instances apart
+  std::unordered_map<std::string_view, int> blockPositions;  ///< sub-blocks by their names
+  std::unordered_map<std::string_view, int> tagPositions;    ///< prototypes by their names
+  bool declared = false;  ///< set once the class has added its sub-blocks and its tags
+  bool frozen = false;    ///< set by the first instance: the schema can no longer be changed
 
   BlockSchema(std::string_view keyword, InputBlock* parent, bool isMandatory, bool isRepeatable);
   ~BlockSchema();
@@ -116,6 +120,9 @@ class InputBlock {
 
   // Building the schema.
 
+  /// Builds the schema of this master, once: sub-blocks, tags, presets. Each sub-block builds its
+  /// own when it is first used, since a command file uses a few of them.
+  void declare();
   /// Adds a logical sub-block; an assertion on an instance.
   SubBlockAttributes addLogicalBlock(SubBlockRow row);
   /// Adds a prototype and what it tells; an assertion once there are instances.
@@ -174,8 +181,6 @@ class InputBlock {
   /// Whether the assertions of the bookkeeping show the names of unknown blocks.
   [[nodiscard]] virtual bool spellsOutUnknownNames() const;
 
-  /// Builds the schema of this master: sub-blocks, tags, presets.
-  void declare();
   /// Makes this copy of a master an instance in `actualParent`.
   void bindTo(InputBlock* actualParent) { actualParent_ = actualParent; }
   /// Takes `child` in without filing it.
@@ -200,6 +205,8 @@ class InputBlock {
   void removeAll();
   [[nodiscard]] std::size_t countBlocks(std::size_t position) const;
   [[nodiscard]] std::size_t countTags(std::size_t position) const;
+  /// The logical sub-block at a place of the schema, ready to be used.
+  [[nodiscard]] const InputBlock& declaredBlock(std::size_t position) const;
   /// The row of the schema for `child`; an assertion when there is none.
   [[nodiscard]] SubBlockRow& rowOf(const InputBlock& child) const;
 

@@ -10,6 +10,8 @@
 #include <utility>
 #include <vector>
 
+#include "KESTparse/framework/Derived.h"
+
 namespace KESTparse {
 
 class InputBlock;
@@ -49,22 +51,17 @@ std::vector<PlacePair> pairsSharingName(const std::vector<Block*>& blocks,
   return pairsWithSharedKey(keys);
 }
 
-/// The block of `blocks` called `name`; null when there is none. Throws a `std::string`, the text
-/// `notUnique` with the name in it, when there are several.
+/// The block of `blocks` called `name`, which `index` finds; null when there is none. Throws a
+/// `std::string`, the text `notUnique` with the name in it, when there are several.
 template <class Block>
-const Block* findUnique(const std::vector<Block*>& blocks, std::string_view name,
+const Block* findUnique(const NameIndex& index, const std::vector<Block*>& blocks,
+                        std::string_view name,
                         fmt::format_string<const std::string_view&> notUnique) {
-  const Block* found = nullptr;
-  for (const Block* block : blocks) {
-    if (block->name != name) {
-      continue;
-    }
-    if (found != nullptr) {
-      throw fmt::vformat(notUnique, fmt::make_format_args(name));
-    }
-    found = block;
+  const NameIndex::Places places = index.find(name, blocks, &Block::name);
+  if (places.count > 1) {
+    throw fmt::vformat(notUnique, fmt::make_format_args(name));
   }
-  return found;
+  return places.count == 0 ? nullptr : blocks[places.first];
 }
 
 /// Whether `word` is one of `words`.

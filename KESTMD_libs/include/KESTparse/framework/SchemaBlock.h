@@ -41,13 +41,6 @@ class SchemaBlock : public Base {
     return clone;
   }
 
-  /// Builds the master of a place in the tree.
-  static std::unique_ptr<InputBlock> makeMaster(std::string_view name, InputBlock* logicalParent) {
-    auto master = std::make_unique<Self>(name, logicalParent, false, false);
-    master->declare();
-    return master;
-  }
-
  protected:
   // The rows of `createTags`. Where no name is given, the tag is called as its member.
 
@@ -176,7 +169,7 @@ class SchemaBlock : public Base {
     using Slot = std::remove_reference_t<decltype(std::declval<Self&>().*Member)>;
     using Child = typename SlotOf<Slot>::Child;
     SubBlockRow row;
-    row.master = Child::makeMaster(name, this);
+    row.master = std::make_unique<Child>(name, this, false, false);
     row.file = &fileChild<Member, Child>;
     row.unfile = &unfileChild<Member, Child>;
     return this->addLogicalBlock(std::move(row));

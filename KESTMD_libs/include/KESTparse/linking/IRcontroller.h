@@ -3,6 +3,7 @@
 #include <string>
 #include <vector>
 
+#include "KESTparse/framework/Derived.h"
 #include "KESTparse/framework/SchemaBlock.h"
 
 namespace KESTparse {
@@ -27,11 +28,19 @@ class IRcontroller : public SchemaBlock<IRcontroller> {
 
   /// The name of a monitored variable. An index beyond them is an assertion.
   [[nodiscard]] const std::string& monitoredName(std::size_t idx) const;
+  /// The first monitored variable of that name; null when there is none.
+  [[nodiscard]] const IRctrlmonitoredvar* findMonitored(std::string_view variable) const;
+  /// Whether there is a manipulated variable of that name.
+  [[nodiscard]] bool hasManipulated(std::string_view variable) const;
 
  protected:
   void createSubBlocks() override;
   void createTags() override;
   void checkRules() override;
+
+ private:
+  NameIndex monitoredNames_;
+  NameIndex manipulatedNames_;
 };
 
 }  // namespace KESTparse

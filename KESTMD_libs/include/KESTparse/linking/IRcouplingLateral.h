@@ -4,6 +4,7 @@
 #include <string_view>
 #include <vector>
 
+#include "KESTparse/framework/Derived.h"
 #include "KESTparse/framework/SchemaBlock.h"
 
 namespace KESTparse {
@@ -52,6 +53,8 @@ class IRcouplingLateral : public SchemaBlock<IRcouplingLateral> {
   /// before a fault stays.
   std::string readConnections();
   std::string readConnections(std::string_view text, const IRgeom1d* geometry);
+
+  Derived<std::string> fault_;  ///< what is wrong with the connections
 };
 
 }  // namespace KESTparse

@@ -3,6 +3,7 @@
 #include <string>
 #include <vector>
 
+#include "KESTparse/framework/Derived.h"
 #include "KESTparse/framework/SchemaBlock.h"
 
 namespace KESTparse {
@@ -37,6 +38,9 @@ class IRgeom2d : public SchemaBlock<IRgeom2d> {
   void createSubBlocks() override;
   void createTags() override;
   void checkRules() override;
+
+ private:
+  NameIndex strings_;
 };
 
 }  // namespace KESTparse

@@ -3,6 +3,7 @@
 #include <string_view>
 #include <vector>
 
+#include "KESTparse/framework/Derived.h"
 #include "KESTparse/framework/SchemaBlock.h"
 
 namespace KESTparse {
@@ -40,11 +41,19 @@ class IRhydr2d : public SchemaBlock<IRhydr2d> {
   /// The external source of that name; null when there is none. Throws a `std::string` when the
   /// name is not unique.
   [[nodiscard]] const IRextsrc2d* findExternalSource(std::string_view name) const;
+  /// Whether there is a hydrograph with a dynamic slope.
+  [[nodiscard]] bool hasDynamicInflow() const;
 
  protected:
   void createSubBlocks() override;
   void createTags() override;
   void checkRules() override;
+
+ private:
+  NameIndex boundaries_;
+  NameIndex innerBoundaries_;
+  NameIndex sources_;
+  Derived<bool> hasDynamicInflow_;
 };
 
 }  // namespace KESTparse

@@ -1,11 +1,11 @@
 #pragma once
 
 #include <map>
-#include <optional>
 #include <set>
 #include <string>
 #include <vector>
 
+#include "KESTparse/framework/Derived.h"
 #include "KESTparse/framework/SchemaBlock.h"
 
 namespace KESTparse {
@@ -39,13 +39,11 @@ class IRdomain : public SchemaBlock<IRdomain> {
   void getLongDescription(std::ostream& out) const override;
   void getExample(std::ostream& out) const override;
   void populate() override;
-  unsigned validate() override;
 
-  /// Whether a controller moves what is called `location` in the 1D region `region`. The answer is
-  /// that of the tree as the last validation of the domain found it.
+  /// Whether a controller moves what is called `location` in the 1D region `region`.
   [[nodiscard]] bool isControlled(std::string_view region, std::string_view location) const;
   /// The places {region}.{location} that one more controller moves, in the order of the controllers
-  /// and their variables; of the same tree.
+  /// and their variables.
   [[nodiscard]] const std::vector<std::string>& placesControlledAgain() const;
   /// The first 1D region of that name; null when there is none.
   [[nodiscard]] const IRcalc1d* findChain(std::string_view region_name) const;
@@ -67,8 +65,9 @@ class IRdomain : public SchemaBlock<IRdomain> {
 
   [[nodiscard]] const ControlledPlaces& controlledPlaces() const;
 
-  /// Collected when it is first asked for: a domain may hold many sources and many controllers.
-  mutable std::optional<ControlledPlaces> controlledPlaces_;
+  Derived<ControlledPlaces> controlledPlaces_;
+  NameIndex chains_;
+  NameIndex planes_;
 };
 
 }  // namespace KESTparse

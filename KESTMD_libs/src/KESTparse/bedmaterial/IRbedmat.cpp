@@ -36,6 +36,10 @@ void IRbedmat::checkSettlingVelocities(InputBlock& parameter, const std::string&
   }
 }
 
+bool IRbedmat::hasMixture(std::string_view name) const {
+  return mixtures_.find(name, mixtr_ptrV, &IRmixtr::name).count > 0;
+}
+
 void IRbedmat::checkMixtures(PairOrder order) {
   if (numGrainClasses() == 1 && mixtr_ptrV.size() > 1) {
     addError(fmt::format(

@@ -1,7 +1,5 @@
 #include "KESTparse/bedmaterial/IRsublayer.h"
 
-#include <algorithm>
-
 #include "KESTparse/bedmaterial/IRbedmat.h"
 #include "KESTparse/bedmaterial/IRmixtr.h"
 #include "KESTparse/bedmaterial/IRsoildef.h"
@@ -54,8 +52,7 @@ void IRsublayer::checkRules() {
   } else if (isUnset) {
     error(
         "In LAYER block, active_layer_mixture has not been set. Assign one of the mixtures names defined in MIXTURE block to this LAYER definition");
-  } else if (std::none_of(mixtures.begin(), mixtures.end(),
-                          [this](const IRmixtr* known) { return known->name == mixture; })) {
+  } else if (!material->hasMixture(mixture)) {
     error(
         "In LAYER block, active_layer_mixture could not be recognized. Make sure, the active_layer_mixture uses a name which has been defined in one of the MIXTURE blocks");
   }

@@ -28,8 +28,14 @@ void IRgeom1d::createTags() {
 }
 
 int IRgeom1d::crossSectionIndex(std::string_view name) const {
-  const auto it = std::find(cross_section_order.begin(), cross_section_order.end(), name);
-  return it == cross_section_order.end() ? -1 : static_cast<int>(it - cross_section_order.begin());
+  const NameIndex::Places places = crossSections(name);
+  return places.count == 0 ? -1 : static_cast<int>(places.first);
+}
+
+NameIndex::Places IRgeom1d::crossSections(std::string_view name) const {
+  return crossSections_.find(
+      name, cross_section_order.size(),
+      [this](std::size_t i) -> std::string_view { return cross_section_order[i]; });
 }
 
 void IRgeom1d::requireCrossSection(InputBlock& source, const std::string& name) const {

@@ -29,20 +29,20 @@ void IRhydr1d::createSubBlocks() {
 void IRhydr1d::createTags() {}
 
 const IRbndr1d* IRhydr1d::findBoundary(const std::string& name) const {
-  return findUnique(bndr_ptrV, name, "The boundary named {} is not unique!");
+  return findUnique(boundaries_, bndr_ptrV, name, "The boundary named {} is not unique!");
 }
 
 const IRinnerboundary1d* IRhydr1d::findInnerBoundary(const std::string& name) const {
   // Without a tag for the name they all bear the empty one, by which none is meant.
-  return name.empty()
-             ? nullptr
-             : findUnique(innerbndr_ptrV, name, "The inner boundary named {} is not unique!");
+  return name.empty() ? nullptr
+                      : findUnique(innerBoundaries_, innerbndr_ptrV, name,
+                                   "The inner boundary named {} is not unique!");
 }
 
 const IRextsrc1d* IRhydr1d::findExternalSource(const std::string& name) const {
-  return src_ptr == nullptr
-             ? nullptr
-             : findUnique(src_ptr->extsrc_ptrV, name, "The source named {} is not unique!");
+  return src_ptr == nullptr ? nullptr
+                            : findUnique(sources_, src_ptr->extsrc_ptrV, name,
+                                         "The source named {} is not unique!");
 }
 
 void IRhydr1d::checkRules() {

@@ -162,20 +162,16 @@ void IRinnerboundary1d::checkRules() {
     return;
   }
   // Of a name that stands twice in the order the last place counts.
-  const std::vector<std::string>& order = region->geom_ptr->cross_section_order;
-  const auto placeOf = [&order](const std::string& crossSection) {
-    return std::find(order.rbegin(), order.rend(), crossSection);
-  };
-  const auto place1 = placeOf(cross_section_name_1);
-  const auto place2 = placeOf(cross_section_name_2);
-  const auto requireFound = [this, &order](auto place, const std::string& crossSection) {
-    if (place == order.rend()) {
+  const auto require = [this, region](const std::string& crossSection) {
+    const NameIndex::Places places = region->geom_ptr->crossSections(crossSection);
+    if (places.count == 0) {
       reportUnknownSide(*this, crossSection);
     }
+    return places;
   };
-  requireFound(place1, cross_section_name_1);
-  requireFound(place2, cross_section_name_2);
-  if (place1 != order.rend() && place1 == place2) {
+  const NameIndex::Places side1 = require(cross_section_name_1);
+  const NameIndex::Places side2 = require(cross_section_name_2);
+  if (side1.count > 0 && side2.count > 0 && side1.last == side2.last) {
     error("The two cross sections for an inner boundary of type '{}' have to adjacent and are not!",
           type);
   }

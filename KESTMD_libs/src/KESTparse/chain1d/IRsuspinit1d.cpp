@@ -1,8 +1,5 @@
 #include "KESTparse/chain1d/IRsuspinit1d.h"
 
-#include <algorithm>
-
-#include "KESTparse/bedmaterial/IRmixtr.h"
 #include "KESTparse/chain1d/IRbedmat1d.h"
 #include "KESTparse/chain1d/IRmorph1d.h"
 
@@ -47,9 +44,7 @@ void IRsuspinit1d::checkRules() {
   if (morphology == nullptr || morphology->bedmat_ptr == nullptr) {
     return;
   }
-  const std::vector<IRmixtr*>& mixtures = morphology->bedmat_ptr->mixtr_ptrV;
-  if (std::none_of(mixtures.begin(), mixtures.end(),
-                   [this](const IRmixtr* defined) { return defined->name == mixture; })) {
+  if (!morphology->bedmat_ptr->hasMixture(mixture)) {
     error(
         "The mixture '{}' is not defined in the BEDMATERIAL block. Please define this mixture or choose a mixture that already exists!",
         mixture);

@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "KESTparse/framework/Assert.h"
+#include "KESTparse/framework/GlobalValues.h"
 #include "KESTparse/framework/InputParseError.h"
 #include "KESTparse/framework/InputTagConditions.h"
 #include "KESTparse/framework/InputTagVisitor.h"
@@ -68,7 +69,7 @@ std::size_t InputBlock::getLogicalNumTags() const {
 
 const InputBlock& InputBlock::getLogicalBlock(std::size_t index) const {
   ASSERT(index < schema_->subBlocks.size(), "index < this->blocks_.size()");
-  return *schema_->subBlocks[index].master;
+  return declaredBlock(index);
 }
 
 const InputTag& InputBlock::getLogicalTag(std::size_t index) const {
@@ -77,17 +78,13 @@ const InputTag& InputBlock::getLogicalTag(std::size_t index) const {
 }
 
 int InputBlock::getLogicalTagPosition(std::string_view name) const {
-  const auto& tags = schema_->tags;
-  const auto it = std::find_if(tags.begin(), tags.end(),
-                               [name](const auto& tag) { return tag->getName() == name; });
-  return it == tags.end() ? -1 : static_cast<int>(it - tags.begin());
+  const auto it = schema_->tagPositions.find(name);
+  return it == schema_->tagPositions.end() ? -1 : it->second;
 }
 
 int InputBlock::getLogicalBlockPosition(std::string_view name) const {
-  const auto& rows = schema_->subBlocks;
-  const auto it = std::find_if(rows.begin(), rows.end(),
-                               [name](const auto& row) { return row.master->getName() == name; });
-  return it == rows.end() ? -1 : static_cast<int>(it - rows.begin());
+  const auto it = schema_->blockPositions.find(name);
+  return it == schema_->blockPositions.end() ? -1 : it->second;
 }
 
 InputBlock& InputBlock::getBlock(std::size_t index) {
@@ -213,7 +210,7 @@ InputBlock& InputBlock::getBlock(std::string_view name,
             (names.empty() ? " There is no subblock" : " Valid blocks are " + names));
   }
   const auto index = static_cast<std::size_t>(position);
-  const InputBlock& master = *schema_->subBlocks[index].master;
+  const InputBlock& master = declaredBlock(index);
   if (!master.isRepeatable() && countBlocks(index) > 0) {
     throw InputParseError(
         ParseErrorKind::secondBlock,
@@ -266,6 +263,7 @@ InputBlock& InputBlock::addBlock(std::unique_ptr<InputBlock> child) {
 }
 
 InputBlock& InputBlock::takeBlock(std::unique_ptr<InputBlock> child) {
+  ++GlobalValues::instance().treeChanges;
   child->actualParent_ = this;
   availableBlocks_.push_back(std::move(child));
   return *availableBlocks_.back();
@@ -305,6 +303,7 @@ void InputBlock::removeAll() {
 }
 
 void InputBlock::removeBlock(InputBlock& child) {
+  ++GlobalValues::instance().treeChanges;
   const SubBlockRow& row = rowOf(child);
   const bool wasFiled = row.unfile(*this, child);
   ASSERT(wasFiled, "Error while trying to delete a subblock name '"
@@ -323,6 +322,7 @@ void InputBlock::removeTag(InputTag& tag) {
                                             << getName() << "' for tag '" << tag.getName()
                                             << "' as " << tag.getIndex() << " >= " << getNumTags());
   ASSERT(tag.getActualParent() == this, "tag->getActualParent() == this");
+  ++GlobalValues::instance().treeChanges;
   tag.assignPreset();
   availableTags_.erase(availableTags_.begin() + static_cast<std::ptrdiff_t>(tag.getIndex()));
   countTags();
@@ -431,6 +431,10 @@ bool InputBlock::spellsOutUnknownNames() const {
 }
 
 void InputBlock::declare() {
+  if (schema_->declared) {
+    return;
+  }
+  schema_->declared = true;
   createSubBlocks();
   createTags();
   for (const auto& tag : schema_->tags) {
@@ -440,11 +444,18 @@ void InputBlock::declare() {
   initialise();
 }
 
+const InputBlock& InputBlock::declaredBlock(std::size_t position) const {
+  InputBlock& master = *schema_->subBlocks[position].master;
+  master.declare();
+  return master;
+}
+
 SubBlockAttributes InputBlock::addLogicalBlock(SubBlockRow row) {
   ASSERT(row.master != nullptr, "child != nullptr");
   ASSERT(logicalMaster_ == nullptr, "LOGICAL stuff must be applied to the master");
   BlockSchema& schema = *row.master->schema_;
   schema.position = static_cast<std::uint32_t>(schema_->subBlocks.size());
+  schema_->blockPositions.try_emplace(schema.name, static_cast<int>(schema.position));
   schema_->subBlocks.push_back(std::move(row));
   return SubBlockAttributes(schema);
 }
@@ -454,6 +465,7 @@ InputTag& InputBlock::addLogicalTag(std::unique_ptr<TagFacts> facts,
   ASSERT(!schema_->frozen && availableBlocks_.empty() && availableTags_.empty(),
          "LOGICAL stuff might not be changed after the tree is beeing populated");
   facts->position = static_cast<std::uint32_t>(schema_->tags.size());
+  schema_->tagPositions.try_emplace(facts->name, static_cast<int>(facts->position));
   schema_->facts.push_back(std::move(facts));
   schema_->tags.push_back(std::move(tag));
   return *schema_->tags.back();
@@ -462,7 +474,7 @@ InputTag& InputBlock::addLogicalTag(std::unique_ptr<TagFacts> facts,
 void InputBlock::ensureBlock(std::string_view name) {
   if (getNumBlocksNamed(name) == 0) {
     const int position = getLogicalBlockPosition(name);
-    addBlock(schema_->subBlocks[static_cast<std::size_t>(position)].master->logicalClone(this));
+    addBlock(declaredBlock(static_cast<std::size_t>(position)).logicalClone(this));
   }
 }
 

@@ -2,6 +2,7 @@
 
 #include "KESTparse/framework/Assert.h"
 #include "KESTparse/framework/Conversions.h"
+#include "KESTparse/framework/GlobalValues.h"
 #include "KESTparse/framework/InputParseError.h"
 #include "KESTparse/framework/InputTagConditions.h"
 #include "KESTparse/framework/InputTagVisitor.h"
@@ -89,6 +90,7 @@ std::string InputTag::getUnit() const {
 }
 
 void InputTag::setRawValue(std::string_view text) {
+  ++GlobalValues::instance().treeChanges;
   rawValue_ = trim(text);
   passed_ = false;
   if (!validate()) {

@@ -41,6 +41,15 @@ const std::string& IRcontroller::monitoredName(std::size_t idx) const {
   return monitored[idx]->name;
 }
 
+const IRctrlmonitoredvar* IRcontroller::findMonitored(std::string_view variable) const {
+  const auto places = monitoredNames_.find(variable, monitored, &IRctrlmonitoredvar::name);
+  return places.count == 0 ? nullptr : monitored[places.first];
+}
+
+bool IRcontroller::hasManipulated(std::string_view variable) const {
+  return manipulatedNames_.find(variable, manipulated, &IRctrlmanipulatedvar::name).count > 0;
+}
+
 void IRcontroller::checkRules() {
   const auto* const domain_ptr_ = ancestor<IRdomain>();
   ASSERT(domain_ptr_ != nullptr, "");

@@ -1,7 +1,6 @@
 #include "KESTparse/linking/IRcouplingLateral.h"
 
 #include <algorithm>
-#include <unordered_map>
 
 #include "KESTparse/chain1d/IRcalc1d.h"
 #include "KESTparse/chain1d/IRgeom1d.h"
@@ -114,7 +113,7 @@ void IRcouplingLateral::checkRules() {
         "A file must be given, which defines the lateral connections (you may use the automatic generation of coupling connections, to ease this process!).");
     return;
   }
-  const std::string fault = readConnections();
+  const std::string& fault = fault_.get([this] { return readConnections(); });
   if (!fault.empty()) {
     error(
         "There was an error while reading the lateral connections file '{}':\n\nError:\t\tfound in the COUPLING block.{}\n",
@@ -149,14 +148,6 @@ std::string IRcouplingLateral::readConnections() {
 }
 
 std::string IRcouplingLateral::readConnections(std::string_view text, const IRgeom1d* geometry) {
-  std::unordered_map<std::string_view, int> indices;
-  if (geometry != nullptr) {
-    int place = 0;
-    for (const std::string& section : geometry->cross_section_order) {
-      // A section that stands twice in the order is found at its first place.
-      indices.emplace(section, place++);
-    }
-  }
   Tokens tokens(text);
   for (std::string_view name = tokens.next(); !name.empty() && name != "end" && name != "end/";
        name = tokens.next()) {
@@ -165,9 +156,9 @@ std::string IRcouplingLateral::readConnections(std::string_view text, const IRge
       continue;
     }
     // An unknown cross section points to the first one.
-    const auto known = indices.find(name);
+    const int known = geometry == nullptr ? -1 : geometry->crossSectionIndex(name);
     connections.crossSectionNames.emplace_back(name);
-    connections.crossSectionIndices.push_back(known == indices.end() ? 0 : known->second);
+    connections.crossSectionIndices.push_back(std::max(known, 0));
     const std::string_view dyke = tokens.next();
     if (dyke.empty()) {
       return "\nError:\t\tThe definition of the dyke location (1/0) could not be found.";

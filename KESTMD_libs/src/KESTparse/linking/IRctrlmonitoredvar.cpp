@@ -1,12 +1,8 @@
 #include "KESTparse/linking/IRctrlmonitoredvar.h"
 
-#include <algorithm>
-#include <set>
-
 #include "KESTparse/chain1d/IRcalc1d.h"
 #include "KESTparse/chain1d/IRgeom1d.h"
 #include "KESTparse/linking/IRcontroller.h"
-#include "KESTparse/linking/IRctrlmanipulatedvar.h"
 #include "KESTparse/plane2d/IRgeom2d.h"
 #include "KESTparse/plane2d/IRkestplane.h"
 #include "KESTparse/root/IRdomain.h"
@@ -72,14 +68,10 @@ void IRctrlmonitoredvar::checkRules() {
   if (hasTag("root_value_series_file")) {
     checkSeries();
   }
-  std::set<std::string_view> names;
-  for (const IRctrlmanipulatedvar* variable : controller->manipulated) {
-    names.insert(variable->name);
-  }
   std::size_t i = 0;
   for (const auto& [variable, values] : coefficients) {
     ++i;
-    if (!names.contains(variable)) {
+    if (!controller->hasManipulated(variable)) {
       error("The mapped coefficients nr. {} point to an non-existing manipulated variable '{}'", i,
             variable);
     }
@@ -87,15 +79,11 @@ void IRctrlmonitoredvar::checkRules() {
 }
 
 void IRctrlmonitoredvar::checkDischargeName(const IRcontroller& controller) {
-  const auto& variables = controller.monitored;
-  const auto it =
-      std::find_if(variables.begin(), variables.end(), [this](const IRctrlmonitoredvar* variable) {
-        return variable->name == root_value_qseries_varname;
-      });
-  if (it == variables.end()) {
+  const IRctrlmonitoredvar* const discharge = controller.findMonitored(root_value_qseries_varname);
+  if (discharge == nullptr) {
     error("root_value uses 'discharge_series', but no monitored value named '{}' exists.",
           root_value_qseries_varname);
-  } else if ((*it)->type != MonitorVarType::Q) {
+  } else if (discharge->type != MonitorVarType::Q) {
     warning(
         "root_value uses 'discharge_series', but monitored value named '{}' does not monitor Q.",
         root_value_qseries_varname);

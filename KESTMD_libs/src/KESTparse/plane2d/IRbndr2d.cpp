@@ -1,7 +1,5 @@
 #include "KESTparse/plane2d/IRbndr2d.h"
 
-#include <algorithm>
-
 #include "KESTparse/framework/Rules.h"
 #include "KESTparse/plane2d/IRgeom2d.h"
 #include "KESTparse/plane2d/IRhydr2d.h"
@@ -148,23 +146,15 @@ void IRbndr2d::checkHqrelation(const IRhydr2d& hydraulics) {
     error(
         "Either a 'slope' or a 'file' must be defined for the hqrelation boundary condition. Please complete the input data for the hqrelation!");
   }
-  const auto& boundaries = hydraulics.bndr_ptrV;
-  if (dynamic_slope &&
-      std::none_of(boundaries.begin(), boundaries.end(), [](const IRbndr2d* boundary) {
-        return boundary->type == "hydrograph" && boundary->dynamic_slope;
-      })) {
+  if (dynamic_slope && !hydraulics.hasDynamicInflow()) {
     error(
         "Dynamic slope for downstream 'hqrrelation' can be used only in combination with dynamic slope for upstream 'hydrograph' boundary. Please adapt the input accordingly!");
   }
 }
 
 void IRbndr2d::checkWeir() {
-  const auto* const domainptr = ancestor<IRdomain>();
-  ASSERT(domainptr != nullptr, "this->parent_->parent_->getParent() != nullptr");
+  ASSERT(ancestor<IRdomain>() != nullptr, "this->parent_->parent_->getParent() != nullptr");
   // A controller may move the weir; whether one does makes no difference here.
-  for (const IRcontroller* const controller : domainptr->ctrl_ptrV) {
-    ASSERT(controller != nullptr, "domainptr->ctrl_ptrV[cc] != nullptr");
-  }
   if (hasNoFile()) {
     error("A 'file' must be defined for the weir boundary condition. ");
   }

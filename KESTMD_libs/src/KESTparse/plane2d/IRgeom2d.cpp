@@ -33,10 +33,8 @@ void IRgeom2d::getLongDescription(std::ostream& out) const {
 }
 
 const IRstringdef2d* IRgeom2d::findString(std::string_view name) const {
-  const auto it =
-      std::find_if(stringdef_ptrV.rbegin(), stringdef_ptrV.rend(),
-                   [name](const IRstringdef2d* string) { return string->name == name; });
-  return it == stringdef_ptrV.rend() ? nullptr : *it;
+  const NameIndex::Places places = strings_.find(name, stringdef_ptrV, &IRstringdef2d::name);
+  return places.count == 0 ? nullptr : stringdef_ptrV[places.last];
 }
 
 void IRgeom2d::checkRules() {

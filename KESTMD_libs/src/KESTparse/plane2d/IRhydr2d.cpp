@@ -31,30 +31,34 @@ void IRhydr2d::createSubBlocks() {
 void IRhydr2d::createTags() {}
 
 const IRbndr2d* IRhydr2d::findBoundary(std::string_view string_name) const {
-  const auto it = std::find_if(
-      bndr_ptrV.begin(), bndr_ptrV.end(),
-      [string_name](const IRbndr2d* boundary) { return boundary->string_name == string_name; });
-  if (it == bndr_ptrV.end()) {
+  const auto places = boundaries_.find(string_name, bndr_ptrV, &IRbndr2d::string_name);
+  if (places.count == 0) {
     throw fmt::format("boundary {} does not exist.", string_name);
   }
-  return *it;
+  return bndr_ptrV[places.first];
 }
 
 const IRinnerboundary2d* IRhydr2d::findInnerBoundary(std::string_view string_name1) const {
-  const auto it = std::find_if(innerbndr_ptrV.begin(), innerbndr_ptrV.end(),
-                               [string_name1](const IRinnerboundary2d* boundary) {
-                                 return boundary->string_name1 == string_name1;
-                               });
-  if (it == innerbndr_ptrV.end()) {
+  const auto places =
+      innerBoundaries_.find(string_name1, innerbndr_ptrV, &IRinnerboundary2d::string_name1);
+  if (places.count == 0) {
     throw fmt::format("inner boundary {} does not exist.", string_name1);
   }
-  return *it;
+  return innerbndr_ptrV[places.first];
 }
 
 const IRextsrc2d* IRhydr2d::findExternalSource(std::string_view name) const {
-  return src_ptr == nullptr
-             ? nullptr
-             : findUnique(src_ptr->extsrc_ptrV, name, "The source named {} is not unique!");
+  return src_ptr == nullptr ? nullptr
+                            : findUnique(sources_, src_ptr->extsrc_ptrV, name,
+                                         "The source named {} is not unique!");
+}
+
+bool IRhydr2d::hasDynamicInflow() const {
+  return hasDynamicInflow_.get([this] {
+    return std::any_of(bndr_ptrV.begin(), bndr_ptrV.end(), [](const IRbndr2d* boundary) {
+      return boundary->type == "hydrograph" && boundary->dynamic_slope;
+    });
+  });
 }
 
 void IRhydr2d::checkRules() {

@@ -48,11 +48,6 @@ void IRdomain::populate() {
   InputBlock::populate();
 }
 
-unsigned IRdomain::validate() {
-  controlledPlaces_.reset();
-  return InputBlock::validate();
-}
-
 bool IRdomain::isControlled(std::string_view region, std::string_view location) const {
   const auto& byRegion = controlledPlaces().byRegion;
   const auto places = byRegion.find(region);
@@ -64,34 +59,29 @@ const std::vector<std::string>& IRdomain::placesControlledAgain() const {
 }
 
 const IRdomain::ControlledPlaces& IRdomain::controlledPlaces() const {
-  if (controlledPlaces_.has_value()) {
-    return *controlledPlaces_;
-  }
-  controlledPlaces_.emplace();
-  for (const IRcontroller* controller : ctrl_ptrV) {
-    for (const IRctrlmanipulatedvar* variable : controller->manipulated) {
-      const std::string& region = variable->position_region;
-      const std::string& location = variable->position_identifier;
-      if (!controlledPlaces_->byRegion[region].insert(location).second) {
-        controlledPlaces_->again.push_back(fmt::format("{}.{}", region, location));
+  return controlledPlaces_.get([this] {
+    ControlledPlaces places;
+    for (const IRcontroller* controller : ctrl_ptrV) {
+      for (const IRctrlmanipulatedvar* variable : controller->manipulated) {
+        const std::string& region = variable->position_region;
+        const std::string& location = variable->position_identifier;
+        if (!places.byRegion[region].insert(location).second) {
+          places.again.push_back(fmt::format("{}.{}", region, location));
+        }
       }
     }
-  }
-  return *controlledPlaces_;
+    return places;
+  });
 }
 
 const IRcalc1d* IRdomain::findChain(std::string_view region_name) const {
-  const auto it = std::find_if(
-      cr1d_ptrV.begin(), cr1d_ptrV.end(),
-      [region_name](const IRcalc1d* region) { return region->region_name == region_name; });
-  return it == cr1d_ptrV.end() ? nullptr : *it;
+  const auto places = chains_.find(region_name, cr1d_ptrV, &IRcalc1d::region_name);
+  return places.count == 0 ? nullptr : cr1d_ptrV[places.first];
 }
 
 const IRkestplane* IRdomain::findPlane(std::string_view region_name) const {
-  const auto it = std::find_if(
-      kestplane_ptrV.begin(), kestplane_ptrV.end(),
-      [region_name](const IRkestplane* region) { return region->region_name == region_name; });
-  return it == kestplane_ptrV.end() ? nullptr : *it;
+  const auto places = planes_.find(region_name, kestplane_ptrV, &IRkestplane::region_name);
+  return places.count == 0 ? nullptr : kestplane_ptrV[places.first];
 }
 
 void IRdomain::checkRules() {
