@@ -1,6 +1,7 @@
 #include "JsonEmission.h"
 
 #include <nlohmann/json.hpp>
+#include <type_traits>
 #include <utility>
 
 #include "KESTparse/framework/InputBlock.h"
@@ -85,8 +86,12 @@ TreeCallbacks jsonCallbacks() {
           }};
 }
 
-void walkTree(const InputBlock& root, std::vector<std::string>& path, json& target,
-              const TreeCallbacks& callbacks) {
+namespace {
+
+/// Walks the tree below `root`; an `InputBlock` that may be changed loses each block behind it.
+template <class Block>
+void walk(Block& root, std::vector<std::string>& path, json& target,
+          const TreeCallbacks& callbacks) {
   callbacks.block(root, path, &target);
   for (std::size_t i = 0; i < root.getNumTags(); ++i) {
     const InputTag& tag = root.getTag(i);
@@ -95,11 +100,28 @@ void walkTree(const InputBlock& root, std::vector<std::string>& path, json& targ
     path.pop_back();
   }
   for (std::size_t i = 0; i < root.getNumBlocks(); ++i) {
-    const InputBlock& block = root.getBlock(i);
+    Block& block = root.getBlock(i);
     path.emplace_back(block.getName());
-    walkTree(block, path, placeFor(target, path.back(), block.isRepeatable()), callbacks);
+    walk(block, path, placeFor(target, path.back(), block.isRepeatable()), callbacks);
     path.pop_back();
+    if constexpr (!std::is_const_v<Block>) {
+      root.dropBlock(i);
+    }
   }
+}
+
+}  // namespace
+
+void walkTree(const InputBlock& root, std::vector<std::string>& path, json& target,
+              const TreeCallbacks& callbacks) {
+  walk(root, path, target, callbacks);
+}
+
+json takeApart(InputBlock& root) {
+  json walked = json::object();
+  std::vector<std::string> path;
+  walk(root, path, walked, jsonCallbacks());
+  return walked;
 }
 
 json buildDocument(json walked) {

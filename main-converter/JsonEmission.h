@@ -30,6 +30,11 @@ TreeCallbacks jsonCallbacks();
 void walkTree(const InputBlock& root, std::vector<std::string>& path, nlohmann::json& target,
               const TreeCallbacks& callbacks);
 
+/// Walks `root` as `walkTree` does with the callbacks above, and gives each block's memory back
+/// once it has been walked: a large setup need not stand in memory beside its document. Nothing but
+/// its destruction may follow for `root`.
+nlohmann::json takeApart(InputBlock& root);
+
 /// The document of a walked tree: its domain without the block `PARALLEL`, and the title of the
 /// project.
 nlohmann::json buildDocument(nlohmann::json walked);

@@ -57,13 +57,8 @@ int main(int argc, char** argv) {
   KESTparse::GlobalValues::instance().basePath = "./";
   std::unique_ptr<KESTparse::KestrixInputRoot> root = readSetup(input.getValue());
 
-  nlohmann::json walked = nlohmann::json::object();
-  std::vector<std::string> path;
-  KESTparse::walkTree(*root, path, walked, KESTparse::jsonCallbacks());
-  // A large setup need not stay in memory beside its document.
-  root.reset();
-  const std::string document = KESTparse::buildDocument(std::move(walked))
-                                   .dump(2, ' ', false, nlohmann::json::error_handler_t::strict);
+  const nlohmann::json setup = KESTparse::buildDocument(KESTparse::takeApart(*root));
+  const std::string document = setup.dump(2, ' ', false, nlohmann::json::error_handler_t::strict);
 
   std::ofstream file(output.getValue());
   if (file) {
@@ -71,5 +66,6 @@ int main(int argc, char** argv) {
   } else {
     write(document, std::cout, "standard output");
   }
-  return EXIT_SUCCESS;
+  // The memory goes back with the process: to destroy a large setup takes as long as to print it.
+  std::exit(EXIT_SUCCESS);
 }

@@ -145,6 +145,9 @@ class InputBlock {
   virtual InputTag& addTag(std::unique_ptr<InputTag> tag);
   /// Destroys a sub-block and all that stands in it. An assertion when it is none of this block's.
   virtual void removeBlock(InputBlock& child);
+  /// Gives back the memory of a sub-block and of all that stands in it, and leaves its place empty.
+  /// Only for a tree of which nothing else is asked any more.
+  void dropBlock(std::size_t index) { availableBlocks_[index].reset(); }
   /// Destroys a tag; its variable holds the preset again. An assertion when it is none of this
   /// block's.
   void removeTag(InputTag& tag);
@@ -200,6 +203,11 @@ class InputBlock {
 
   Messages& messages();
   unsigned validateTree();
+  /// Checks the tags and reports those that are missing. What tags say depends on their own values
+  /// and on their siblings', so that they are asked again only when a tree was changed.
+  void validateTags();
+  /// Whether no tag has an error or a warning, as far as that is known without asking them.
+  [[nodiscard]] bool tagsAreSilent() const;
   void takeTag(std::unique_ptr<InputTag> tag);
   void countTags();
   void removeAll();
@@ -224,6 +232,10 @@ class InputBlock {
   std::unique_ptr<Messages> messages_;
   std::shared_ptr<const std::string> fileName_;
   unsigned line_ = 0;
+  unsigned tagErrors_ = 0;  ///< tags whose values are refused
+  std::uint64_t tagsCheckedAt_ = 0;
+  bool tagsHaveMessages_ = false;
+  bool lacksTags_ = false;
 };
 
 /// The attributes of a sub-block, as its parent declares them.

@@ -275,6 +275,7 @@ InputTag& InputBlock::addTag(std::unique_ptr<InputTag> tag) {
 }
 
 void InputBlock::takeTag(std::unique_ptr<InputTag> tag) {
+  ++GlobalValues::instance().treeChanges;
   firstTag_.resize(schema_->tags.size());
   tag->setIndex(static_cast<std::uint32_t>(availableTags_.size()));
   std::uint32_t& first = firstTag_[tag->getPosition()];
@@ -341,17 +342,39 @@ void InputBlock::populate() {
   }
 }
 
-unsigned InputBlock::validateTree() {
-  messages_.reset();
-  unsigned errors = 0;
-  for (const auto& tag : availableTags_) {
-    errors += tag->validate() ? 0 : 1;
+void InputBlock::validateTags() {
+  const std::uint64_t changes = GlobalValues::instance().treeChanges;
+  const bool isUnchanged = tagsCheckedAt_ == changes;
+  if (!isUnchanged) {
+    tagErrors_ = 0;
+    tagsHaveMessages_ = false;
+    for (const auto& tag : availableTags_) {
+      tagErrors_ += tag->validate() ? 0 : 1;
+      tagsHaveMessages_ =
+          tagsHaveMessages_ || !tag->getErrors().empty() || !tag->getWarnings().empty();
+    }
+    tagsCheckedAt_ = changes;
   }
+  if (isUnchanged && !lacksTags_) {
+    return;
+  }
+  lacksTags_ = false;
   for (const auto& prototype : schema_->tags) {
     if (findTag(prototype->getPosition()) == nullptr && prototype->isMandatory(this)) {
       addError("Tag " + quoted(prototype->getName()) + " is mandatory but missing.");
+      lacksTags_ = true;
     }
   }
+}
+
+bool InputBlock::tagsAreSilent() const {
+  return !tagsHaveMessages_ && tagsCheckedAt_ == GlobalValues::instance().treeChanges;
+}
+
+unsigned InputBlock::validateTree() {
+  messages_.reset();
+  validateTags();
+  unsigned errors = tagErrors_;
   for (const auto& block : availableBlocks_) {
     errors += block->validate();
   }
@@ -382,8 +405,10 @@ std::size_t InputBlock::getNumWarnings() const {
   for (const auto& block : availableBlocks_) {
     warnings += block->getNumWarnings();
   }
-  for (const auto& tag : availableTags_) {
-    warnings += tag->getWarnings().size();
+  if (!tagsAreSilent()) {
+    for (const auto& tag : availableTags_) {
+      warnings += tag->getWarnings().size();
+    }
   }
   return warnings;
 }
@@ -393,8 +418,10 @@ std::size_t InputBlock::getNumErrors() const {
   for (const auto& block : availableBlocks_) {
     errors += block->getNumErrors();
   }
-  for (const auto& tag : availableTags_) {
-    errors += tag->getErrors().size();
+  if (!tagsAreSilent()) {
+    for (const auto& tag : availableTags_) {
+      errors += tag->getErrors().size();
+    }
   }
   return errors;
 }

@@ -17,13 +17,24 @@
 namespace KESTparse {
 namespace {
 
+/// How many bytes `in` holds from here on; 0 when that cannot be told, as of a pipe.
+std::size_t remainingSize(std::istream& in) {
+  const auto here = in.tellg();
+  const auto end = in.seekg(0, std::ios::end).tellg();
+  in.clear();
+  in.seekg(here);
+  in.clear();
+  return end > here ? static_cast<std::size_t>(end - here) : 0;
+}
+
 /// Reads all of `in`, with blanks for carriage returns.
 std::vector<char> readText(std::istream& in) {
   std::vector<char> text(200000);
   std::size_t size = 0;
   while (in.read(text.data() + size, static_cast<std::streamsize>(text.size() - size))) {
     size = text.size();
-    text.resize(size + size / 2);
+    // One byte more than expected shows the end of the file without another step.
+    text.resize(size + std::max(size / 2, remainingSize(in) + 1));
   }
   text.resize(size + static_cast<std::size_t>(in.gcount()));
   std::replace(text.begin(), text.end(), '\r', ' ');
