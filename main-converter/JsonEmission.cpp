@@ -1,6 +1,9 @@
 #include "JsonEmission.h"
 
+#include <algorithm>
+#include <memory>
 #include <nlohmann/json.hpp>
+#include <ostream>
 #include <type_traits>
 #include <utility>
 
@@ -49,6 +52,28 @@ class ValueOf : public InputTagVisitor {
 
  private:
   json* value_;
+};
+
+/// Where the library prints to.
+class PieceWriter : public nlohmann::detail::output_adapter_protocol<char> {
+ public:
+  explicit PieceWriter(std::deque<std::string>& pieces) : pieces_(&pieces) { addPiece(firstSize); }
+
+  void write_character(char c) override { write_characters(&c, 1); }
+  void write_characters(const char* text, std::size_t length) override {
+    if (pieces_->back().capacity() - pieces_->back().size() < length) {
+      addPiece(std::max(furtherSize, length));
+    }
+    pieces_->back().append(text, length);
+  }
+
+ private:
+  static constexpr std::size_t firstSize = std::size_t{1} << 14;
+  static constexpr std::size_t furtherSize = std::size_t{1} << 20;
+
+  void addPiece(std::size_t size) { pieces_->emplace_back().reserve(size); }
+
+  std::deque<std::string>* pieces_;
 };
 
 /// The place in `parent` for a node called `name`.
@@ -122,6 +147,19 @@ json takeApart(InputBlock& root) {
   std::vector<std::string> path;
   walk(root, path, walked, jsonCallbacks());
   return walked;
+}
+
+DocumentText::DocumentText(const json& document) {
+  nlohmann::detail::serializer<json> serializer(std::make_shared<PieceWriter>(pieces_), ' ',
+                                                json::error_handler_t::strict);
+  constexpr unsigned indent = 2;
+  serializer.dump(document, true, false, indent);
+}
+
+void DocumentText::writeTo(std::ostream& out) const {
+  for (const std::string& piece : pieces_) {
+    out << piece;
+  }
 }
 
 json buildDocument(json walked) {

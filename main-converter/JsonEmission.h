@@ -2,7 +2,9 @@
 /// The document that is made of a validated setup.
 #pragma once
 
+#include <deque>
 #include <functional>
+#include <iosfwd>
 #include <nlohmann/json_fwd.hpp>
 #include <string>
 #include <vector>
@@ -38,5 +40,19 @@ nlohmann::json takeApart(InputBlock& root);
 /// The document of a walked tree: its domain without the block `PARALLEL`, and the title of the
 /// project.
 nlohmann::json buildDocument(nlohmann::json walked);
+
+/// The text of a document, in pieces: one string would be copied each time that it grows.
+class DocumentText {
+ public:
+  /// Prints `document` with an indent of 2 and characters as they are. Throws the exception of the
+  /// library for a text that is no UTF-8.
+  explicit DocumentText(const nlohmann::json& document);
+
+  /// Writes the pieces to `out`.
+  void writeTo(std::ostream& out) const;
+
+ private:
+  std::deque<std::string> pieces_;
+};
 
 }  // namespace KESTparse

@@ -33,8 +33,10 @@ std::unique_ptr<KESTparse::KestrixInputRoot> readSetup(const std::string& path) 
 }
 
 /// Writes the document; a failure ends the process with an error that names `destination`.
-void write(const std::string& document, std::ostream& out, const std::string& destination) {
-  out << document << std::endl;
+void write(const KESTparse::DocumentText& document, std::ostream& out,
+           const std::string& destination) {
+  document.writeTo(out);
+  out << std::endl;
   if (!out) {
     KESTparse::getLogger().log(KESTparse::level::error,
                                "Writing the JSON document to " + destination + " failed");
@@ -58,7 +60,7 @@ int main(int argc, char** argv) {
   std::unique_ptr<KESTparse::KestrixInputRoot> root = readSetup(input.getValue());
 
   const nlohmann::json setup = KESTparse::buildDocument(KESTparse::takeApart(*root));
-  const std::string document = setup.dump(2, ' ', false, nlohmann::json::error_handler_t::strict);
+  const KESTparse::DocumentText document(setup);
 
   std::ofstream file(output.getValue());
   if (file) {

@@ -201,6 +201,12 @@ class InputBlock {
     std::vector<std::string> warnings;
   };
 
+  /// The instances of a sub-block.
+  struct SubBlocks {
+    InputBlock* first = nullptr;  ///< null when there is none
+    std::uint32_t count = 0;
+  };
+
   Messages& messages();
   unsigned validateTree();
   /// Checks the tags and reports those that are missing. What tags say depends on their own values
@@ -215,6 +221,7 @@ class InputBlock {
   [[nodiscard]] std::size_t countTags(std::size_t position) const;
   /// The logical sub-block at a place of the schema, ready to be used.
   [[nodiscard]] const InputBlock& declaredBlock(std::size_t position) const;
+  [[nodiscard]] SubBlocks& subBlocks(std::size_t position);
   /// The row of the schema for `child`; an assertion when there is none.
   [[nodiscard]] SubBlockRow& rowOf(const InputBlock& child) const;
 
@@ -227,8 +234,8 @@ class InputBlock {
   /// For each tag of the schema the place of its first instance in `availableTags_`, counted
   /// from 1.
   std::vector<std::uint32_t> firstTag_;
-  /// For each sub-block of the schema the number of instances.
-  std::vector<std::uint32_t> numBlocks_;
+  /// For each sub-block of the schema; may be empty when there is none at all.
+  std::vector<SubBlocks> subBlocks_;
   std::unique_ptr<Messages> messages_;
   std::shared_ptr<const std::string> fileName_;
   unsigned line_ = 0;

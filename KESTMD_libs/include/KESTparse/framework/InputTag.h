@@ -11,6 +11,7 @@
 namespace KESTparse {
 
 class InputBlock;
+class InputTag;
 class InputTagVisitor;
 
 /// What the schema says of a tag. One for each tag of a block class; the prototype and all
@@ -25,6 +26,7 @@ struct TagFacts {
   bool mandatory = false;                     ///< must be given
   bool repeatable = false;                    ///< may be given more than once
   std::uint32_t position = 0;                 ///< place among the tags of its block class
+  const InputTag* prototype = nullptr;        ///< the prototype, with its conditions around it
 
   TagFacts() = default;
   TagFacts(const TagFacts&) = delete;
@@ -40,7 +42,7 @@ class InputTag {
   InputTag(InputBlock& master, TagFacts& facts) : facts_(&facts), block_(&master) {}
   /// An instance of `master` in `actualParent`.
   InputTag(const InputTag& master, InputBlock& actualParent)
-      : facts_(master.facts_), logicalMaster_(&master), block_(&actualParent) {}
+      : facts_(master.facts_), block_(&actualParent), isInstance_(true) {}
 
   InputTag(const InputTag&) = delete;
   InputTag& operator=(const InputTag&) = delete;
@@ -117,7 +119,9 @@ class InputTag {
   virtual void commit();
 
   /// The prototype of an instance; null for a prototype.
-  [[nodiscard]] const InputTag* getLogicalMaster() const { return logicalMaster_; }
+  [[nodiscard]] const InputTag* getLogicalMaster() const {
+    return isInstance_ ? facts_->prototype : nullptr;
+  }
 
   /// Resolves what the tag says of its siblings, once all tags of the block class are declared.
   virtual void link();
@@ -132,11 +136,8 @@ class InputTag {
   [[nodiscard]] bool repeatable() const { return isRepeatable(); }
 
   TagFacts* facts_;
-  const InputTag* logicalMaster_ = nullptr;
 
  private:
-  friend class InputTagComposite;
-
   struct Messages {
     std::vector<std::string> errors;
     std::vector<std::string> warnings;
@@ -147,6 +148,8 @@ class InputTag {
   std::unique_ptr<Messages> messages_;
   std::string rawValue_;
   std::uint32_t index_ = 0;
+  // A large setup has millions of tags, so they hold nothing that their facts can tell.
+  bool isInstance_ = false;
   bool passed_ = false;
 };
 

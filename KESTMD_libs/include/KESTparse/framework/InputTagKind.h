@@ -15,7 +15,7 @@ void TagKind<Self, Base>::accept(InputTagVisitor& visitor) const {
 
 template <class Self, class Base>
 std::unique_ptr<InputTag> TagKind<Self, Base>::logicalClone(InputBlock& actualParent) const {
-  ASSERT(this->logicalMaster_ == nullptr, "this->logicalMaster_ == nullptr");
+  ASSERT(this->getLogicalMaster() == nullptr, "this->logicalMaster_ == nullptr");
   if constexpr (!Self::mayRepeat) {
     ASSERT(!this->repeatable(), "");
   }

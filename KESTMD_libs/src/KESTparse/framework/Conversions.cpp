@@ -35,7 +35,7 @@ bool isSpace(char c) {
   return c == ' ' || (c >= '\t' && c <= '\r');
 }
 
-bool isDigit(char c) {
+constexpr bool isDigit(char c) {
   return c >= '0' && c <= '9';
 }
 
@@ -72,7 +72,7 @@ Extracted<T> extract(std::string_view text) {
 /// The kinds of character that the test of a real number tells apart.
 enum class RealCharacter { sign, digit, point, exponent, blank, tab, other };
 
-RealCharacter classify(char c) {
+constexpr RealCharacter classify(char c) {
   switch (c) {
     case '+':
     case '-':
@@ -104,6 +104,18 @@ constexpr std::array<std::array<int, 7>, 8> realStates{{
     {7, 7, failed, failed, failed, failed, failed},  // behind the exponent letter
     {failed, 7, failed, failed, 0, failed, failed},  // exponent
 }};
+
+/// The same by state and byte: long lists are tested number by number.
+constexpr auto nextRealState = [] {
+  std::array<std::array<signed char, 256>, realStates.size()> states{};
+  for (std::size_t state = 0; state < states.size(); ++state) {
+    for (std::size_t byte = 0; byte < 256; ++byte) {
+      const auto kind = static_cast<std::size_t>(classify(static_cast<char>(byte)));
+      states[state][byte] = static_cast<signed char>(realStates[state][kind]);
+    }
+  }
+  return states;
+}();
 
 }  // namespace
 
@@ -203,7 +215,7 @@ std::string realSyntaxFault(std::string_view text) {
   int state = 1;
   for (std::size_t i = 0; i < text.size(); ++i) {
     const int next =
-        realStates[static_cast<std::size_t>(state)][static_cast<std::size_t>(classify(text[i]))];
+        nextRealState[static_cast<std::size_t>(state)][static_cast<unsigned char>(text[i])];
     if (next != failed) {
       state = next;
     } else if (i + 1 < text.size()) {

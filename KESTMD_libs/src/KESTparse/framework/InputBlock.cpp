@@ -138,7 +138,7 @@ const InputTag& InputBlock::getTag(std::string_view name, std::size_t index) con
 }
 
 std::size_t InputBlock::countBlocks(std::size_t position) const {
-  return position < numBlocks_.size() ? numBlocks_[position] : 0;
+  return position < subBlocks_.size() ? subBlocks_[position].count : 0;
 }
 
 const InputTag* InputBlock::findTag(std::size_t position) const {
@@ -181,13 +181,13 @@ const InputBlock* InputBlock::getBlockByPath(std::string_view path) const {
       block = block->actualParent_;
       continue;
     }
-    const auto& blocks = block->availableBlocks_;
-    const auto it = std::find_if(blocks.begin(), blocks.end(),
-                                 [part](const auto& child) { return child->getName() == part; });
-    ASSERT(it != blocks.end() || block->getLogicalBlockPosition(part) >= 0,
-           "Block named " << quoted(part) << " within path " << path
-                          << " does not exist within block " << quoted(block->getName()));
-    block = it == blocks.end() ? nullptr : it->get();
+    // The blocks of a name are many where their sub-blocks ask for a neighbour.
+    const int position = block->getLogicalBlockPosition(part);
+    ASSERT(position >= 0, "Block named " << quoted(part) << " within path " << path
+                                         << " does not exist within block "
+                                         << quoted(block->getName()));
+    const auto index = static_cast<std::size_t>(position);
+    block = index < block->subBlocks_.size() ? block->subBlocks_[index].first : nullptr;
   }
   return block;
 }
@@ -257,9 +257,17 @@ SubBlockRow& InputBlock::rowOf(const InputBlock& child) const {
 InputBlock& InputBlock::addBlock(std::unique_ptr<InputBlock> child) {
   const SubBlockRow& row = rowOf(*child);
   row.file(*this, *child);
-  numBlocks_.resize(schema_->subBlocks.size());
-  ++numBlocks_[row.master->schema_->position];
+  SubBlocks& like = subBlocks(row.master->schema_->position);
+  ++like.count;
+  if (like.first == nullptr) {
+    like.first = child.get();
+  }
   return takeBlock(std::move(child));
+}
+
+InputBlock::SubBlocks& InputBlock::subBlocks(std::size_t position) {
+  subBlocks_.resize(schema_->subBlocks.size());
+  return subBlocks_[position];
 }
 
 InputBlock& InputBlock::takeBlock(std::unique_ptr<InputBlock> child) {
@@ -314,8 +322,15 @@ void InputBlock::removeBlock(InputBlock& child) {
                                [&child](const auto& block) { return block.get() == &child; });
   ASSERT(it != availableBlocks_.end(), "it != available_blocks_.end()");
   child.removeAll();
-  --numBlocks_[row.master->schema_->position];
-  availableBlocks_.erase(it);
+  SubBlocks& like = subBlocks(row.master->schema_->position);
+  --like.count;
+  const auto next = availableBlocks_.erase(it);
+  if (like.first == &child) {
+    const auto other = std::find_if(next, availableBlocks_.end(), [&row](const auto& block) {
+      return block->schema_ == row.master->schema_;
+    });
+    like.first = other == availableBlocks_.end() ? nullptr : other->get();
+  }
 }
 
 void InputBlock::removeTag(InputTag& tag) {
@@ -493,6 +508,7 @@ InputTag& InputBlock::addLogicalTag(std::unique_ptr<TagFacts> facts,
          "LOGICAL stuff might not be changed after the tree is beeing populated");
   facts->position = static_cast<std::uint32_t>(schema_->tags.size());
   schema_->tagPositions.try_emplace(facts->name, static_cast<int>(facts->position));
+  facts->prototype = tag.get();
   schema_->facts.push_back(std::move(facts));
   schema_->tags.push_back(std::move(tag));
   return *schema_->tags.back();

@@ -140,7 +140,7 @@ bool InputTag::validate() {
     }
     passed_ = passesForGood();
   }
-  return logicalMaster_ == nullptr || logicalMaster_->admits(*this);
+  return !isInstance_ || facts_->prototype->admits(*this);
 }
 
 bool InputTag::admits(InputTag& /*instance*/) const {

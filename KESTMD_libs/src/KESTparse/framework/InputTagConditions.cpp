@@ -39,9 +39,8 @@ bool Condition::isMet(const InputTag& siblingTag) const {
 }
 
 bool Condition::isMet(std::string_view raw) const {
-  return std::any_of(values.begin(), values.end(), [this, raw](const std::string& value) {
-    return (raw == value) == equals;
-  });
+  return std::any_of(values.begin(), values.end(),
+                     [this, raw](const std::string& value) { return (raw == value) == equals; });
 }
 
 bool InputTagComposite::isMandatory(const InputBlock* block) const {
@@ -73,9 +72,7 @@ bool InputTagComposite::admits(InputTag& instance) const {
 }
 
 std::unique_ptr<InputTag> InputTagComposite::logicalClone(InputBlock& actualParent) const {
-  std::unique_ptr<InputTag> clone = composite->logicalClone(actualParent);
-  clone->logicalMaster_ = this;
-  return clone;
+  return composite->logicalClone(actualParent);
 }
 
 void InputTagComposite::assignPreset() {

@@ -31,6 +31,8 @@ std::string parenthesisFault(std::string_view text) {
 template <typename T>
 void readItems(std::string_view text, std::vector<T>& values) {
   values.clear();
+  // No list has more items. What is not filled costs nothing: a long list gets pages of its own.
+  values.reserve(text.size() / 2);
   std::size_t position = 1;
   for (std::string_view item = nextListItem(text, position); !item.empty();
        item = nextListItem(text, position)) {

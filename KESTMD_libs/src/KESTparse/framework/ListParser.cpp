@@ -1,5 +1,6 @@
 #include "KESTparse/framework/ListParser.h"
 
+#include <algorithm>
 #include <cstdlib>
 #include <type_traits>
 
@@ -10,7 +11,8 @@ namespace KESTparse {
 namespace {
 
 bool separatesItems(char c) {
-  return c == ' ' || c == '\t' || c == '\n' || c == '\r';
+  // Nearly all characters are decided by the first comparison.
+  return c <= ' ' && (c == ' ' || c == '\t' || c == '\n' || c == '\r');
 }
 
 /// The fault of one item; empty when it is none.
@@ -75,7 +77,7 @@ bool WhiteSpaceListParser<T>::isValid(std::string_view text) {
   lastError_.clear();
   if (text.size() >= 3) {
     const std::string_view inner = text.substr(1, text.size() - 2);
-    const std::size_t brace = inner.find_first_of("()");
+    const std::size_t brace = std::min(inner.find('('), inner.find(')'));
     if (brace != std::string_view::npos) {
       lastError_ = std::string("A brace ") + inner[brace] +
                    " is not allowed in the whitespace separated list";

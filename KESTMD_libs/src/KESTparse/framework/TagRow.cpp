@@ -34,6 +34,7 @@ void TagRowBase::wrap(ConditionKind kind, std::string_view sibling, Words values
       tag = std::make_unique<InputTagCondExclusive>(*block_, facts, std::move(tag), condition);
       break;
   }
+  facts.prototype = tag.get();
 }
 
 }  // namespace KESTparse

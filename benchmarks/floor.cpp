@@ -1,0 +1,65 @@
+/// \file
+/// What a conversion cannot be faster than: `floor json FILE` reads a document and prints it,
+/// `floor numbers FILE...` reads numbers.
+
+#include <charconv>
+#include <cstdlib>
+#include <fstream>
+#include <iostream>
+#include <iterator>
+#include <nlohmann/json.hpp>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace {
+
+void printDocument(const char* path) {
+  std::ifstream in(path);
+  const nlohmann::json document = nlohmann::json::parse(in);
+  std::cout << document.dump(2) << std::endl;
+}
+
+std::string readWhole(const char* path) {
+  std::ifstream in(path, std::ios::binary | std::ios::ate);
+  std::string text(static_cast<std::size_t>(in.tellg()), ' ');
+  in.seekg(0);
+  in.read(text.data(), static_cast<std::streamsize>(text.size()));
+  return text;
+}
+
+std::vector<double> readNumbers(const std::string& text) {
+  std::vector<double> numbers;
+  const char* const end = text.data() + text.size();
+  for (const char* begin = text.data(); begin != end;) {
+    double number = 0;
+    const auto [stop, error] = std::from_chars(begin, end, number);
+    if (error == std::errc{}) {
+      numbers.push_back(number);
+      begin = stop;
+    } else {
+      ++begin;
+    }
+  }
+  return numbers;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  const std::string_view what = argc > 2 ? argv[1] : "";
+  if (what == "json") {
+    printDocument(argv[2]);
+    return EXIT_SUCCESS;
+  }
+  if (what != "numbers") {
+    std::cerr << "usage: floor json FILE | floor numbers FILE...\n";
+    return EXIT_FAILURE;
+  }
+  std::size_t count = 0;
+  for (int i = 2; i < argc; ++i) {
+    count += readNumbers(readWhole(argv[i])).size();
+  }
+  std::cout << count << " numbers\n";
+  return EXIT_SUCCESS;
+}
