@@ -8,6 +8,7 @@
 #include <fstream>
 #include <iostream>
 #include <memory>
+#include <new>
 #include <nlohmann/json.hpp>
 #include <string>
 #include <vector>
@@ -43,6 +44,23 @@ void write(const KESTparse::DocumentText& document, std::ostream& out,
   }
 }
 
+/// Converts the command file `input` and ends the process.
+/// \param output where the document goes; standard output when it cannot be opened.
+[[noreturn]] void convert(const std::string& input, const std::string& output) {
+  const std::unique_ptr<KESTparse::KestrixInputRoot> root = readSetup(input);
+  const nlohmann::json setup = KESTparse::buildDocument(KESTparse::takeApart(*root));
+  const KESTparse::DocumentText document(setup);
+
+  std::ofstream file(output);
+  if (file) {
+    write(document, file, "'" + output + "'");
+  } else {
+    write(document, std::cout, "standard output");
+  }
+  // The memory goes back with the process: to destroy a large setup takes as long as to print it.
+  std::exit(EXIT_SUCCESS);
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
@@ -57,17 +75,10 @@ int main(int argc, char** argv) {
   commandLine.parse(argc, argv);
 
   KESTparse::GlobalValues::instance().basePath = "./";
-  std::unique_ptr<KESTparse::KestrixInputRoot> root = readSetup(input.getValue());
-
-  const nlohmann::json setup = KESTparse::buildDocument(KESTparse::takeApart(*root));
-  const KESTparse::DocumentText document(setup);
-
-  std::ofstream file(output.getValue());
-  if (file) {
-    write(document, file, "'" + output.getValue() + "'");
-  } else {
-    write(document, std::cout, "standard output");
+  try {
+    convert(input.getValue(), output.getValue());
+  } catch (const std::bad_alloc&) {
+    KESTparse::getLogger().log(KESTparse::level::error,
+                               "There is not enough memory to convert the input file");
   }
-  // The memory goes back with the process: to destroy a large setup takes as long as to print it.
-  std::exit(EXIT_SUCCESS);
 }

@@ -1,10 +1,13 @@
 #include <gtest/gtest.h>
 
+#include <nlohmann/json.hpp>
 #include <set>
 #include <sstream>
 #include <string>
+#include <string_view>
 #include <vector>
 
+#include "JsonEmission.h"
 #include "KESTparse/framework/InputParseError.h"
 #include "KESTparse/framework/InputTagConditions.h"
 #include "KESTparse/framework/InputTagEnum.h"
@@ -164,6 +167,77 @@ TEST(Schema, isFrozenByTheFirstInstance) {
         root.getBlock(0).addLogicalBlock(std::move(row));
       },
       "LOGICAL stuff must be applied to the master");
+}
+
+/// Gives the siblings on which `tag` depends values for which it is used.
+void meetConditions(InputBlock& block, const InputTag& tag) {
+  Dependencies dependencies;
+  tag.accept(dependencies);
+  for (const Condition* condition : dependencies.conditions) {
+    if (condition->sibling < 0 || condition->findSibling(block) != nullptr) {
+      continue;
+    }
+    const InputTag& sibling = block.getLogicalTag(static_cast<std::size_t>(condition->sibling));
+    std::string value = condition->values.front();
+    for (std::size_t i = 0; !condition->equals && i < sibling.getNumRestrictedValues(); ++i) {
+      value = sibling.getRestrictedValue(i);
+      if (condition->isMet(value)) {
+        break;
+      }
+    }
+    meetConditions(block, sibling);
+    block.getTag(sibling.getName()).setRawValue(value);
+  }
+}
+
+/// What the document shows of an instance of `master` in which `tag` is used, with its default as a
+/// value of the file or left out.
+std::string documentWith(const InputBlock& master, const InputTag& tag, bool isGiven) {
+  const auto block = master.logicalClone(nullptr);
+  meetConditions(*block, tag);
+  if (isGiven) {
+    block->getTag(tag.getName()).setRawValue(tag.getDefaultValue());
+  }
+  block->populate();
+  nlohmann::json walked = nlohmann::json::object();
+  std::vector<std::string> path;
+  walkTree(*block, path, walked, jsonCallbacks());
+  return walked.contains(std::string(tag.getName())) ? walked.dump(1) : "not there";
+}
+
+/// A bottom opening needs all its numbers: the defaults of two of them are below their ranges.
+bool neverPopulates(const InputTag& tag) {
+  static const std::set<std::string_view> ofBottomOpening = {"opening_width", "contraction_coeff",
+                                                             "correction_coeff"};
+  return ofBottomOpening.count(tag.getName()) != 0;
+}
+
+void compareDefaults(const InputBlock& master, const std::string& path, int& compared) {
+  for (std::size_t i = 0; i < master.getLogicalNumTags(); ++i) {
+    const InputTag& tag = master.getLogicalTag(i);
+    if (tag.getDefaultValue().empty() || neverPopulates(tag)) {
+      continue;
+    }
+    ++compared;
+    try {
+      const std::string leftOut = documentWith(master, tag, false);
+      EXPECT_EQ(leftOut, documentWith(master, tag, true)) << path << " " << tag.getName();
+      EXPECT_NE(leftOut, "not there") << path << " " << tag.getName();
+    } catch (const InputParseError& error) {
+      ADD_FAILURE() << path << " " << tag.getName() << ": " << error.message;
+    }
+  }
+  for (std::size_t i = 0; i < master.getLogicalNumBlocks(); ++i) {
+    const InputBlock& child = master.getLogicalBlock(i);
+    compareDefaults(child, path + "/" + std::string(child.getName()), compared);
+  }
+}
+
+TEST(Schema, aDefaultGivenIsADefaultLeftOut) {
+  const KestrixInputRoot root;
+  int compared = 0;
+  compareDefaults(root, "", compared);
+  EXPECT_GT(compared, 200);
 }
 
 }  // namespace
