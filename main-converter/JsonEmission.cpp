@@ -54,26 +54,33 @@ class ValueOf : public InputTagVisitor {
   json* value_;
 };
 
-/// Where the library prints to.
-class PieceWriter : public nlohmann::detail::output_adapter_protocol<char> {
+/// Where the library prints to: thousands of its small writes make one to the stream.
+class BufferedWriter : public nlohmann::detail::output_adapter_protocol<char> {
  public:
-  explicit PieceWriter(std::deque<std::string>& pieces) : pieces_(&pieces) { addPiece(firstSize); }
+  explicit BufferedWriter(std::ostream& out) : out_(&out) { buffer_.reserve(size); }
 
   void write_character(char c) override { write_characters(&c, 1); }
   void write_characters(const char* text, std::size_t length) override {
-    if (pieces_->back().capacity() - pieces_->back().size() < length) {
-      addPiece(std::max(furtherSize, length));
+    if (length > size - buffer_.size()) {
+      flush();
     }
-    pieces_->back().append(text, length);
+    if (length > size) {
+      out_->write(text, static_cast<std::streamsize>(length));
+    } else {
+      buffer_.append(text, length);
+    }
+  }
+
+  void flush() {
+    out_->write(buffer_.data(), static_cast<std::streamsize>(buffer_.size()));
+    buffer_.clear();
   }
 
  private:
-  static constexpr std::size_t firstSize = std::size_t{1} << 14;
-  static constexpr std::size_t furtherSize = std::size_t{1} << 20;
+  static constexpr std::size_t size = std::size_t{1} << 16;
 
-  void addPiece(std::size_t size) { pieces_->emplace_back().reserve(size); }
-
-  std::deque<std::string>* pieces_;
+  std::ostream* out_;
+  std::string buffer_;
 };
 
 /// The place in `parent` for a node called `name`.
@@ -149,17 +156,23 @@ json takeApart(InputBlock& root) {
   return walked;
 }
 
-DocumentText::DocumentText(const json& document) {
-  nlohmann::detail::serializer<json> serializer(std::make_shared<PieceWriter>(pieces_), ' ',
-                                                json::error_handler_t::strict);
-  constexpr unsigned indent = 2;
-  serializer.dump(document, true, false, indent);
+void requireUtf8(const json& document) {
+  if (document.is_structured()) {
+    std::for_each(document.begin(), document.end(), requireUtf8);
+  } else if (document.is_string()) {
+    const auto& text = document.get_ref<const std::string&>();
+    if (std::any_of(text.begin(), text.end(), [](char c) { return (c & '\x80') != 0; })) {
+      static_cast<void>(document.dump());
+    }
+  }
 }
 
-void DocumentText::writeTo(std::ostream& out) const {
-  for (const std::string& piece : pieces_) {
-    out << piece;
-  }
+void print(const json& document, std::ostream& out) {
+  const auto writer = std::make_shared<BufferedWriter>(out);
+  nlohmann::detail::serializer<json> serializer(writer, ' ', json::error_handler_t::strict);
+  constexpr unsigned indent = 2;
+  serializer.dump(document, true, false, indent);
+  writer->flush();
 }
 
 json buildDocument(json walked) {

@@ -2,7 +2,6 @@
 /// The document that is made of a validated setup.
 #pragma once
 
-#include <deque>
 #include <functional>
 #include <iosfwd>
 #include <nlohmann/json_fwd.hpp>
@@ -41,18 +40,12 @@ nlohmann::json takeApart(InputBlock& root);
 /// project.
 nlohmann::json buildDocument(nlohmann::json walked);
 
-/// The text of a document, in pieces: one string would be copied each time that it grows.
-class DocumentText {
- public:
-  /// Prints `document` with an indent of 2 and characters as they are. Throws the exception of the
-  /// library for a text that is no UTF-8.
-  explicit DocumentText(const nlohmann::json& document);
+/// Throws the exception of the library if a text of `document` is no UTF-8, which cannot be
+/// printed.
+void requireUtf8(const nlohmann::json& document);
 
-  /// Writes the pieces to `out`.
-  void writeTo(std::ostream& out) const;
-
- private:
-  std::deque<std::string> pieces_;
-};
+/// Prints `document`, whose texts are UTF-8, to `out` with an indent of 2 and characters as they
+/// are.
+void print(const nlohmann::json& document, std::ostream& out);
 
 }  // namespace KESTparse

@@ -1,6 +1,7 @@
 /// \file
 /// Converts a KCF command file to JSON.
 
+#include <malloc.h>
 #include <tclap/CmdLine.h>
 
 #include <csignal>
@@ -34,9 +35,8 @@ std::unique_ptr<KESTparse::KestrixInputRoot> readSetup(const std::string& path) 
 }
 
 /// Writes the document; a failure ends the process with an error that names `destination`.
-void write(const KESTparse::DocumentText& document, std::ostream& out,
-           const std::string& destination) {
-  document.writeTo(out);
+void write(const nlohmann::json& document, std::ostream& out, const std::string& destination) {
+  KESTparse::print(document, out);
   out << std::endl;
   if (!out) {
     KESTparse::getLogger().log(KESTparse::level::error,
@@ -48,8 +48,9 @@ void write(const KESTparse::DocumentText& document, std::ostream& out,
 /// \param output where the document goes; standard output when it cannot be opened.
 [[noreturn]] void convert(const std::string& input, const std::string& output) {
   const std::unique_ptr<KESTparse::KestrixInputRoot> root = readSetup(input);
-  const nlohmann::json setup = KESTparse::buildDocument(KESTparse::takeApart(*root));
-  const KESTparse::DocumentText document(setup);
+  const nlohmann::json document = KESTparse::buildDocument(KESTparse::takeApart(*root));
+  // All that can fail but the writing comes before an existing file is emptied.
+  KESTparse::requireUtf8(document);
 
   std::ofstream file(output);
   if (file) {
@@ -75,6 +76,9 @@ int main(int argc, char** argv) {
   commandLine.parse(argc, argv);
 
   KESTparse::GlobalValues::instance().basePath = "./";
+  // Small pieces set aside by the allocator would be merged again for each block that is taken
+  // apart.
+  mallopt(M_MXFAST, 0);
   try {
     convert(input.getValue(), output.getValue());
   } catch (const std::bad_alloc&) {

@@ -68,8 +68,13 @@ void readNodeStrings(std::string_view lines, NodeStrings& strings) {
   }
 }
 
-/// The node strings of the mesh in the stream, which is read in pieces: most of a mesh is not kept.
-bool readNodeStrings(std::istream& mesh, NodeStrings& strings) {
+/// Adds the node strings of the mesh at `path`, which is read in pieces: most of a mesh is not
+/// kept. \return false when it cannot be read.
+bool readNodeStringsFrom(const std::string& path, NodeStrings& strings) {
+  if (!canOpen(path)) {
+    return false;
+  }
+  std::ifstream mesh(path, std::ios::binary);
   constexpr std::size_t pieceSize = 1 << 18;
   std::vector<char> piece(pieceSize);
   std::size_t size = 0;
@@ -116,9 +121,8 @@ const NodeStrings& meshNodeStrings(const std::string& path) {
   if (known != meshes.end()) {
     return known->second;
   }
-  std::ifstream mesh(path, std::ios::binary);
   NodeStrings strings;
-  const bool wasRead = canOpen(path) && readNodeStrings(mesh, strings);
+  const bool wasRead = readNodeStringsFrom(path, strings);
   ASSERT(wasRead, "Cannot open the grid file '" << path << "'.");
   return meshes.emplace(path, std::move(strings)).first->second;
 }

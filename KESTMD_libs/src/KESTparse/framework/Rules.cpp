@@ -4,6 +4,8 @@
 
 #include <algorithm>
 #include <cmath>
+#include <functional>
+#include <tuple>
 
 #include "KESTparse/framework/Conversions.h"
 #include "KESTparse/framework/GlobalValues.h"
@@ -14,26 +16,34 @@ namespace KESTparse {
 
 std::vector<PlacePair> pairsWithSharedKey(const std::vector<std::vector<std::string_view>>& keys,
                                           PairOrder order) {
-  std::vector<std::pair<std::string_view, std::size_t>> places;
+  struct Place {
+    std::size_t hash;
+    std::string_view key;
+    std::size_t item;
+  };
+  std::vector<Place> places;
   for (std::size_t i = 0; i < keys.size(); ++i) {
     for (const std::string_view key : keys[i]) {
-      places.emplace_back(key, i);
+      places.push_back({std::hash<std::string_view>{}(key), key, i});
     }
   }
-  std::sort(places.begin(), places.end());
+  // Any order does that puts equals together: names differ little, their hashes much.
+  std::sort(places.begin(), places.end(), [](const Place& a, const Place& b) {
+    return std::tie(a.hash, a.key, a.item) < std::tie(b.hash, b.key, b.item);
+  });
   std::vector<PlacePair> pairs;
   for (std::size_t begin = 0, end = 0; begin < places.size(); begin = end) {
-    while (end < places.size() && places[end].first == places[begin].first) {
+    while (end < places.size() && places[end].key == places[begin].key) {
       ++end;
     }
     for (std::size_t i = begin; i < end; ++i) {
       for (std::size_t j = i + 1; j < end; ++j) {
-        if (places[i].second == places[j].second) {
+        if (places[i].item == places[j].item) {
           continue;
         }
-        pairs.emplace_back(places[i].second, places[j].second);
+        pairs.emplace_back(places[i].item, places[j].item);
         if (order == PairOrder::both) {
-          pairs.emplace_back(places[j].second, places[i].second);
+          pairs.emplace_back(places[j].item, places[i].item);
         }
       }
     }
