@@ -9,7 +9,7 @@
 #include <nlohmann/json.hpp>
 #include <sstream>
 #include <streambuf>
-#include <vector>
+#include <utility>
 
 #include "JsonEmission.h"
 #include "KESTparse/framework/GlobalValues.h"
@@ -73,16 +73,16 @@ std::string convert(std::string_view text) {
   if (!isValid || !parser.getMessage().empty()) {
     return {};
   }
-  nlohmann::json walked = nlohmann::json::object();
-  std::vector<std::string> path;
-  KESTparse::walkTree(*root, path, walked, KESTparse::jsonCallbacks());
+  const nlohmann::json document = KESTparse::buildDocument(KESTparse::takeApart(*root));
   try {
-    return KESTparse::buildDocument(std::move(walked))
-        .dump(2, ' ', false, nlohmann::json::error_handler_t::strict);
+    KESTparse::requireUtf8(document);
   } catch (const nlohmann::json::exception&) {
     // Text that is no UTF-8 has no document; the converter ends with the library's report.
     return {};
   }
+  std::ostringstream out;
+  KESTparse::print(document, out);
+  return std::move(out).str();
 }
 
 }  // namespace fuzz
