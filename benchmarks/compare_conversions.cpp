@@ -3,9 +3,11 @@
 /// COUNT` takes COUNT random and hostile texts. Value, failure and consumed characters must agree
 /// to the bit.
 
+#include <array>
+#include <bit>
 #include <cstdint>
+#include <cstdio>
 #include <cstdlib>
-#include <cstring>
 #include <iostream>
 #include <locale>
 #include <random>
@@ -84,9 +86,7 @@ std::string randomNumber(Random& random) {
 
 /// A double of any bits, printed so that it can be read back, or not quite.
 std::string randomDouble(Random& random) {
-  const std::uint64_t bits = random();
-  double value = 0;
-  std::memcpy(&value, &bits, sizeof value);
+  const auto value = std::bit_cast<double>(random());
   std::string text(64, ' ');
   const int precision = static_cast<int>(below(random, 20));
   text.resize(
@@ -105,9 +105,16 @@ std::string randomText(Random& random) {
   }
 }
 
+/// Equal to the bit, so that the sign of a zero counts.
+template <typename T>
+bool areSame(T a, T b) {
+  using Bits = std::array<unsigned char, sizeof(T)>;
+  return std::bit_cast<Bits>(a) == std::bit_cast<Bits>(b);
+}
+
 template <typename T>
 bool agree(const Extracted<T>& ours, const Extracted<T>& streams) {
-  return std::memcmp(&ours.value, &streams.value, sizeof(T)) == 0 && ours.ok == streams.ok &&
+  return areSame(ours.value, streams.value) && ours.ok == streams.ok &&
          ours.consumed == streams.consumed;
 }
 

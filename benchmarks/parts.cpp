@@ -56,7 +56,7 @@ void declareAll(const InputBlock& master) {
 }
 
 void schema(benchmark::State& state) {
-  for (auto _ : state) {
+  for ([[maybe_unused]] auto _ : state) {
     const KestrixInputRoot root;
     declareAll(root);
   }
@@ -69,7 +69,7 @@ void commentBlanking(benchmark::State& state) {
   for (int i = 0; i < 20 * numBlocks; ++i) {
     text += "// a remark on the line\n/* and one\n on two */\n";
   }
-  for (auto _ : state) {
+  for ([[maybe_unused]] auto _ : state) {
     KestrixInputRoot root;
     parse(root, text);
   }
@@ -79,7 +79,7 @@ BENCHMARK(commentBlanking);
 
 void stateMachine(benchmark::State& state) {
   const std::string text = setup();
-  for (auto _ : state) {
+  for ([[maybe_unused]] auto _ : state) {
     KestrixInputRoot root;
     parse(root, text);
   }
@@ -89,7 +89,7 @@ BENCHMARK(stateMachine);
 
 void population(benchmark::State& state) {
   const std::string text = setup();
-  for (auto _ : state) {
+  for ([[maybe_unused]] auto _ : state) {
     state.PauseTiming();
     auto root = std::make_unique<KestrixInputRoot>();
     parse(*root, text);
@@ -106,7 +106,7 @@ void validation(benchmark::State& state) {
   KestrixInputRoot root;
   parse(root, setup());
   root.populate();
-  for (auto _ : state) {
+  for ([[maybe_unused]] auto _ : state) {
     // A change asks all tags anew.
     ++GlobalValues::instance().treeChanges;
     benchmark::DoNotOptimize(root.validate());
@@ -118,7 +118,7 @@ void repeatedValidation(benchmark::State& state) {
   KestrixInputRoot root;
   parse(root, setup());
   root.populate();
-  for (auto _ : state) {
+  for ([[maybe_unused]] auto _ : state) {
     benchmark::DoNotOptimize(root.validate());
   }
 }
@@ -128,7 +128,7 @@ void emission(benchmark::State& state) {
   KestrixInputRoot root;
   parse(root, setup());
   root.populate();
-  for (auto _ : state) {
+  for ([[maybe_unused]] auto _ : state) {
     nlohmann::json walked = nlohmann::json::object();
     std::vector<std::string> path;
     KESTparse::walkTree(root, path, walked, KESTparse::jsonCallbacks());
@@ -151,7 +151,7 @@ void tagValue(benchmark::State& state, const char* blockPath, const char* name, 
   }
   const auto block = master->logicalClone(nullptr);
   KESTparse::InputTag& tag = block->getTag(name);
-  for (auto _ : state) {
+  for ([[maybe_unused]] auto _ : state) {
     tag.setRawValue(value);
   }
 }
@@ -189,7 +189,7 @@ void series(benchmark::State& state) {
   }
   const InputFile file(text);
   GlobalValues::instance().verbosity = 0;
-  for (auto _ : state) {
+  for ([[maybe_unused]] auto _ : state) {
     Kestrix::Table table;
     Kestrix::StandardSerie(file.path()).copyTo(table);
     benchmark::DoNotOptimize(table);
@@ -204,7 +204,7 @@ void meshScan(benchmark::State& state) {
     text += "E3T " + std::to_string(i) + " 1001 1002 2003 4\n";
   }
   const InputFile file(text + "NS 1 2 -3 inflow\n");
-  for (auto _ : state) {
+  for ([[maybe_unused]] auto _ : state) {
     GlobalValues::instance().readFiles = {};
     benchmark::DoNotOptimize(KESTparse::meshNodeStrings(file.path()));
   }
