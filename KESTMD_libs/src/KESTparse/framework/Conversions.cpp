@@ -2,6 +2,7 @@
 
 #include <array>
 #include <charconv>
+#include <cstdint>
 #include <istream>
 #include <locale>
 #include <streambuf>
@@ -107,11 +108,11 @@ constexpr std::array<std::array<int, 7>, 8> realStates{{
 
 /// The same by state and byte: long lists are tested number by number.
 constexpr auto nextRealState = [] {
-  std::array<std::array<signed char, 256>, realStates.size()> states{};
+  std::array<std::array<std::int16_t, 256>, realStates.size()> states{};
   for (std::size_t state = 0; state < states.size(); ++state) {
     for (std::size_t byte = 0; byte < 256; ++byte) {
       const auto kind = static_cast<std::size_t>(classify(static_cast<char>(byte)));
-      states[state][byte] = static_cast<signed char>(realStates[state][kind]);
+      states[state][byte] = static_cast<std::int16_t>(realStates[state][kind]);
     }
   }
   return states;
