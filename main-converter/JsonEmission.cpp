@@ -157,8 +157,14 @@ json takeApart(InputBlock& root) {
 }
 
 void requireUtf8(const json& document) {
-  if (document.is_structured()) {
-    std::for_each(document.begin(), document.end(), requireUtf8);
+  if (document.is_object()) {
+    for (const auto& [name, value] : document.get_ref<const json::object_t&>()) {
+      requireUtf8(value);
+    }
+  } else if (document.is_array()) {
+    for (const json& value : document.get_ref<const json::array_t&>()) {
+      requireUtf8(value);
+    }
   } else if (document.is_string()) {
     const auto& text = document.get_ref<const std::string&>();
     if (std::any_of(text.begin(), text.end(), [](char c) { return (c & '\x80') != 0; })) {

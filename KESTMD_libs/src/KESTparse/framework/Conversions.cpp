@@ -2,7 +2,6 @@
 
 #include <array>
 #include <charconv>
-#include <cstdint>
 #include <istream>
 #include <locale>
 #include <streambuf>
@@ -106,17 +105,25 @@ constexpr std::array<std::array<int, 7>, 8> realStates{{
     {failed, 7, failed, failed, 0, failed, failed},  // exponent
 }};
 
-/// The same by state and byte: long lists are tested number by number.
-constexpr auto nextRealState = [] {
-  std::array<std::array<std::int16_t, 256>, realStates.size()> states{};
-  for (std::size_t state = 0; state < states.size(); ++state) {
-    for (std::size_t byte = 0; byte < 256; ++byte) {
-      const auto kind = static_cast<std::size_t>(classify(static_cast<char>(byte)));
-      states[state][byte] = static_cast<std::int16_t>(realStates[state][kind]);
+/// Whether `text` has the form of nearly all real numbers: digits, a sign before them, and a point
+/// and digits behind them.
+bool isPlainReal(std::string_view text) {
+  const auto behindDigits = [text](std::size_t place) {
+    while (place < text.size() && isDigit(text[place])) {
+      ++place;
     }
+    return place;
+  };
+  const std::size_t begin = text.starts_with('-') || text.starts_with('+') ? 1 : 0;
+  std::size_t end = behindDigits(begin);
+  if (end == begin) {
+    return false;
   }
-  return states;
-}();
+  if (end < text.size() && text[end] == '.') {
+    end = behindDigits(end + 1);
+  }
+  return end == text.size();
+}
 
 }  // namespace
 
@@ -213,10 +220,13 @@ std::string realSyntaxFault(std::string_view text) {
   if (text.empty()) {
     return "Empty value instead of a double found";
   }
+  if (isPlainReal(text)) {
+    return {};
+  }
   int state = 1;
   for (std::size_t i = 0; i < text.size(); ++i) {
     const int next =
-        nextRealState[static_cast<std::size_t>(state)][static_cast<unsigned char>(text[i])];
+        realStates[static_cast<std::size_t>(state)][static_cast<std::size_t>(classify(text[i]))];
     if (next != failed) {
       state = next;
     } else if (i + 1 < text.size()) {
