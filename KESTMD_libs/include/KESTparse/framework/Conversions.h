@@ -2,6 +2,7 @@
 /// Conversions between text and values, as the command file and the messages use them.
 #pragma once
 
+#include <cstddef>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -53,6 +54,10 @@ std::string toUpper(std::string_view text);
 
 /// `items`, each between single quotes, separated by a comma and a blank.
 std::string quotedList(const std::vector<std::string>& items);
+
+/// The length of the number at the front of `text` that has the form of nearly all real numbers:
+/// digits, a sign before them, and a point and digits behind them. 0 when there is none.
+std::size_t plainRealLength(std::string_view text);
 
 /// What is wrong with `text` as a real number, in the words that the user reads; empty when it is
 /// one. The words name the state in which the test stopped.

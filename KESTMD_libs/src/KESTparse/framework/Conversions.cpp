@@ -105,26 +105,6 @@ constexpr std::array<std::array<int, 7>, 8> realStates{{
     {failed, 7, failed, failed, 0, failed, failed},  // exponent
 }};
 
-/// Whether `text` has the form of nearly all real numbers: digits, a sign before them, and a point
-/// and digits behind them.
-bool isPlainReal(std::string_view text) {
-  const auto behindDigits = [text](std::size_t place) {
-    while (place < text.size() && isDigit(text[place])) {
-      ++place;
-    }
-    return place;
-  };
-  const std::size_t begin = text.starts_with('-') || text.starts_with('+') ? 1 : 0;
-  std::size_t end = behindDigits(begin);
-  if (end == begin) {
-    return false;
-  }
-  if (end < text.size() && text[end] == '.') {
-    end = behindDigits(end + 1);
-  }
-  return end == text.size();
-}
-
 }  // namespace
 
 Extracted<double> extractDouble(std::string_view text) {
@@ -216,11 +196,26 @@ std::string quotedList(const std::vector<std::string>& items) {
   return list;
 }
 
+std::size_t plainRealLength(std::string_view text) {
+  const auto behindDigits = [text](std::size_t place) {
+    while (place < text.size() && isDigit(text[place])) {
+      ++place;
+    }
+    return place;
+  };
+  const std::size_t begin = text.starts_with('-') || text.starts_with('+') ? 1 : 0;
+  const std::size_t end = behindDigits(begin);
+  if (end == begin) {
+    return 0;
+  }
+  return end < text.size() && text[end] == '.' ? behindDigits(end + 1) : end;
+}
+
 std::string realSyntaxFault(std::string_view text) {
   if (text.empty()) {
     return "Empty value instead of a double found";
   }
-  if (isPlainReal(text)) {
+  if (plainRealLength(text) == text.size()) {
     return {};
   }
   int state = 1;

@@ -27,6 +27,27 @@ std::string itemFault(std::string_view item) {
   }
 }
 
+/// Moves `position` behind the next item of the list `text` if that is a real number of the form of
+/// nearly all: it need not be cut out to be tested.
+template <typename T>
+bool passPlainItem(std::string_view text, std::size_t& position) {
+  if constexpr (!std::is_same_v<T, double>) {
+    return false;
+  } else {
+    const std::size_t end = text.size() - 1;
+    std::size_t begin = position;
+    while (begin < end && separatesItems(text[begin])) {
+      ++begin;
+    }
+    const std::size_t length = plainRealLength(text.substr(begin, end - begin));
+    if (length == 0 || (begin + length < end && !separatesItems(text[begin + length]))) {
+      return false;
+    }
+    position = begin + length;
+    return true;
+  }
+}
+
 /// The two words for an item of a list.
 struct ItemWords {
   const char* singular;
@@ -85,8 +106,7 @@ bool WhiteSpaceListParser<T>::isValid(std::string_view text) {
     }
   }
   std::size_t position = 1;
-  std::string_view item = nextListItem(text, position);
-  if (item.empty()) {
+  if (nextListItem(text, position).empty()) {
     lastError_ = "Empty list found: '" + std::string(text) + "'";
     return false;
   }
@@ -100,15 +120,21 @@ bool WhiteSpaceListParser<T>::isValid(std::string_view text) {
       return false;
     }
   }
-  for (std::size_t number = 1; !item.empty(); ++number) {
+  position = 1;
+  for (std::size_t number = 1;; ++number) {
+    if (passPlainItem<T>(text, position)) {
+      continue;
+    }
+    const std::string_view item = nextListItem(text, position);
+    if (item.empty()) {
+      return true;
+    }
     const std::string fault = itemFault<T>(item);
     if (!fault.empty()) {
       lastError_ = "List item nr. " + std::to_string(number) + " is invalid: " + fault;
       return false;
     }
-    item = nextListItem(text, position);
   }
-  return true;
 }
 
 template <typename T>
