@@ -102,17 +102,22 @@ TEST(SolutionTimes, areThoseOfTheGroup) {
     for (const char* group : {"/RESULTS", "/RESULTS/CellsAll", "/RESULTS/CellsAll/Depth"}) {
       result.createGroup(group);
     }
-    double time = 0.0;
-    for (const char* name : {"first", "second"}) {
-      const H5::Group solution = result.createGroup(std::string("/RESULTS/CellsAll/Depth/") + name);
+    const auto stamp = [](const H5::H5Object& solution, double time) {
       solution.createAttribute("t", H5::PredType::NATIVE_DOUBLE, H5::DataSpace(H5S_SCALAR))
           .write(H5::PredType::NATIVE_DOUBLE, &time);
-      time += 12.5;
-    }
+    };
+    const std::string folder = "/RESULTS/CellsAll/Depth/";
+    stamp(result.createGroup(folder + "a"), 0.0);
+    stamp(
+        result.createDataSet(folder + "b", H5::PredType::NATIVE_DOUBLE, H5::DataSpace(H5S_SCALAR)),
+        12.5);
+    H5::IntType type(H5::PredType::NATIVE_INT);
+    type.commit(result, folder + "c");
+    stamp(type, 25.0);
   }
-  EXPECT_EQ(h5io::getSolutionTimes(file.path()), (std::vector<double>{0.0, 12.5}));
+  EXPECT_EQ(h5io::getSolutionTimes(file.path()), (std::vector<double>{0.0, 12.5, 25.0}));
   std::filesystem::remove(file.path());
-  EXPECT_EQ(h5io::getSolutionTimes(file.path()).size(), 2U) << "read once for the process";
+  EXPECT_EQ(h5io::getSolutionTimes(file.path()).size(), 3U) << "read once for the process";
 }
 
 TEST(SolutionTimes, areNoneAfterAFailure) {

@@ -40,10 +40,15 @@ double readTime(const H5::H5File& file, const std::string& solution) {
       }
       attribute.read(H5::PredType::NATIVE_DOUBLE, &time);
     };
-    if (file.childObjType(path) == H5O_TYPE_GROUP) {
-      read(file.openGroup(path));
-    } else {
-      read(file.openDataSet(path));
+    switch (file.childObjType(path)) {
+      case H5O_TYPE_GROUP:
+        read(file.openGroup(path));
+        break;
+      case H5O_TYPE_NAMED_DATATYPE:
+        read(file.openDataType(path));
+        break;
+      default:
+        read(file.openDataSet(path));
     }
     return time;
   } catch (const H5::Exception&) {
