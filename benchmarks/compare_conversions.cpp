@@ -15,7 +15,7 @@
 #include <string>
 #include <string_view>
 
-#include "KESTparse/framework/Conversions.h"
+#include "KESTparse/base/Conversions.h"
 
 namespace {
 

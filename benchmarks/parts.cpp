@@ -14,8 +14,8 @@
 
 #include "JsonEmission.h"
 #include "KESTcore/StandardSerie.h"
-#include "KESTparse/framework/Files.h"
-#include "KESTparse/framework/GlobalValues.h"
+#include "KESTparse/base/Files.h"
+#include "KESTparse/base/GlobalValues.h"
 #include "KESTparse/framework/InputParser.h"
 #include "KESTparse/framework/InputTag.h"
 #include "KESTparse/root/KestrixInputRoot.h"

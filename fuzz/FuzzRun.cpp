@@ -12,10 +12,10 @@
 #include <utility>
 
 #include "JsonEmission.h"
-#include "KESTparse/framework/GlobalValues.h"
+#include "KESTparse/base/GlobalValues.h"
+#include "KESTparse/base/Logger.h"
 #include "KESTparse/framework/InputParseError.h"
 #include "KESTparse/framework/InputParser.h"
-#include "KESTparse/framework/Logger.h"
 #include "KESTparse/root/KestrixInputRoot.h"
 
 namespace fuzz {

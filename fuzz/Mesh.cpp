@@ -4,7 +4,7 @@
 #include <stdexcept>
 
 #include "FuzzRun.h"
-#include "KESTparse/framework/Files.h"
+#include "KESTparse/base/Files.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   fuzz::beginRun();

@@ -1,6 +1,6 @@
 """Writes the words of the vocabulary as a dictionary for the fuzzer.
 
-usage: kcf-reference json | make_dictionary.py
+usage: kcf vocabulary | make_dictionary.py
 """
 
 import json

@@ -15,10 +15,10 @@
 #include <vector>
 
 #include "JsonEmission.h"
-#include "KESTparse/framework/Assert.h"
-#include "KESTparse/framework/GlobalValues.h"
+#include "KESTparse/base/Assert.h"
+#include "KESTparse/base/GlobalValues.h"
+#include "KESTparse/base/Logger.h"
 #include "KESTparse/framework/InputParser.h"
-#include "KESTparse/framework/Logger.h"
 #include "KESTparse/root/KestrixInputRoot.h"
 
 namespace {

@@ -16,7 +16,7 @@ import tempfile
 from pathlib import Path
 
 CONVERTER, REFERENCE, MAKER = (Path(p).resolve() for p in sys.argv[1:4])
-BLOCKS = {b["path"]: b for b in json.loads(subprocess.run([REFERENCE, "json"], capture_output=True, check=True).stdout)["blocks"]}
+BLOCKS = {b["path"]: b for b in json.loads(subprocess.run([REFERENCE, "vocabulary"], capture_output=True, check=True).stdout)["blocks"]}
 NOT_WRITTEN_BACK = {
     "order-valid.kcf",  # is valid only in its own order of blocks
     "order-warned.kcf",

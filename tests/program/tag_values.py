@@ -134,7 +134,7 @@ def cases(tag, folder):
 
 
 def main():
-    blocks = json.loads(subprocess.run([REFERENCE, "json"], capture_output=True, check=True).stdout)["blocks"]
+    blocks = json.loads(subprocess.run([REFERENCE, "vocabulary"], capture_output=True, check=True).stdout)["blocks"]
     faults, checked = [], 0
     with tempfile.TemporaryDirectory() as temporary:
         folder = Path(temporary)

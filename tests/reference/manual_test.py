@@ -15,7 +15,7 @@ import unittest
 from pathlib import Path
 
 REFERENCE, CONVERTER = (Path(p).resolve() for p in sys.argv[1:3])
-BLOCKS = json.loads(subprocess.run([REFERENCE, "json"], capture_output=True, check=True).stdout)["blocks"]
+BLOCKS = json.loads(subprocess.run([REFERENCE, "vocabulary"], capture_output=True, check=True).stdout)["blocks"]
 # The example that the class itself gives shows how regions stand in it, not a whole region.
 INCOMPLETE = {"/DOMAIN"}
 

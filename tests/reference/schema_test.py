@@ -21,7 +21,7 @@ def printed(verb):
 
 
 SCHEMA = printed("schema")
-BLOCKS = {block["path"]: block for block in printed("json")["blocks"]}
+BLOCKS = {block["path"]: block for block in printed("vocabulary")["blocks"]}
 # The values that a rule puts in place of one that was given are out of the range of the tag.
 REPAIRED = {"d90_armored_layer"}
 

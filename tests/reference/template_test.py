@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""Fills in the skeletons that kcf-reference prints and converts them; checks its command line.
+"""Fills in the skeletons that kcf prints and converts them; checks its command line.
 
     template_test.py KCF-REFERENCE CONVERTER
 """
@@ -93,7 +93,7 @@ class Template(unittest.TestCase):
         self.assertEqual(region["GEOMETRY"]["ZONE"][0]["name"], "name")
 
     def test_each_block_parses_once_it_is_filled_in(self):
-        for block in json.loads(reference("json").stdout)["blocks"]:
+        for block in json.loads(reference("vocabulary").stdout)["blocks"]:
             with self.subTest(block["path"]):
                 skeleton = reference("template", block["path"]).stdout
                 done = self.convert(filled(skeleton, {}))
@@ -134,29 +134,30 @@ class CommandLine(unittest.TestCase):
                               ("/DOMAIN/KESTSUB/SOURCES", "/DOMAIN/KESTSUB/SOURCE")):
             done = reference("template", "/PROJECT", path)
             self.assertEqual((done.returncode, done.stdout), (1, ""))
-            self.assertIn(f"kcf-reference: there is no block '{path}'. Did you mean {nearest}", done.stderr)
+            self.assertIn(f"kcf: there is no block '{path}'. Did you mean {nearest}", done.stderr)
 
     def test_wrong_usage(self):
-        for wrong, text in (((), "Required argument missing: verb"), (("nope",), "'nope'"),
-                            (("json", "more"), "more"), (("template",), "Required argument missing: path"),
-                            (("schema", "--nope"), "--nope"), (("manual",), "Required argument missing: output"),
-                            (("manual", "--output"), "output")):
+        for wrong, text in (((), "there is no verb"), (("nope",), "'nope'"),
+                            (("vocabulary", "more"), "more"), (("template",), "PATH is required"),
+                            (("schema", "--nope"), "--nope"), (("manual",), "--output is required"),
+                            (("manual", "--output"), "output"),
+                            (("templat",), "Did you mean 'template'?"), (("manual", "--outptu", "x"), "Did you mean '--output'?")):
             done = reference(*wrong)
             self.assertEqual((done.returncode, done.stdout), (2, ""), wrong)
             self.assertIn(text, done.stderr)
-            self.assertIn("For help: kcf-reference " + (wrong[0] + " " if wrong and wrong[0] != "nope" else "") + "--help", done.stderr)
+            self.assertIn("For help: kcf " + (wrong[0] + " " if wrong and wrong[0] not in ("nope", "templat") else "") + "--help", done.stderr)
 
     def test_help(self):
-        for right in (("--help",), ("-h",), ("json", "--help"), ("schema", "--help"), ("manual", "--help"), ("template", "--help")):
+        for right in (("--help",), ("-h",), ("vocabulary", "--help"), ("schema", "--help"), ("manual", "--help"), ("template", "--help")):
             done = reference(*right)
             self.assertEqual((done.returncode, done.stderr), (0, ""), right)
-            self.assertIn("USAGE", done.stdout)
+            self.assertIn("Usage: kcf", done.stdout)
 
     def test_a_failed_write(self):
         with open("/dev/full", "wb") as full:
-            for verb in (("json",), ("schema",), ("template", "/")):
+            for verb in (("vocabulary",), ("schema",), ("template", "/")):
                 done = subprocess.run([REFERENCE, *verb], stdout=full, stderr=subprocess.PIPE, text=True, check=False)
-                self.assertEqual((done.returncode, done.stderr), (1, "kcf-reference: writing to standard output failed\n"))
+                self.assertEqual((done.returncode, done.stderr), (1, "kcf: writing to standard output failed\n"))
 
 
 if __name__ == "__main__":

@@ -16,7 +16,7 @@ TAG = {"name": str, "type": str, "mandatory": bool, "repeatable": bool, "default
 class Vocabulary(unittest.TestCase):
     @classmethod
     def setUpClass(cls):
-        done = subprocess.run([sys.argv[1], "json"], capture_output=True, check=True)
+        done = subprocess.run([sys.argv[1], "vocabulary"], capture_output=True, check=True)
         cls.document = json.loads(done.stdout)
         cls.blocks = {block["path"]: block for block in cls.document["blocks"]}
 

@@ -5,9 +5,9 @@
 #include <utility>
 #include <vector>
 
-#include "KESTparse/framework/Assert.h"
-#include "KESTparse/framework/GlobalValues.h"
-#include "KESTparse/framework/Logger.h"
+#include "KESTparse/base/Assert.h"
+#include "KESTparse/base/GlobalValues.h"
+#include "KESTparse/base/Logger.h"
 
 namespace KESTparse {
 namespace {

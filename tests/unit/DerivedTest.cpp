@@ -9,7 +9,7 @@
 #include <utility>
 #include <vector>
 
-#include "KESTparse/framework/GlobalValues.h"
+#include "KESTparse/base/GlobalValues.h"
 #include "KESTparse/framework/InputParser.h"
 #include "KESTparse/linking/IRcouplingLateral.h"
 #include "KESTparse/linking/IRcouplings.h"

@@ -6,7 +6,7 @@
 #include <vector>
 
 #include "KESTcore/StandardSerie.h"
-#include "KESTparse/framework/Files.h"
+#include "KESTparse/base/Files.h"
 #include "TemporaryFile.h"
 #include "h5io/SolutionTimes.h"
 

@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "KESTparse/framework/GlobalValues.h"
+#include "KESTparse/base/GlobalValues.h"
 #include "KESTparse/framework/InputParseError.h"
 #include "KESTparse/framework/InputParser.h"
 #include "KESTparse/framework/InputTag.h"

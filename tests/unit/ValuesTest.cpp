@@ -9,8 +9,8 @@
 #include <string>
 #include <vector>
 
-#include "KESTparse/framework/Conversions.h"
-#include "KESTparse/framework/GlobalValues.h"
+#include "KESTparse/base/Conversions.h"
+#include "KESTparse/base/GlobalValues.h"
 #include "KESTparse/framework/ListParser.h"
 #include "KESTparse/framework/Range.h"
 

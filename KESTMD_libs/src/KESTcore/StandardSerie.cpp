@@ -2,10 +2,10 @@
 
 #include <algorithm>
 
-#include "KESTparse/framework/Assert.h"
-#include "KESTparse/framework/Conversions.h"
-#include "KESTparse/framework/Files.h"
-#include "KESTparse/framework/Logger.h"
+#include "KESTparse/base/Assert.h"
+#include "KESTparse/base/Conversions.h"
+#include "KESTparse/base/Files.h"
+#include "KESTparse/base/Logger.h"
 
 namespace Kestrix {
 namespace {

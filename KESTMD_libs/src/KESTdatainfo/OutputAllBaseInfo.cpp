@@ -3,7 +3,7 @@
 #include <algorithm>
 #include <span>
 
-#include "KESTparse/framework/Assert.h"
+#include "KESTparse/base/Assert.h"
 
 namespace KESTparse::OutputAllBaseInfo {
 namespace {

@@ -16,8 +16,8 @@
 #include <string_view>
 #include <system_error>
 
-#include "KESTparse/framework/GlobalValues.h"
-#include "KESTparse/framework/Logger.h"
+#include "KESTparse/base/GlobalValues.h"
+#include "KESTparse/base/Logger.h"
 #include "ResultFile.h"
 
 namespace h5io {

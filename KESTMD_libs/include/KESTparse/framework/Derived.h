@@ -9,7 +9,7 @@
 #include <unordered_map>
 #include <vector>
 
-#include "KESTparse/framework/GlobalValues.h"
+#include "KESTparse/base/GlobalValues.h"
 
 namespace KESTparse {
 

@@ -2,7 +2,7 @@
 /// What every tag kind has, for the sources that define one.
 #pragma once
 
-#include "KESTparse/framework/Assert.h"
+#include "KESTparse/base/Assert.h"
 #include "KESTparse/framework/InputTag.h"
 #include "KESTparse/framework/InputTagVisitor.h"
 

@@ -2,7 +2,7 @@
 /// Tags that hold one number.
 #pragma once
 
-#include "KESTparse/framework/GlobalValues.h"
+#include "KESTparse/base/GlobalValues.h"
 #include "KESTparse/framework/InputTag.h"
 #include "KESTparse/framework/Range.h"
 

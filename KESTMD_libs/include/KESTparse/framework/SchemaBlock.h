@@ -13,7 +13,7 @@
 #include <utility>
 #include <vector>
 
-#include "KESTparse/framework/Assert.h"
+#include "KESTparse/base/Assert.h"
 #include "KESTparse/framework/InputBlock.h"
 #include "KESTparse/framework/InputTagEnum.h"
 #include "KESTparse/framework/MemberName.h"

@@ -2,8 +2,8 @@
 
 #include <cmath>
 
+#include "KESTparse/base/Conversions.h"
 #include "KESTparse/bedmaterial/IRgrainclass.h"
-#include "KESTparse/framework/Conversions.h"
 
 namespace KESTparse {
 

@@ -1,7 +1,7 @@
 #include "KESTparse/chain1d/IRbndr1d.h"
 
+#include "KESTparse/base/Conversions.h"
 #include "KESTparse/chain1d/IRcalc1d.h"
-#include "KESTparse/framework/Conversions.h"
 #include "KESTparse/framework/Rules.h"
 #include "KESTparse/root/IRdomain.h"
 

@@ -2,7 +2,7 @@
 
 #include <algorithm>
 
-#include "KESTparse/framework/GlobalValues.h"
+#include "KESTparse/base/GlobalValues.h"
 #include "KESTparse/framework/Rules.h"
 
 namespace KESTparse {

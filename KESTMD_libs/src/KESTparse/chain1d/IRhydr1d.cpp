@@ -2,6 +2,7 @@
 
 #include <algorithm>
 
+#include "KESTparse/base/Conversions.h"
 #include "KESTparse/chain1d/IRbndr1d.h"
 #include "KESTparse/chain1d/IRextsrc1d.h"
 #include "KESTparse/chain1d/IRfriction1d.h"
@@ -9,7 +10,6 @@
 #include "KESTparse/chain1d/IRinnerboundary1d.h"
 #include "KESTparse/chain1d/IRparam1d.h"
 #include "KESTparse/chain1d/IRsrc1d.h"
-#include "KESTparse/framework/Conversions.h"
 #include "KESTparse/framework/Rules.h"
 
 namespace KESTparse {

@@ -1,6 +1,6 @@
 #include "KESTparse/chain1d/IRmorphparam1d.h"
 
-#include "KESTparse/framework/Conversions.h"
+#include "KESTparse/base/Conversions.h"
 
 namespace KESTparse {
 

@@ -5,8 +5,8 @@
 #include <algorithm>
 #include <utility>
 
-#include "KESTparse/framework/Assert.h"
-#include "KESTparse/framework/GlobalValues.h"
+#include "KESTparse/base/Assert.h"
+#include "KESTparse/base/GlobalValues.h"
 #include "KESTparse/framework/InputParseError.h"
 #include "KESTparse/framework/InputTagConditions.h"
 #include "KESTparse/framework/InputTagVisitor.h"

@@ -8,11 +8,11 @@
 #include <string_view>
 #include <vector>
 
-#include "KESTparse/framework/Assert.h"
+#include "KESTparse/base/Assert.h"
+#include "KESTparse/base/Logger.h"
 #include "KESTparse/framework/InputBlock.h"
 #include "KESTparse/framework/InputParseError.h"
 #include "KESTparse/framework/InputTag.h"
-#include "KESTparse/framework/Logger.h"
 
 namespace KESTparse {
 namespace {

@@ -1,8 +1,8 @@
 #include "KESTparse/framework/InputTag.h"
 
-#include "KESTparse/framework/Assert.h"
-#include "KESTparse/framework/Conversions.h"
-#include "KESTparse/framework/GlobalValues.h"
+#include "KESTparse/base/Assert.h"
+#include "KESTparse/base/Conversions.h"
+#include "KESTparse/base/GlobalValues.h"
 #include "KESTparse/framework/InputParseError.h"
 #include "KESTparse/framework/InputTagConditions.h"
 #include "KESTparse/framework/InputTagVisitor.h"

@@ -4,7 +4,7 @@
 
 #include <algorithm>
 
-#include "KESTparse/framework/Assert.h"
+#include "KESTparse/base/Assert.h"
 #include "KESTparse/framework/InputBlock.h"
 #include "KESTparse/framework/InputTagVisitor.h"
 

@@ -2,7 +2,7 @@
 
 #include <type_traits>
 
-#include "KESTparse/framework/Conversions.h"
+#include "KESTparse/base/Conversions.h"
 #include "KESTparse/framework/InputBlock.h"
 #include "KESTparse/framework/InputTagKind.h"
 

@@ -1,8 +1,8 @@
 #include "KESTparse/framework/InputTagString.h"
 
 #include "KESTcore/StandardSerie.h"
-#include "KESTparse/framework/Conversions.h"
-#include "KESTparse/framework/GlobalValues.h"
+#include "KESTparse/base/Conversions.h"
+#include "KESTparse/base/GlobalValues.h"
 #include "KESTparse/framework/InputBlock.h"
 #include "KESTparse/framework/InputTagEnum.h"
 #include "KESTparse/framework/InputTagKind.h"

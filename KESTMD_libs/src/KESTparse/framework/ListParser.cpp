@@ -4,8 +4,8 @@
 #include <cstdlib>
 #include <type_traits>
 
-#include "KESTparse/framework/Assert.h"
-#include "KESTparse/framework/Conversions.h"
+#include "KESTparse/base/Assert.h"
+#include "KESTparse/base/Conversions.h"
 
 namespace KESTparse {
 namespace {

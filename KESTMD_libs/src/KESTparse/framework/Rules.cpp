@@ -7,8 +7,8 @@
 #include <functional>
 #include <tuple>
 
-#include "KESTparse/framework/Conversions.h"
-#include "KESTparse/framework/GlobalValues.h"
+#include "KESTparse/base/Conversions.h"
+#include "KESTparse/base/GlobalValues.h"
 #include "KESTparse/framework/InputBlock.h"
 #include "h5io/SolutionTimes.h"
 

@@ -2,10 +2,10 @@
 
 #include <algorithm>
 
+#include "KESTparse/base/Conversions.h"
+#include "KESTparse/base/Files.h"
 #include "KESTparse/chain1d/IRcalc1d.h"
 #include "KESTparse/chain1d/IRgeom1d.h"
-#include "KESTparse/framework/Conversions.h"
-#include "KESTparse/framework/Files.h"
 #include "KESTparse/root/IRdomain.h"
 
 namespace KESTparse {

@@ -1,6 +1,6 @@
 #include "KESTparse/plane2d/IRfixbed2d.h"
 
-#include "KESTparse/framework/GlobalValues.h"
+#include "KESTparse/base/GlobalValues.h"
 
 namespace KESTparse {
 

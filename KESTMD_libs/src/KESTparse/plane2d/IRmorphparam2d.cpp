@@ -1,6 +1,6 @@
 #include "KESTparse/plane2d/IRmorphparam2d.h"
 
-#include "KESTparse/framework/Conversions.h"
+#include "KESTparse/base/Conversions.h"
 
 namespace KESTparse {
 

@@ -1,6 +1,6 @@
 #include "KESTparse/plane2d/IRstringdef2d.h"
 
-#include "KESTparse/framework/Files.h"
+#include "KESTparse/base/Files.h"
 #include "KESTparse/plane2d/IRgeom2d.h"
 
 namespace KESTparse {

@@ -2,7 +2,7 @@
 
 #include <cmath>
 
-#include "KESTparse/framework/Conversions.h"
+#include "KESTparse/base/Conversions.h"
 
 namespace KESTparse {
 

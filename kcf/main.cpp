@@ -1,5 +1,5 @@
 /// \file
-/// Tells the vocabulary of KCF command files.
+/// Works with KCF command files.
 
 #include <csignal>
 
@@ -8,5 +8,5 @@
 int main(int argc, char** argv) {
   // A reader that goes away is a failed write, which is told.
   std::signal(SIGPIPE, SIG_IGN);
-  return KESTparse::runReference({argv, argv + argc});
+  return kcf::run({argv, argv + argc});
 }

@@ -1,6 +1,7 @@
-#include "Schema.h"
+#include "schema/Schema.h"
 
 #include <algorithm>
+#include <iostream>
 #include <memory>
 #include <nlohmann/json.hpp>
 #include <sstream>
@@ -8,11 +9,12 @@
 #include <utility>
 #include <vector>
 
-#include "KESTparse/framework/Conversions.h"
+#include "KESTparse/base/Conversions.h"
 #include "KESTparse/framework/InputBlock.h"
 #include "KESTparse/framework/InputTagConditions.h"
 #include "KESTparse/framework/InputTagList.h"
-#include "TagTraits.h"
+#include "KESTparse/root/KestrixInputRoot.h"
+#include "KESTparse/vocabulary/TagTraits.h"
 
 namespace KESTparse {
 namespace {
@@ -255,3 +257,19 @@ ordered_json documentSchema(const InputBlock& root) {
 }
 
 }  // namespace KESTparse
+
+namespace kcf {
+
+Verb schemaVerb() {
+  return {"schema",
+          "Know the vocabulary",
+          "Print a JSON Schema of the documents that the converter writes",
+          "",
+          {},
+          [](const Arguments&) {
+            std::cout << KESTparse::documentSchema(KESTparse::KestrixInputRoot()).dump(2) << "\n";
+            return status::done;
+          }};
+}
+
+}  // namespace kcf

@@ -1,17 +1,22 @@
-#include "Template.h"
+#include "template/Template.h"
 
+#include <fmt/format.h>
+
+#include <iostream>
 #include <map>
 #include <memory>
 #include <ostream>
+#include <stdexcept>
 #include <string>
 #include <string_view>
 
-#include "KESTparse/framework/Conversions.h"
+#include "KESTparse/base/Conversions.h"
 #include "KESTparse/framework/InputBlock.h"
 #include "KESTparse/framework/InputParser.h"
 #include "KESTparse/framework/InputTag.h"
-#include "Places.h"
-#include "TagTraits.h"
+#include "KESTparse/root/KestrixInputRoot.h"
+#include "KESTparse/vocabulary/Places.h"
+#include "KESTparse/vocabulary/TagTraits.h"
 
 namespace KESTparse {
 namespace {
@@ -110,3 +115,33 @@ void writeTemplate(const InputBlock& root, const std::vector<Place>& places, std
 }
 
 }  // namespace KESTparse
+
+namespace kcf {
+
+Verb templateVerb() {
+  return {
+      "template",
+      "Write command files",
+      "Print the skeleton of a command file with the named blocks",
+      "",
+      {{.name = "PATH",
+        .help = "path of a block, such as /DOMAIN/KESTPLANE_2D",
+        .value = "PATH",
+        .required = true,
+        .repeatable = true}},
+      [](const Arguments& arguments) {
+        const KESTparse::KestrixInputRoot root;
+        std::vector<KESTparse::Place> places;
+        for (const std::string& path : arguments.values("PATH")) {
+          places.push_back(KESTparse::findPlace(root, path));
+          if (places.back().block == nullptr) {
+            throw std::runtime_error(fmt::format("there is no block '{}'. Did you mean {}?", path,
+                                                 fmt::join(nearestPaths(root, path), ", ")));
+          }
+        }
+        KESTparse::writeTemplate(root, places, std::cout);
+        return status::done;
+      }};
+}
+
+}  // namespace kcf

@@ -1,11 +1,11 @@
-#include "Places.h"
+#include "KESTparse/vocabulary/Places.h"
 
 #include <algorithm>
-#include <numeric>
 #include <string_view>
 #include <utility>
 
-#include "KESTparse/framework/Conversions.h"
+#include "KESTparse/base/Conversions.h"
+#include "KESTparse/base/Suggestion.h"
 #include "KESTparse/framework/InputBlock.h"
 
 namespace KESTparse {
@@ -17,20 +17,6 @@ void collect(const InputBlock& block, const std::string& path, std::vector<Place
     const InputBlock& child = block.getLogicalBlock(i);
     collect(child, pathOf(path, child), places);
   }
-}
-
-/// How many characters must be put in, taken out or replaced to make `b` of `a`.
-std::size_t editDistance(std::string_view a, std::string_view b) {
-  std::vector<std::size_t> row(b.size() + 1);
-  std::iota(row.begin(), row.end(), 0U);
-  for (std::size_t i = 1; i <= a.size(); ++i) {
-    std::size_t diagonal = std::exchange(row[0], i);
-    for (std::size_t j = 1; j <= b.size(); ++j) {
-      const std::size_t replaced = diagonal + (a[i - 1] == b[j - 1] ? 0 : 1);
-      diagonal = std::exchange(row[j], std::min({row[j] + 1, row[j - 1] + 1, replaced}));
-    }
-  }
-  return row.back();
 }
 
 /// `path` in upper case, without slashes at its ends.

@@ -4,7 +4,7 @@
 
 #include <string>
 
-#include "KESTparse/framework/GlobalValues.h"
+#include "KESTparse/base/GlobalValues.h"
 
 namespace KESTparse {
 

@@ -1,5 +1,6 @@
-#include "Vocabulary.h"
+#include "vocabulary/Vocabulary.h"
 
+#include <iostream>
 #include <nlohmann/json.hpp>
 #include <sstream>
 #include <string>
@@ -7,7 +8,8 @@
 
 #include "KESTparse/framework/InputBlock.h"
 #include "KESTparse/framework/InputTag.h"
-#include "TagTraits.h"
+#include "KESTparse/root/KestrixInputRoot.h"
+#include "KESTparse/vocabulary/TagTraits.h"
 
 namespace KESTparse {
 namespace {
@@ -61,3 +63,19 @@ ordered_json vocabulary(const InputBlock& root) {
 }
 
 }  // namespace KESTparse
+
+namespace kcf {
+
+Verb vocabularyVerb() {
+  return {"vocabulary",
+          "Know the vocabulary",
+          "Print all blocks and tags with what holds for them, as JSON",
+          "",
+          {},
+          [](const Arguments&) {
+            std::cout << KESTparse::vocabulary(KESTparse::KestrixInputRoot()).dump(2) << "\n";
+            return status::done;
+          }};
+}
+
+}  // namespace kcf

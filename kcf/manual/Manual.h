@@ -4,6 +4,8 @@
 
 #include <filesystem>
 
+#include "Verb.h"
+
 namespace KESTparse {
 
 class InputBlock;
@@ -14,3 +16,10 @@ class InputBlock;
 void writeManual(const InputBlock& root, const std::filesystem::path& folder);
 
 }  // namespace KESTparse
+
+namespace kcf {
+
+/// Writes the reference manual.
+Verb manualVerb();
+
+}  // namespace kcf

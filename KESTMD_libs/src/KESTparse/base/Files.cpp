@@ -1,4 +1,4 @@
-#include "KESTparse/framework/Files.h"
+#include "KESTparse/base/Files.h"
 
 #include <algorithm>
 #include <charconv>
@@ -8,7 +8,7 @@
 #include <string_view>
 #include <utility>
 
-#include "KESTparse/framework/Assert.h"
+#include "KESTparse/base/Assert.h"
 
 namespace KESTparse {
 namespace {

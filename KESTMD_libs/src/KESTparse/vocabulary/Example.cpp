@@ -1,4 +1,4 @@
-#include "Example.h"
+#include "KESTparse/vocabulary/Example.h"
 
 #include <algorithm>
 #include <cmath>
@@ -8,14 +8,14 @@
 #include <string_view>
 #include <utility>
 
-#include "KESTparse/framework/Conversions.h"
+#include "KESTparse/base/Conversions.h"
 #include "KESTparse/framework/InputBlock.h"
 #include "KESTparse/framework/InputParseError.h"
 #include "KESTparse/framework/InputParser.h"
 #include "KESTparse/framework/InputTagConditions.h"
 #include "KESTparse/root/KestrixInputRoot.h"
-#include "Places.h"
-#include "TagTraits.h"
+#include "KESTparse/vocabulary/Places.h"
+#include "KESTparse/vocabulary/TagTraits.h"
 
 namespace KESTparse {
 namespace {

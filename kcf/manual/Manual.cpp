@@ -1,4 +1,4 @@
-#include "Manual.h"
+#include "manual/Manual.h"
 
 #include <algorithm>
 #include <fstream>
@@ -12,13 +12,14 @@
 #include <utility>
 #include <vector>
 
-#include "Example.h"
 #include "KESTparse/framework/InputBlock.h"
 #include "KESTparse/framework/InputParser.h"
 #include "KESTparse/framework/InputTag.h"
+#include "KESTparse/root/KestrixInputRoot.h"
+#include "KESTparse/vocabulary/Example.h"
+#include "KESTparse/vocabulary/Places.h"
+#include "KESTparse/vocabulary/TagTraits.h"
 #include "ManualAssets.h"
-#include "Places.h"
-#include "TagTraits.h"
 
 namespace KESTparse {
 namespace {
@@ -421,3 +422,24 @@ void writeManual(const InputBlock& root, const std::filesystem::path& folder) {
 }
 
 }  // namespace KESTparse
+
+namespace kcf {
+
+Verb manualVerb() {
+  return {"manual",
+          "Know the vocabulary",
+          "Write the reference manual as HTML pages that need no server",
+          "",
+          {{.name = "--output",
+            .help = "folder for the pages; made if need be",
+            .value = "DIR",
+            .letter = 'o',
+            .required = true,
+            .isPath = true}},
+          [](const Arguments& arguments) {
+            KESTparse::writeManual(KESTparse::KestrixInputRoot(), arguments.value("--output"));
+            return status::done;
+          }};
+}
+
+}  // namespace kcf

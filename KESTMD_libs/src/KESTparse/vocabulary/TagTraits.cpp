@@ -1,4 +1,4 @@
-#include "TagTraits.h"
+#include "KESTparse/vocabulary/TagTraits.h"
 
 #include <utility>
 

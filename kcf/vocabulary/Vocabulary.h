@@ -4,6 +4,8 @@
 
 #include <nlohmann/json_fwd.hpp>
 
+#include "Verb.h"
+
 namespace KESTparse {
 
 class InputBlock;
@@ -13,3 +15,10 @@ class InputBlock;
 nlohmann::ordered_json vocabulary(const InputBlock& root);
 
 }  // namespace KESTparse
+
+namespace kcf {
+
+/// Prints the vocabulary.
+Verb vocabularyVerb();
+
+}  // namespace kcf

@@ -1,4 +1,4 @@
-#include "KESTparse/framework/Logger.h"
+#include "KESTparse/base/Logger.h"
 
 #include <omp.h>
 
@@ -6,8 +6,8 @@
 #include <iostream>
 #include <utility>
 
-#include "KESTparse/framework/Assert.h"
-#include "KESTparse/framework/GlobalValues.h"
+#include "KESTparse/base/Assert.h"
+#include "KESTparse/base/GlobalValues.h"
 
 #ifndef KESTRIX_VERSION
 #define KESTRIX_VERSION "unversioned"

@@ -1,4 +1,4 @@
-#include "KESTparse/framework/Conversions.h"
+#include "KESTparse/base/Conversions.h"
 
 #include <array>
 #include <charconv>

@@ -5,6 +5,8 @@
 #include <iosfwd>
 #include <vector>
 
+#include "Verb.h"
+
 namespace KESTparse {
 
 class InputBlock;
@@ -16,3 +18,10 @@ struct Place;
 void writeTemplate(const InputBlock& root, const std::vector<Place>& places, std::ostream& out);
 
 }  // namespace KESTparse
+
+namespace kcf {
+
+/// Prints a skeleton.
+Verb templateVerb();
+
+}  // namespace kcf

@@ -4,6 +4,8 @@
 
 #include <nlohmann/json_fwd.hpp>
 
+#include "Verb.h"
+
 namespace KESTparse {
 
 class InputBlock;
@@ -13,3 +15,10 @@ class InputBlock;
 nlohmann::ordered_json documentSchema(const InputBlock& root);
 
 }  // namespace KESTparse
+
+namespace kcf {
+
+/// Prints the JSON Schema of the documents.
+Verb schemaVerb();
+
+}  // namespace kcf

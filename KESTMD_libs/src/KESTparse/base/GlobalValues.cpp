@@ -1,4 +1,4 @@
-#include "KESTparse/framework/GlobalValues.h"
+#include "KESTparse/base/GlobalValues.h"
 
 #include <filesystem>
 #include <fstream>

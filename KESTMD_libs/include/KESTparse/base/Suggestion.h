@@ -1,0 +1,22 @@
+/// \file
+/// What a misspelt name was meant to be.
+#pragma once
+
+#include <cstddef>
+#include <string>
+#include <string_view>
+#include <vector>
+
+namespace KESTparse {
+
+/// The least number of characters to insert, remove, replace or swap with their neighbour that make
+/// `b` of `a`. The search ends where the number exceeds `limit`; the result is then greater.
+std::size_t editDistance(std::string_view a, std::string_view b,
+                         std::size_t limit = static_cast<std::size_t>(-1));
+
+/// The name among `known` that `written` was most likely meant to be: one that differs in letter
+/// case only, else the one at the least distance of at most a third of its length, else one of the
+/// same words in another order. Empty when there is none.
+std::string_view nearestName(std::string_view written, const std::vector<std::string_view>& known);
+
+}  // namespace KESTparse

@@ -1,0 +1,191 @@
+#include "CommandLine.h"
+
+#include <CLI/CLI.hpp>
+#include <algorithm>
+#include <exception>
+#include <iostream>
+#include <memory>
+#include <optional>
+#include <string_view>
+
+#include "KESTparse/base/Suggestion.h"
+
+namespace kcf {
+namespace {
+
+constexpr const char* programName = "kcf";
+
+#ifndef KESTRIX_VERSION
+#define KESTRIX_VERSION "unversioned"
+#endif
+
+/// What was given for the options of one verb.
+struct Given {
+  std::map<std::string_view, std::vector<std::string>> texts;
+  std::map<std::string_view, bool> switches;
+
+  [[nodiscard]] Arguments arguments() const {
+    std::map<std::string, std::vector<std::string>, std::less<>> values;
+    for (const auto& [name, given] : texts) {
+      if (!given.empty()) {
+        values.emplace(name, given);
+      }
+    }
+    for (const auto& [name, isOn] : switches) {
+      if (isOn) {
+        values.try_emplace(std::string(name));
+      }
+    }
+    return Arguments(std::move(values));
+  }
+};
+
+void addOption(CLI::App& app, const Option& option, Given& given) {
+  std::string name(option.name);
+  if (option.letter != '\0') {
+    name = std::string("-") + option.letter + "," + name;
+  }
+  if (!option.isOperand() && option.value.empty()) {
+    app.add_flag(name, given.switches[option.name], std::string(option.help));
+    return;
+  }
+  CLI::Option* const added =
+      app.add_option(name, given.texts[option.name], std::string(option.help));
+  added->required(option.required)->allow_extra_args(option.isOperand() && option.repeatable);
+  added->option_text(option.isOperand() || option.value.empty() ? "" : std::string(option.value));
+  if (option.repeatable) {
+    added->expected(option.required ? 1 : 0, CLI::detail::expected_max_vector_size);
+  } else {
+    added->expected(1)->multi_option_policy(CLI::MultiOptionPolicy::TakeLast);
+  }
+  if (!option.choices.empty()) {
+    added->check(
+        CLI::IsMember(std::vector<std::string>(option.choices.begin(), option.choices.end())));
+  }
+}
+
+/// What is said behind a word of the command line that nobody knows.
+std::string suggestion(std::string_view written, const std::vector<std::string_view>& known) {
+  const std::string_view nearest = KESTparse::nearestName(written, known);
+  return nearest.empty() ? "" : ". Did you mean '" + std::string(nearest) + "'?";
+}
+
+/// Why the first argument that stands for a verb is none; empty when it is one.
+std::string verbFault(const std::vector<std::string>& arguments) {
+  if (arguments.size() < 2) {
+    return "there is no verb";
+  }
+  const std::string& written = arguments[1];
+  std::vector<std::string_view> names;
+  for (const Verb& verb : verbs()) {
+    names.push_back(verb.name);
+  }
+  if (written.starts_with('-') || std::find(names.begin(), names.end(), written) != names.end()) {
+    return {};
+  }
+  return "there is no verb '" + written + "'" + suggestion(written, names);
+}
+
+/// Why an argument that looks like an option of `verb` is none; empty when all are known.
+std::string optionFault(const Verb& verb, const CLI::App& app) {
+  std::vector<std::string_view> names{"--help"};
+  for (const Option& option : verb.options) {
+    if (!option.isOperand()) {
+      names.push_back(option.name);
+    }
+  }
+  for (const std::string& written : app.remaining()) {
+    const std::string name = written.substr(0, written.find('='));
+    if (name.size() > 1 && name.starts_with('-')) {
+      return "there is no option '" + name + "'" + suggestion(name, names);
+    }
+    return "'" + written + "' is one argument too many";
+  }
+  return {};
+}
+
+/// Tells wrong usage of the program, or of a verb.
+int refuse(const std::string& fault, std::string_view verb = {}) {
+  const std::string self = programName + (verb.empty() ? "" : " " + std::string(verb));
+  std::cerr << programName << ": " << fault << "\nFor help: " << self << " --help\n";
+  return status::wrongUsage;
+}
+
+int runVerb(const Verb& verb, const Given& given) {
+  try {
+    return verb.run(given.arguments());
+  } catch (const UsageError& error) {
+    return refuse(error.message, verb.name);
+  } catch (const std::exception& fault) {
+    std::cerr << programName << ": " << fault.what() << "\n";
+    return status::failed;
+  }
+}
+
+/// Lists the verbs by their groups.
+class Formatter : public CLI::Formatter {
+ public:
+  [[nodiscard]] std::string make_usage(const CLI::App* app, std::string name) const override {
+    return app->get_parent() == nullptr ? std::string("Usage: ") + programName + " VERB ...\n"
+                                        : CLI::Formatter::make_usage(app, std::move(name));
+  }
+};
+
+int parseAndRun(const std::vector<std::string>& arguments) {
+  std::string fault = verbFault(arguments);
+  if (!fault.empty()) {
+    return refuse(fault);
+  }
+  CLI::App app("Works with KCF command files: what may stand in them, and what does.", programName);
+  app.formatter(std::make_shared<Formatter>());
+  app.set_version_flag("--version", std::string(programName) + " " + KESTRIX_VERSION);
+  app.require_subcommand(0, 1);
+  const Verb* chosen = nullptr;
+  CLI::App* chosenApp = nullptr;
+  Given given;
+  for (const Verb& verb : verbs()) {
+    CLI::App* const sub = app.add_subcommand(std::string(verb.name), std::string(verb.summary));
+    sub->group(std::string(verb.group));
+    if (arguments[1] != verb.name) {
+      continue;
+    }
+    sub->footer(std::string(verb.details));
+    sub->allow_extras();
+    for (const Option& option : verb.options) {
+      addOption(*sub, option, given);
+    }
+    chosen = &verb;
+    chosenApp = sub;
+  }
+  std::vector<const char*> words;
+  for (const std::string& argument : arguments) {
+    words.push_back(argument.c_str());
+  }
+  try {
+    app.parse(static_cast<int>(words.size()), words.data());
+  } catch (const CLI::Success& shown) {
+    return app.exit(shown);
+  } catch (const CLI::ParseError& error) {
+    fault = chosen == nullptr ? "" : optionFault(*chosen, *chosenApp);
+    return refuse(fault.empty() ? error.what() : fault, chosen == nullptr ? "" : chosen->name);
+  }
+  if (chosen == nullptr) {
+    return refuse("there is no verb");
+  }
+  fault = optionFault(*chosen, *chosenApp);
+  return fault.empty() ? runVerb(*chosen, given) : refuse(fault, chosen->name);
+}
+
+}  // namespace
+
+int run(const std::vector<std::string>& arguments) {
+  const int result = parseAndRun(arguments);
+  std::cout << std::flush;
+  if (!std::cout) {
+    std::cerr << programName << ": writing to standard output failed\n";
+    return result == status::wrongUsage ? result : status::failed;
+  }
+  return result;
+}
+
+}  // namespace kcf
