@@ -4,16 +4,13 @@
 #include <algorithm>
 #include <exception>
 #include <iostream>
-#include <memory>
-#include <optional>
 #include <string_view>
 
+#include "Help.h"
 #include "KESTparse/base/Suggestion.h"
 
 namespace kcf {
 namespace {
-
-constexpr const char* programName = "kcf";
 
 #ifndef KESTRIX_VERSION
 #define KESTRIX_VERSION "unversioned"
@@ -46,13 +43,11 @@ void addOption(CLI::App& app, const Option& option, Given& given) {
     name = std::string("-") + option.letter + "," + name;
   }
   if (!option.isOperand() && option.value.empty()) {
-    app.add_flag(name, given.switches[option.name], std::string(option.help));
+    app.add_flag(name, given.switches[option.name]);
     return;
   }
-  CLI::Option* const added =
-      app.add_option(name, given.texts[option.name], std::string(option.help));
+  CLI::Option* const added = app.add_option(name, given.texts[option.name]);
   added->required(option.required)->allow_extra_args(option.isOperand() && option.repeatable);
-  added->option_text(option.isOperand() || option.value.empty() ? "" : std::string(option.value));
   if (option.repeatable) {
     added->expected(option.required ? 1 : 0, CLI::detail::expected_max_vector_size);
   } else {
@@ -76,12 +71,14 @@ std::string verbFault(const std::vector<std::string>& arguments) {
     return "there is no verb";
   }
   const std::string& written = arguments[1];
-  std::vector<std::string_view> names;
-  for (const Verb& verb : verbs()) {
-    names.push_back(verb.name);
-  }
-  if (written.starts_with('-') || std::find(names.begin(), names.end(), written) != names.end()) {
+  const std::vector<Verb>& verbs = program().verbs;
+  if (written.starts_with('-') ||
+      std::any_of(verbs.begin(), verbs.end(), [&](auto& verb) { return verb.name == written; })) {
     return {};
+  }
+  std::vector<std::string_view> names;
+  for (const Verb* verb : shownVerbs(program())) {
+    names.push_back(verb->name);
   }
   return "there is no verb '" + written + "'" + suggestion(written, names);
 }
@@ -106,8 +103,9 @@ std::string optionFault(const Verb& verb, const CLI::App& app) {
 
 /// Tells wrong usage of the program, or of a verb.
 int refuse(const std::string& fault, std::string_view verb = {}) {
-  const std::string self = programName + (verb.empty() ? "" : " " + std::string(verb));
-  std::cerr << programName << ": " << fault << "\nFor help: " << self << " --help\n";
+  const std::string self =
+      std::string(program().name) + (verb.empty() ? "" : " " + std::string(verb));
+  std::cerr << program().name << ": " << fault << "\nFor help: " << self << " --help\n";
   return status::wrongUsage;
 }
 
@@ -117,39 +115,27 @@ int runVerb(const Verb& verb, const Given& given) {
   } catch (const UsageError& error) {
     return refuse(error.message, verb.name);
   } catch (const std::exception& fault) {
-    std::cerr << programName << ": " << fault.what() << "\n";
+    std::cerr << program().name << ": " << fault.what() << "\n";
     return status::failed;
   }
 }
-
-/// Lists the verbs by their groups.
-class Formatter : public CLI::Formatter {
- public:
-  [[nodiscard]] std::string make_usage(const CLI::App* app, std::string name) const override {
-    return app->get_parent() == nullptr ? std::string("Usage: ") + programName + " VERB ...\n"
-                                        : CLI::Formatter::make_usage(app, std::move(name));
-  }
-};
 
 int parseAndRun(const std::vector<std::string>& arguments) {
   std::string fault = verbFault(arguments);
   if (!fault.empty()) {
     return refuse(fault);
   }
-  CLI::App app("Works with KCF command files: what may stand in them, and what does.", programName);
-  app.formatter(std::make_shared<Formatter>());
-  app.set_version_flag("--version", std::string(programName) + " " + KESTRIX_VERSION);
+  CLI::App app;
+  app.set_version_flag("--version", std::string(program().name) + " " + KESTRIX_VERSION);
   app.require_subcommand(0, 1);
   const Verb* chosen = nullptr;
   CLI::App* chosenApp = nullptr;
   Given given;
-  for (const Verb& verb : verbs()) {
-    CLI::App* const sub = app.add_subcommand(std::string(verb.name), std::string(verb.summary));
-    sub->group(std::string(verb.group));
+  for (const Verb& verb : program().verbs) {
+    CLI::App* const sub = app.add_subcommand(std::string(verb.name));
     if (arguments[1] != verb.name) {
       continue;
     }
-    sub->footer(std::string(verb.details));
     sub->allow_extras();
     for (const Option& option : verb.options) {
       addOption(*sub, option, given);
@@ -163,8 +149,12 @@ int parseAndRun(const std::vector<std::string>& arguments) {
   }
   try {
     app.parse(static_cast<int>(words.size()), words.data());
-  } catch (const CLI::Success& shown) {
-    return app.exit(shown);
+  } catch (const CLI::CallForHelp&) {
+    std::cout << (chosen == nullptr ? helpOf(program()) : helpOf(program(), *chosen));
+    return status::done;
+  } catch (const CLI::CallForVersion&) {
+    std::cout << app.version() << "\n";
+    return status::done;
   } catch (const CLI::ParseError& error) {
     fault = chosen == nullptr ? "" : optionFault(*chosen, *chosenApp);
     return refuse(fault.empty() ? error.what() : fault, chosen == nullptr ? "" : chosen->name);
@@ -182,7 +172,7 @@ int run(const std::vector<std::string>& arguments) {
   const int result = parseAndRun(arguments);
   std::cout << std::flush;
   if (!std::cout) {
-    std::cerr << programName << ": writing to standard output failed\n";
+    std::cerr << program().name << ": writing to standard output failed\n";
     return result == status::wrongUsage ? result : status::failed;
   }
   return result;

@@ -9,8 +9,8 @@
 
 namespace kcf {
 
-/// All verbs, group by group in the order of the help.
-const std::vector<Verb>& verbs();
+/// This program.
+const Program& program();
 
 /// Runs the program with its name and its arguments; the result is the exit status.
 int run(const std::vector<std::string>& arguments);

@@ -1,4 +1,5 @@
 #include "CommandLine.h"
+#include "installation/Installation.h"
 #include "manual/Manual.h"
 #include "schema/Schema.h"
 #include "template/Template.h"
@@ -6,14 +7,30 @@
 
 namespace kcf {
 
-const std::vector<Verb>& verbs() {
-  static const std::vector<Verb> all = {
-      templateVerb(),
-      manualVerb(),
-      schemaVerb(),
-      vocabularyVerb(),
-  };
-  return all;
+const Program& program() {
+  static const Program self = {
+      .name = "kcf",
+      .summary = "Work with KCF command files: what may stand in them, and what does",
+      .details = R"(Command files describe simulations of KESTRIX in nested blocks of tags. This
+program holds the vocabulary that main-converter(1) checks them against.)",
+      .options = {{.name = "--help", .help = "Print this help, or that of a verb", .letter = 'h'},
+                  {.name = "--version", .help = "Print the version"}},
+      .verbs =
+          {
+              templateVerb(),
+              manualVerb(),
+              schemaVerb(),
+              vocabularyVerb(),
+              installationVerb(),
+          },
+      .statuses = {{"0", "All is well"},
+                   {"1", "Something was found, not found, or could not be done"},
+                   {"2", "The command line cannot be understood"}},
+      .examples = {
+          {"Write the manual and open it", "kcf manual -o manual && xdg-open manual/index.html"},
+          {"Begin a command file with a 2D region",
+           "kcf template /PROJECT /DOMAIN/KESTPLANE_2D > setup.kcf"}}};
+  return self;
 }
 
 }  // namespace kcf

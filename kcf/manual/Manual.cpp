@@ -429,9 +429,11 @@ Verb manualVerb() {
   return {"manual",
           "Know the vocabulary",
           "Write the reference manual as HTML pages that need no server",
-          "",
+          R"(There is a page for each block, with a table of its tags, and a search over all
+of them. Open index.html in a browser; the pages can be put on a memory stick,
+sent in an archive or printed.)",
           {{.name = "--output",
-            .help = "folder for the pages; made if need be",
+            .help = "Folder for the pages; made if need be",
             .value = "DIR",
             .letter = 'o',
             .required = true,
@@ -439,7 +441,8 @@ Verb manualVerb() {
           [](const Arguments& arguments) {
             KESTparse::writeManual(KESTparse::KestrixInputRoot(), arguments.value("--output"));
             return status::done;
-          }};
+          },
+          {{"Write the manual and open it", "kcf manual -o manual && xdg-open manual/index.html"}}};
 }
 
 }  // namespace kcf

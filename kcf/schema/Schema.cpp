@@ -264,12 +264,16 @@ Verb schemaVerb() {
   return {"schema",
           "Know the vocabulary",
           "Print a JSON Schema of the documents that the converter writes",
-          "",
+          R"(The schema is of draft 2020-12. Every document that the converter writes is
+valid against it; keys that the vocabulary has not, missing keys, wrong types,
+words that are not allowed, numbers out of range and lists of a wrong length
+are not.)",
           {},
           [](const Arguments&) {
             std::cout << KESTparse::documentSchema(KESTparse::KestrixInputRoot()).dump(2) << "\n";
             return status::done;
-          }};
+          },
+          {{"Keep the schema for an editor or a validator", "kcf schema > kestrix.schema.json"}}};
 }
 
 }  // namespace kcf

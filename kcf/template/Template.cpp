@@ -117,18 +117,34 @@ void writeTemplate(const InputBlock& root, const std::vector<Place>& places, std
 }  // namespace KESTparse
 
 namespace kcf {
+namespace {
+
+std::vector<std::string> blockPaths() {
+  std::vector<std::string> paths;
+  const KESTparse::KestrixInputRoot root;
+  for (const KESTparse::Place& place : KESTparse::placesOf(root)) {
+    paths.push_back(place.path);
+  }
+  return paths;
+}
+
+}  // namespace
 
 Verb templateVerb() {
   return {
       "template",
       "Write command files",
       "Print the skeleton of a command file with the named blocks",
-      "",
+      R"(The named blocks stand in their frames, with the mandatory blocks within them.
+A ? stands for a value that must be filled in. All other tags are commented
+out with their defaults; each has its type, unit, range and condition beside
+it. A block that may be repeated stands there as often as it is named.)",
       {{.name = "PATH",
-        .help = "path of a block, such as /DOMAIN/KESTPLANE_2D",
+        .help = "Path of a block, such as /DOMAIN/KESTPLANE_2D",
         .value = "PATH",
         .required = true,
-        .repeatable = true}},
+        .repeatable = true,
+        .suggestions = blockPaths}},
       [](const Arguments& arguments) {
         const KESTparse::KestrixInputRoot root;
         std::vector<KESTparse::Place> places;
@@ -141,7 +157,9 @@ Verb templateVerb() {
         }
         KESTparse::writeTemplate(root, places, std::cout);
         return status::done;
-      }};
+      },
+      {{"Begin a setup with one 2D region",
+        "kcf template /PROJECT /DOMAIN/KESTPLANE_2D > setup.kcf"}}};
 }
 
 }  // namespace kcf

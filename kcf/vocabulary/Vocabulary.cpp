@@ -70,12 +70,14 @@ Verb vocabularyVerb() {
   return {"vocabulary",
           "Know the vocabulary",
           "Print all blocks and tags with what holds for them, as JSON",
-          "",
+          R"(The blocks stand depth first, each with its path, its sub-blocks and its tags;
+a tag tells its type, default, unit, range and conditions.)",
           {},
           [](const Arguments&) {
             std::cout << KESTparse::vocabulary(KESTparse::KestrixInputRoot()).dump(2) << "\n";
             return status::done;
-          }};
+          },
+          {{"List the paths of all blocks", "kcf vocabulary | jq -r '.blocks[].path'"}}};
 }
 
 }  // namespace kcf
