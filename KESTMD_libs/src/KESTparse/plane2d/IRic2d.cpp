@@ -57,10 +57,7 @@ void IRic2d::checkRules() {
   if (!index.empty()) {
     checkIndexTable();
   }
-  if (type == "continue") {
-    if (!checkRestartFile(*this, file, {})) {
-      return;
-    }
+  if (type == "continue" && checkRestartFile(*this, file, {})) {
     checkRestartTime(*this, file, restart_solution_time);
   }
   if (saturations_lower_upper.empty() && saturations_z_lower_upper.empty()) {
