@@ -79,10 +79,11 @@ void IRctrlmanipulatedvar::checkPlace(const IRcalc1d& chain) {
     return;
   }
   const IRhydr1d& hydraulics = *chain.hydr_ptr;
-  // A name that is not unique leaves as a thrown text.
-  const int found = (hydraulics.findBoundary(position_identifier) != nullptr ? 1 : 0) +
-                    (hydraulics.findInnerBoundary(position_identifier) != nullptr ? 1 : 0) +
-                    (hydraulics.findExternalSource(position_identifier) != nullptr ? 1 : 0);
+  // A name that is not unique leaves as a thrown text, that of the first lookup that meets one.
+  const bool isBoundary = hydraulics.findBoundary(position_identifier) != nullptr;
+  const bool isInnerBoundary = hydraulics.findInnerBoundary(position_identifier) != nullptr;
+  const bool isSource = hydraulics.findExternalSource(position_identifier) != nullptr;
+  const int found = int{isBoundary} + int{isInnerBoundary} + int{isSource};
   if (found == 0) {
     error("Boundary, inner boundary or source '{}' does not exist in region {}.",
           position_identifier, position_region);
