@@ -18,6 +18,9 @@ class IRsrc1d : public SchemaBlock<IRsrc1d> {
   std::vector<IRextsrc1d*> extsrc_ptrV;
 
  protected:
+  friend SchemaBlock;
+  static constexpr std::string_view listOwner = "this->";
+
   void createSubBlocks() override;
   void createTags() override;
 };

@@ -21,8 +21,10 @@
 
 namespace KESTparse {
 
-/// A failed assertion of the bookkeeping of sub-blocks: shows `member` and `state`.
-[[noreturn]] void bookkeepingFailed(std::string_view member, std::string_view state);
+/// A failed assertion of the bookkeeping of sub-blocks: shows `member` of `owner` and
+/// `state`.
+[[noreturn]] void bookkeepingFailed(std::string_view member, std::string_view state,
+                                    std::string_view owner = {});
 
 /// Base of the block class `SelfClass`. It gives the class its cloning, the bookkeeping of its
 /// sub-blocks and the words in which its tags and rules are written. A member holds the value of
@@ -42,6 +44,9 @@ class SchemaBlock : public Base {
   }
 
  protected:
+  /// What stands in front of a list of sub-blocks in a failed assertion.
+  static constexpr std::string_view listOwner{};
+
   // The rows of `createTags`. Where no name is given, the tag is called as its member.
 
   /// A real number.
@@ -215,7 +220,7 @@ class SchemaBlock : public Base {
     } else {
       slot.push_back(typed);
       if (slot.back() == nullptr) {
-        bookkeepingFailed(memberName<Member>(), ".back() != nullptr");
+        bookkeepingFailed(memberName<Member>(), ".back() != nullptr", Self::listOwner);
       }
     }
   }

@@ -6,8 +6,8 @@
 
 namespace KESTparse {
 
-void bookkeepingFailed(std::string_view member, std::string_view state) {
-  assertionFailed(std::string(member) + std::string(state), {}, __FILE__, __LINE__);
+void bookkeepingFailed(std::string_view member, std::string_view state, std::string_view owner) {
+  assertionFailed(fmt::format("{}{}{}", owner, member, state), {}, __FILE__, __LINE__);
 }
 
 std::vector<std::string> TagRowBase::toStrings(Words words) {

@@ -230,6 +230,7 @@ void IRspecout2d::checkOutputDependencies(const std::vector<std::string>& list,
                                                     morphology->gravity_ptr != nullptr);
   const bool hasSuspension = morphology != nullptr && morphology->susp_load_ptr != nullptr;
   for (const std::string& item : list) {
+    ASSERT(item.find('[') == std::string::npos || item.back() == ']', "tmp.size() == 2");
     const std::string_view value = splitOutputItem(item).value;
     const auto last = std::find(valid_values.rbegin(), valid_values.rend(), value);
     const auto idx = valid_values.rend() - last - 1;
