@@ -134,12 +134,12 @@ std::string occurrence(const InputBlock& block) {
 }
 
 std::string requirement(const InputTag& tag, const TagTraits& traits) {
-  if (!tag.isMandatoryBySchema()) {
+  if (!tag.isMandatoryBySchema() && !refusesItsDefault(tag, traits)) {
     return "optional";
   }
   const bool isConditional =
       std::any_of(traits.rules.begin(), traits.rules.end(),
-                  [](const TagRule& rule) { return rule.kind == TagRule::Kind::requiredIf; });
+                  [&tag](const TagRule& rule) { return isRequirement(rule, tag); });
   return isConditional ? "required on condition" : "required";
 }
 
@@ -384,7 +384,9 @@ class ManualWriter {
         << "\">" << need << "</span></th>\n";
     cell("Type", kindHtml(tag, traits.kind));
     cell("Unit", unitHtml(tag.getUnit()));
-    cell("Default", tag.getDefaultValue().empty() ? "" : code(tag.getDefaultValue()));
+    cell("Default", tag.getDefaultValue().empty() || refusesItsDefault(tag, traits)
+                        ? ""
+                        : code(tag.getDefaultValue()));
     cell("Range and values", domainHtml(tag, traits));
     std::string condition;
     for (const TagRule& rule : traits.rules) {

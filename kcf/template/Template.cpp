@@ -94,8 +94,9 @@ class Writer {
         continue;
       }
       const std::string& value = tag.getDefaultValue();
+      const bool isAsked = value.empty() || refusesItsDefault(tag, traitsOf(tag));
       out_ << indent << (tag.isMandatory(empty.get()) ? "" : "// ") << tag.getName() << " = "
-           << (value.empty() ? "?" : value) << "  // " << remark(tag) << "\n";
+           << (isAsked ? "?" : value) << "  // " << remark(tag) << "\n";
     }
   }
 

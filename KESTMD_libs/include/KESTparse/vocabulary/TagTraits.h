@@ -51,8 +51,16 @@ struct TagTraits {
 
 TagTraits traitsOf(const InputTag& tag);
 
+/// Whether the default is a number that the range of the tag refuses, so that one must be given
+/// where the tag is used.
+bool refusesItsDefault(const InputTag& tag, const TagTraits& traits);
+
 /// How a value of that kind is written, where the name of its type leaves that open; or empty.
 std::string formOf(ValueKind kind);
+
+/// Whether `tag` must be given when the condition of `rule` is met. A tag that is not mandatory is
+/// not, whatever its rule is called, unless its default cannot stand.
+bool isRequirement(const TagRule& rule, const InputTag& tag);
 
 /// Dresses a name or a value in a sentence.
 using Dress = std::string (*)(std::string_view text);

@@ -2,6 +2,7 @@
 
 #include <utility>
 
+#include "KESTparse/base/Conversions.h"
 #include "KESTparse/framework/InputTagConditions.h"
 #include "KESTparse/framework/InputTagEnum.h"
 #include "KESTparse/framework/InputTagList.h"
@@ -101,6 +102,12 @@ TagTraits traitsOf(const InputTag& tag) {
   return std::move(visitor.traits);
 }
 
+bool refusesItsDefault(const InputTag& tag, const TagTraits& traits) {
+  const bool isNumber = traits.kind == ValueKind::integer || traits.kind == ValueKind::real;
+  return isNumber && !tag.getDefaultValue().empty() &&
+         !traits.range.contains(fromText<double>(tag.getDefaultValue()));
+}
+
 std::string formOf(ValueKind kind) {
   switch (kind) {
     case ValueKind::file:
@@ -123,14 +130,24 @@ std::string formOf(ValueKind kind) {
   }
 }
 
+bool isRequirement(const TagRule& rule, const InputTag& tag) {
+  switch (rule.kind) {
+    case TagRule::Kind::requiredIf:
+      return tag.isMandatoryBySchema();
+    case TagRule::Kind::usedIf:
+      return refusesItsDefault(tag, traitsOf(tag));
+    case TagRule::Kind::exclusive:
+      break;
+  }
+  return false;
+}
+
 std::string sentenceOf(const TagRule& rule, const InputTag& tag, Dress tagDress, Dress valueDress) {
   const std::string other = tagDress(rule.other);
   if (rule.condition == nullptr) {
     return "not together with " + other;
   }
-  // A tag that is not mandatory is never required, whatever its rule is called.
-  const bool isRequired = rule.kind == TagRule::Kind::requiredIf && tag.isMandatoryBySchema();
-  const std::string start = (isRequired ? "required if " : "used if ") + other;
+  const std::string start = (isRequirement(rule, tag) ? "required if " : "used if ") + other;
   const std::vector<std::string>& values = rule.condition->values;
   if (!rule.condition->equals) {
     // To differ from one of several values is no restriction.
