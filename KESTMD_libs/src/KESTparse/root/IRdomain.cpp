@@ -39,7 +39,46 @@ void IRdomain::getLongDescription(std::ostream& out) const {
 }
 
 void IRdomain::getExample(std::ostream& out) const {
-  out << "DOMAIN {\n  multiregion = my_rivers\n  PARALLEL {\n    number_threads = 4\n  }\n  KESTPLANE_2D {\n    region_name = floodplain\n  }\n}\n";
+  out << R"(DOMAIN {
+  multiregion = my_rivers
+  PARALLEL {
+    number_threads = 4
+  }
+  KESTPLANE_2D {
+    region_name = floodplain
+    GEOMETRY {
+      type = 2dm
+      file = my_mesh.2dm
+      STRINGDEF {
+        name = my_string_name
+        upstream_direction = right
+      }
+    }
+    HYDRAULICS {
+      PARAMETER {
+      }
+      FRICTION {
+        type = strickler
+        default_friction = 30
+        wall_friction = off
+      }
+      BOUNDARY {
+        type = zero_gradient
+        string_name = my_string_name
+      }
+      INITIAL {
+        type = dry
+      }
+    }
+    TIMESTEP {
+      total_run_time = 3600
+    }
+    OUTPUT {
+      console_time_step = 60
+    }
+  }
+}
+)";
 }
 
 void IRdomain::populate() {

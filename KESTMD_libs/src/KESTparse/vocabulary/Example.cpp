@@ -20,6 +20,225 @@
 namespace KESTparse {
 namespace {
 
+/// Blocks that rules ask more of than their tags tell. The examples name the same regions, places,
+/// mixtures and soils, so that they fit together.
+struct Snippet {
+  std::string_view path;  ///< how the path of the block ends
+  std::string_view text;
+};
+constexpr Snippet snippets[] = {
+    {"KESTCHAIN_1D/HYDRAULICS/BOUNDARY",
+     R"(BOUNDARY {
+  string = upstream
+  type = hydrograph
+  file = my_file.txt
+  slope = 1.0
+}
+BOUNDARY {
+  string = downstream
+  type = hqrelation
+  slope = 1.0
+}
+)"},
+    {"KESTCHAIN_1D/HYDRAULICS/INNER_BOUNDARY",
+     R"(INNER_BOUNDARY {
+  type = weir
+  cross_section_name_1 = first
+  cross_section_name_2 = second
+  ehead_reference_location = first
+}
+)"},
+    {"KESTCHAIN_1D/HYDRAULICS/SOURCE/EXTERNAL_SOURCE",
+     R"(EXTERNAL_SOURCE {
+  name = my_source
+  type = qlateral
+  file = my_file.txt
+  cross_section = first
+}
+)"},
+    {"KESTCHAIN_1D/MORPHOLOGY/PARAMETER",
+     R"(PARAMETER {
+  porosity = 37
+  density = 2650
+  control_volume_thickness = 0.1
+}
+)"},
+    {"KESTCHAIN_1D/MORPHOLOGY/BEDLOAD/BOUNDARY",
+     R"(BOUNDARY {
+  type = sediment_discharge
+  string = upstream
+  file = my_file.txt
+  mixture = my_mixture
+}
+BOUNDARY {
+  type = IODown
+  string = downstream
+}
+)"},
+    {"KESTCHAIN_1D/MORPHOLOGY/SUSPENDED_LOAD/BOUNDARY",
+     R"(BOUNDARY {
+  type = suspension_discharge
+  string = upstream
+  file = my_file.txt
+  mixture = my_mixture
+}
+BOUNDARY {
+  type = out_down
+  string = downstream
+}
+)"},
+    {"KESTCHAIN_1D/MORPHOLOGY/SOURCE/EXTERNAL_SOURCE",
+     R"(EXTERNAL_SOURCE {
+  type = sediment_discharge
+  file = my_file.txt
+  mixture = my_mixture
+  cross_section = first
+}
+)"},
+    {"BEDLOAD/FORMULA",
+     R"(FORMULA {
+  bedload_formula = wu
+  bedload_factor = 1.0
+}
+)"},
+    {"BEDMATERIAL/MIXTURE",
+     R"(MIXTURE {
+  name = my_mixture
+  volume_fraction = ( 40 60 )
+}
+)"},
+    {"BEDMATERIAL/SOIL_DEF",
+     R"(SOIL_DEF {
+  name = my_soil
+  LAYER {
+    mixture = my_mixture
+    bottom_elevation = -1
+  }
+}
+)"},
+    {"BEDMATERIAL/SOIL_ASSIGNMENT",
+     R"(SOIL_ASSIGNMENT {
+  type = index_table
+  index = ( 1 )
+  soil = ( my_soil )
+}
+)"},
+    {"KESTPLANE_2D/GEOMETRY",
+     R"(GEOMETRY {
+  type = 2dm
+  file = my_mesh.2dm
+  STRINGDEF {
+    name = my_string_name
+    upstream_direction = right
+  }
+}
+)"},
+    {"KESTPLANE_2D/GEOMETRY/STRINGDEF",
+     R"(STRINGDEF {
+  name = my_string_name
+  upstream_direction = right
+}
+)"},
+    {"KESTPLANE_2D/HYDRAULICS/BOUNDARY",
+     R"(BOUNDARY {
+  type = hydrograph
+  string_name = my_string_name
+  file = my_file.txt
+  slope = 1.0
+}
+)"},
+    {"KESTPLANE_2D/MORPHOLOGY/SOURCE/EXTERNAL_SOURCE",
+     R"(EXTERNAL_SOURCE {
+  type = sediment_discharge
+  file = my_file.txt
+  mixture = my_mixture
+  elem_ids = ( 1 2 )
+}
+)"},
+    {"VEGETATION/INITIAL",
+     R"(INITIAL {
+  type = index_table
+  index = ( 1 )
+  B = 0.5
+}
+)"},
+    {"KESTSUB/GEOMETRY",
+     R"(GEOMETRY {
+  ref_coordinates = ( 0.0 0.0 0.0 )
+  base_vector_i = ( 1.0 0.0 0.0 )
+  base_vector_j = ( 0.0 1.0 0.0 )
+  cell_size = 0.5
+  no_cells_i = 100
+  no_cells_j = 100
+  no_cells_k = 20
+  ZONE {
+    name = my_zone
+    type = default
+  }
+}
+)"},
+    {"KESTSUB/GEOMETRY/ZONE",
+     R"(ZONE {
+  name = my_zone
+  type = default
+}
+)"},
+    {"KESTSUB/MATERIAL/SOIL_DEF",
+     R"(SOIL_DEF {
+  kf = 0.001
+  zone = my_zone
+  RETENTION_MODEL {
+    type = van_genuchten
+    n = 2.0
+    alpha = 8.0
+  }
+}
+)"},
+    {"COUPLING_LATERAL",
+     R"(COUPLING_LATERAL {
+  kestchain = my_channel
+  kestplane = my_floodplain
+  connections_filename = my_file.txt
+  weir_from_dyke1D = no
+}
+)"},
+    {"MONITORED_VARIABLE",
+     R"(MONITORED_VARIABLE {
+  name = my_level
+  type = wse
+  position = my_channel.first
+}
+)"},
+    {"MANIPULATED_VARIABLE",
+     R"(MANIPULATED_VARIABLE {
+  name = my_weir
+  position = my_channel.my_place
+  start_value = 1.0
+}
+)"},
+};
+
+/// Optional sub-blocks without which a rule refuses or regrets the block.
+struct Companion {
+  std::string_view path;  ///< how the path of the block ends
+  std::string_view subBlock;
+};
+constexpr Companion companions[] = {
+    {"/DOMAIN", "KESTPLANE_2D"},
+    {"KESTCHAIN_1D/MORPHOLOGY", "BEDLOAD"},
+    {"KESTPLANE_2D/HYDRAULICS", "BOUNDARY"},
+    {"KESTPLANE_2D/MORPHOLOGY/BEDLOAD", "BOUNDARY"},
+    {"KESTPLANE_2D/MORPHOLOGY/BEDLOAD", "DIRECTION"},
+    {"KEST_EXTERN", "BOUNDARY"},
+    {"COUPLINGS/COUPLING", "HYDRAULICS"},
+};
+
+bool isCompanion(std::string_view path, std::string_view subBlock) {
+  return std::any_of(std::begin(companions), std::end(companions), [&](const Companion& row) {
+    return path.ends_with(row.path) && row.subBlock == subBlock;
+  });
+}
+
 /// A number within `range`, a plain one if possible.
 double numberIn(const Range<double>& range) {
   if (range.contains(1.0)) {
@@ -152,10 +371,21 @@ class Choice {
   std::map<std::size_t, std::string> tags_;
 };
 
-/// Writes what is mandatory in `block`; more for the block that the example is about.
-void write(const InputBlock& block, bool isTopic, std::size_t depth, std::ostream& out) {
+/// Writes what is needed in `block`, which stands at `path`; more for the block that the example is
+/// about.
+void write(const InputBlock& block, const std::string& path, bool isTopic, std::size_t depth,
+           std::ostream& out) {
   constexpr std::size_t fewTags = 3;
   const std::string indent(2 * depth, ' ');
+  const auto* const snippet =
+      std::find_if(std::begin(snippets), std::end(snippets),
+                   [&path](const Snippet& row) { return path.ends_with(row.path); });
+  if (snippet != std::end(snippets)) {
+    for (const std::string& line : split("\n", snippet->text)) {
+      out << indent << line << "\n";
+    }
+    return;
+  }
   Choice choice(block);
   if (isTopic) {
     choice.addOptional(fewTags);
@@ -166,13 +396,15 @@ void write(const InputBlock& block, bool isTopic, std::size_t depth, std::ostrea
   }
   bool isEmpty = choice.tags().empty();
   for (std::size_t i = 0; i < block.getLogicalNumBlocks(); ++i) {
-    if (block.getLogicalBlock(i).isMandatory()) {
-      write(block.getLogicalBlock(i), false, depth + 1, out);
+    const InputBlock& child = block.getLogicalBlock(i);
+    if (child.isMandatory() || isCompanion(path, child.getName())) {
+      write(child, pathOf(path, child), false, depth + 1, out);
       isEmpty = false;
     }
   }
   if (isEmpty && isTopic && block.getLogicalNumBlocks() > 0) {
-    write(block.getLogicalBlock(0), true, depth + 1, out);
+    const InputBlock& first = block.getLogicalBlock(0);
+    write(first, pathOf(path, first), true, depth + 1, out);
   }
   out << indent << "}\n";
 }
@@ -209,10 +441,11 @@ std::string exampleOf(const Place& place) {
   if (place.block->getLogicalParent() == nullptr) {
     // The root has no name in a command file.
     for (std::size_t i = 0; i < place.block->getLogicalNumBlocks(); ++i) {
-      write(place.block->getLogicalBlock(i), true, 0, out);
+      const InputBlock& block = place.block->getLogicalBlock(i);
+      write(block, pathOf("/", block), true, 0, out);
     }
   } else {
-    write(*place.block, true, 0, out);
+    write(*place.block, place.path, true, 0, out);
   }
   return out.str();
 }
