@@ -28,8 +28,9 @@ struct GlobalValues {
   double reciprocalGravity = 0.1019367991845056;  ///< one over gravity
   double viscosity = 1e-06;                       ///< kinematic viscosity of water [m2/s]
   double rhoFluid = 1000.0;                       ///< density of water [kg/m3]
-  std::string basePath;       ///< folder against which relative file names are resolved
-  std::string errorFileStem;  ///< stem of the error file that the fatal report names to sinks
+  std::string basePath;           ///< folder against which relative file names are resolved
+  std::string errorFileStem;      ///< stem of the error file that the fatal report names to sinks
+  bool explainsMessages = false;  ///< messages of rules carry what they are about
   bool resolveRelativePaths = true;  ///< relative names of series files are resolved
   bool reportToSinks = false;        ///< errors go to the logger's sinks and do not end the process
   int verbosity = 3;                 ///< highest level of messages that are shown

@@ -10,9 +10,10 @@
 #include <unordered_map>
 #include <vector>
 
+#include "KESTparse/framework/Message.h"
+
 namespace KESTparse {
 
-class InputBlock;
 class InputBlockVisitor;
 class InputTag;
 class SubBlockAttributes;
@@ -162,10 +163,14 @@ class InputBlock {
   [[nodiscard]] std::size_t getNumWarnings() const;
   /// Errors of this block, its tags and all below it.
   [[nodiscard]] std::size_t getNumErrors() const;
-  [[nodiscard]] const std::vector<std::string>& getErrors() const;
-  [[nodiscard]] const std::vector<std::string>& getWarnings() const;
-  void addError(std::string text);
-  void addWarning(std::string text);
+  [[nodiscard]] const std::vector<Message>& getErrors() const;
+  [[nodiscard]] const std::vector<Message>& getWarnings() const;
+  /// Adds an error or a warning; rules add theirs by the words of `RuleMessage.h`.
+  void addMessage(Severity severity, Message message);
+  // TRANSITION: goes when all rules say what they are about.
+  void addError(std::string text) { addMessage(Severity::error, {std::move(text), nullptr}); }
+  /// The place in the schema of the tag that is bound to `member`; -1 when there is none.
+  [[nodiscard]] int getTagPositionOfMember(std::string_view member) const;
 
  protected:
   /// The start of an instance of `master`, which the copied class completes.
@@ -197,8 +202,8 @@ class InputBlock {
   friend struct BlockSchema;
   friend class TagRowBase;
   struct Messages {
-    std::vector<std::string> errors;
-    std::vector<std::string> warnings;
+    std::vector<Message> errors;
+    std::vector<Message> warnings;
   };
 
   /// The instances of a sub-block.

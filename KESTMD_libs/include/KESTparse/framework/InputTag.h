@@ -18,6 +18,7 @@ class InputTagVisitor;
 /// instances read it. The texts are literals and outlive the process.
 struct TagFacts {
   std::string_view name;         ///< the keyword
+  std::string_view memberName;   ///< the variable of the block that takes the value
   std::string_view description;  ///< help of one line
   std::string_view unit;         ///< such as "[m2]"; empty if there is none
   std::string defaultValue;  ///< what population gives a tag that the file left out; may be empty

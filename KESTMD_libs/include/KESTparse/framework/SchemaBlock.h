@@ -3,8 +3,6 @@
 /// rules.
 #pragma once
 
-#include <fmt/core.h>
-
 #include <map>
 #include <ostream>
 #include <string>
@@ -17,6 +15,7 @@
 #include "KESTparse/framework/InputBlock.h"
 #include "KESTparse/framework/InputTagEnum.h"
 #include "KESTparse/framework/MemberName.h"
+#include "KESTparse/framework/RuleMessage.h"
 #include "KESTparse/framework/TagRow.h"
 
 namespace KESTparse {
@@ -58,7 +57,8 @@ class SchemaBlock : public Base {
   template <double GlobalValues::*Member>
   TagRow<NumberFacts<double>> globalReal(std::string_view name, std::string_view help) {
     return addTagRow<InputTagNumber<double>>(
-        name, help, [](NumberFacts<double>& facts) { facts.global = Member; });
+        memberName<Member>(), name, help,
+        [](NumberFacts<double>& facts) { facts.global = Member; });
   }
   /// An integer.
   template <int Self::*Member>
@@ -77,7 +77,7 @@ class SchemaBlock : public Base {
   }
   template <bool Self::*Member>
   TagRow<BooleanFacts> boolean(std::string_view name, std::string_view help) {
-    auto row = addTagRow<InputTagBoolean>(name, help, bound<Member>());
+    auto row = addTagRow<InputTagBoolean>(memberName<Member>(), name, help, bound<Member>());
     row.oneOf({"no", "yes"});
     return row;
   }
@@ -114,7 +114,7 @@ class SchemaBlock : public Base {
   /// A place in another region, and the variables for the place and for the region.
   template <std::string Self::*Place, std::string Self::*Region>
   TagRow<StringFacts> positionOf(std::string_view name, std::string_view help) {
-    return addTagRow<InputTagPosition>(name, help, [](StringFacts& facts) {
+    return addTagRow<InputTagPosition>(memberName<Place>(), name, help, [](StringFacts& facts) {
       facts.member = static_cast<std::string InputBlock::*>(Place);
       facts.regionMember = static_cast<std::string InputBlock::*>(Region);
     });
@@ -182,15 +182,30 @@ class SchemaBlock : public Base {
 
   // The words of `checkRules`.
 
-  /// Reports an error of this block.
-  template <typename... Values>
-  void error(fmt::format_string<const Values&...> message, const Values&... values) {
-    this->addError(fmt::vformat(message, fmt::make_format_args(values...)));
+  /// Reports an error of this block that is about the tags of `Members`, the wrong one first.
+  template <auto... Members, typename... Values>
+  void error(const RuleWords<std::type_identity_t<Values>...>& rule,
+             fmt::format_string<const Values&...> text, const Values&... values) {
+    report(Severity::error, *this, {about<Members>(static_cast<const Self&>(*this))...}, rule, text,
+           values...);
   }
-  /// Reports a warning of this block.
+  // TRANSITION: goes when all rules say what they are about.
   template <typename... Values>
-  void warning(fmt::format_string<const Values&...> message, const Values&... values) {
-    this->addWarning(fmt::vformat(message, fmt::make_format_args(values...)));
+  void error(fmt::format_string<const Values&...> text, const Values&... values) {
+    this->addMessage(Severity::error,
+                     {fmt::vformat(text, fmt::make_format_args(values...)), nullptr});
+  }
+  template <typename... Values>
+  void warning(fmt::format_string<const Values&...> text, const Values&... values) {
+    this->addMessage(Severity::warning,
+                     {fmt::vformat(text, fmt::make_format_args(values...)), nullptr});
+  }
+  /// Reports a warning of this block likewise.
+  template <auto... Members, typename... Values>
+  void warning(const RuleWords<std::type_identity_t<Values>...>& rule,
+               fmt::format_string<const Values&...> text, const Values&... values) {
+    report(Severity::warning, *this, {about<Members>(static_cast<const Self&>(*this))...}, rule,
+           text, values...);
   }
 
  private:
@@ -250,10 +265,15 @@ class SchemaBlock : public Base {
   }
 
   template <class Tag, class Bind>
-  TagRow<typename Tag::Facts> addTagRow(std::string_view name, std::string_view help, Bind bind) {
+  TagRow<typename Tag::Facts> addTagRow(std::string_view member, std::string_view name,
+                                        std::string_view help, Bind bind) {
     auto facts = std::make_unique<typename Tag::Facts>();
     bind(*facts);
-    return makeTagRow<Tag>(*this, std::move(facts), name, help);
+    return makeTagRow<Tag>(*this, std::move(facts), member, name, help);
+  }
+  template <class Tag, class Bind>
+  TagRow<typename Tag::Facts> addTagRow(std::string_view name, std::string_view help, Bind bind) {
+    return addTagRow<Tag>(name, name, help, bind);
   }
 };
 

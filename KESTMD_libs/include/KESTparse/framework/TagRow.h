@@ -172,9 +172,11 @@ class TagRow : private TagRowBase {
 template <class Tag>
 TagRow<typename Tag::Facts> makeTagRow(InputBlock& block,
                                        std::unique_ptr<typename Tag::Facts> facts,
-                                       std::string_view name, std::string_view help) {
+                                       std::string_view member, std::string_view name,
+                                       std::string_view help) {
   typename Tag::Facts& told = *facts;
   told.name = name;
+  told.memberName = member;
   told.description = help;
   auto tag = std::make_unique<Tag>(block, told);
   return {block, block.addLogicalTag(std::move(facts), std::move(tag)), told};

@@ -14,7 +14,7 @@
 namespace KESTparse {
 namespace {
 
-const std::vector<std::string> noMessages;
+const std::vector<Message> noMessages;
 const std::string noFile;
 
 std::string quoted(std::string_view name) {
@@ -376,7 +376,8 @@ void InputBlock::validateTags() {
   lacksTags_ = false;
   for (const auto& prototype : schema_->tags) {
     if (findTag(prototype->getPosition()) == nullptr && prototype->isMandatory(this)) {
-      addError("Tag " + quoted(prototype->getName()) + " is mandatory but missing.");
+      addMessage(Severity::error,
+                 {"Tag " + quoted(prototype->getName()) + " is mandatory but missing.", nullptr});
       lacksTags_ = true;
     }
   }
@@ -395,7 +396,9 @@ unsigned InputBlock::validateTree() {
   }
   for (const SubBlockRow& row : schema_->subBlocks) {
     if (row.master->isMandatory() && countBlocks(row.master->schema_->position) == 0) {
-      addError("Block " + quoted(row.master->getName()) + " is mandatory but missing.");
+      addMessage(
+          Severity::error,
+          {"Block " + quoted(row.master->getName()) + " is mandatory but missing.", nullptr});
     }
   }
   return errors + static_cast<unsigned>(getErrors().size());
@@ -448,20 +451,23 @@ InputBlock::Messages& InputBlock::messages() {
   return *messages_;
 }
 
-const std::vector<std::string>& InputBlock::getErrors() const {
+const std::vector<Message>& InputBlock::getErrors() const {
   return messages_ == nullptr ? noMessages : messages_->errors;
 }
 
-const std::vector<std::string>& InputBlock::getWarnings() const {
+const std::vector<Message>& InputBlock::getWarnings() const {
   return messages_ == nullptr ? noMessages : messages_->warnings;
 }
 
-void InputBlock::addError(std::string text) {
-  messages().errors.push_back(std::move(text));
+void InputBlock::addMessage(Severity severity, Message message) {
+  auto& list = severity == Severity::error ? messages().errors : messages().warnings;
+  list.push_back(std::move(message));
 }
 
-void InputBlock::addWarning(std::string text) {
-  messages().warnings.push_back(std::move(text));
+int InputBlock::getTagPositionOfMember(std::string_view member) const {
+  const auto it = std::find_if(schema_->facts.begin(), schema_->facts.end(),
+                               [member](const auto& facts) { return facts->memberName == member; });
+  return it == schema_->facts.end() ? -1 : static_cast<int>(it - schema_->facts.begin());
 }
 
 void InputBlock::createSubBlocks() {}

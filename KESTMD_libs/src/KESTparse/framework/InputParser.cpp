@@ -334,6 +334,14 @@ void Reading::run() {
   }
 }
 
+const std::string& textOf(const std::string& message) {
+  return message;
+}
+
+const std::string& textOf(const Message& message) {
+  return message.text;
+}
+
 /// What the report says of one block; empty when there is nothing to say.
 std::string blockReport(InputBlock& block) {
   std::string header = "Block " + std::string(block.getName());
@@ -343,18 +351,17 @@ std::string blockReport(InputBlock& block) {
   }
   header += ":";
   std::string body;
-  const auto append = [&body, &header](std::string_view kind,
-                                       const std::vector<std::string>& messages,
+  const auto append = [&body, &header](std::string_view kind, const auto& messages,
                                        const std::string& tag) {
     body += kind;
     body += messages.size() == 1 ? " in " : "s in ";
     body += tag + header;
-    for (const std::string& message : messages) {
-      body += "\n* " + message;
+    for (const auto& message : messages) {
+      body += "\n* ";
+      body += textOf(message);
     }
   };
-  const auto appendTag = [&](std::string_view kind, const std::vector<std::string>& messages,
-                             const InputTag& tag) {
+  const auto appendTag = [&](std::string_view kind, const auto& messages, const InputTag& tag) {
     body += body.empty() ? "" : "\n";
     append(kind, messages, std::string(tag.getName()) + " from ");
   };
