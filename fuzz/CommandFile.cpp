@@ -5,13 +5,14 @@
 #include <string>
 
 #include "FuzzRun.h"
+#include "KESTparse/base/Console.h"
 #include "KESTparse/framework/InputParseError.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   fuzz::beginRun();
   try {
     fuzz::convert(fuzz::asText(data, size));
-  } catch (const fuzz::StatedStop&) {
+  } catch (const KESTparse::Stopped&) {
   } catch (const KESTparse::InputParseError&) {
   } catch (const std::string&) {
     // A boundary, inner boundary or source that a controller finds twice.

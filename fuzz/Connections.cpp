@@ -2,6 +2,7 @@
 /// Fuzz target: the connections of a lateral coupling.
 
 #include "FuzzRun.h"
+#include "KESTparse/base/Console.h"
 #include "KESTparse/framework/InputParseError.h"
 
 namespace {
@@ -24,7 +25,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   const fuzz::ScratchFile file(fuzz::asText(data, size));
   try {
     fuzz::convert(setupWith(file.path()));
-  } catch (const fuzz::StatedStop&) {
+  } catch (const KESTparse::Stopped&) {
   } catch (const KESTparse::InputParseError&) {
   }
   return 0;

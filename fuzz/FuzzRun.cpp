@@ -12,8 +12,8 @@
 #include <utility>
 
 #include "JsonEmission.h"
+#include "KESTparse/base/Console.h"
 #include "KESTparse/base/GlobalValues.h"
-#include "KESTparse/base/Logger.h"
 #include "KESTparse/framework/InputParseError.h"
 #include "KESTparse/framework/InputParser.h"
 #include "KESTparse/root/KestrixInputRoot.h"
@@ -37,15 +37,12 @@ void silenceConsole() {
 }  // namespace
 
 void beginRun() {
-  static const bool isPrepared = [] {
-    silenceConsole();
-    KESTparse::getLogger().addSink([](int, const std::string&) { throw StatedStop{}; });
-    return true;
-  }();
+  static KESTparse::QuietConsole host;
+  silenceConsole();
   KESTparse::GlobalValues& values = KESTparse::GlobalValues::instance();
   values = {};
   values.basePath = ".";
-  values.reportToSinks = isPrepared;
+  values.console = &host;
 }
 
 ScratchFile::ScratchFile(std::string_view content)

@@ -9,10 +9,8 @@
 
 namespace fuzz {
 
-/// Thrown where the converter ends the process with an error or a failed assertion that it reports.
-struct StatedStop {};
-
-/// Makes reports silent and stops exceptions, and forgets what earlier runs read from files.
+/// Makes reports silent and what ends the converter a `KESTparse::Stopped`, and forgets what
+/// earlier runs read from files.
 void beginRun();
 
 /// The bytes of a run.

@@ -4,6 +4,7 @@
 #include <stdexcept>
 
 #include "FuzzRun.h"
+#include "KESTparse/base/Console.h"
 #include "KESTparse/base/Files.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
@@ -11,7 +12,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   const fuzz::ScratchFile file(fuzz::asText(data, size));
   try {
     KESTparse::meshNodeStrings(file.path());
-  } catch (const fuzz::StatedStop&) {
+  } catch (const KESTparse::Stopped&) {
   } catch (const std::invalid_argument&) {
   } catch (const std::out_of_range&) {
   }

@@ -3,6 +3,7 @@
 
 #include "FuzzRun.h"
 #include "KESTcore/StandardSerie.h"
+#include "KESTparse/base/Console.h"
 
 extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size) {
   fuzz::beginRun();
@@ -14,7 +15,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
     if (!table.empty() && !table[0].empty()) {
       static_cast<void>(serie.value(table[0][0] + 1, 0));
     }
-  } catch (const fuzz::StatedStop&) {
+  } catch (const KESTparse::Stopped&) {
   }
   return 0;
 }

@@ -10,6 +10,7 @@
 
 #include "FuzzRun.h"
 #include "JsonEmission.h"
+#include "KESTparse/base/Console.h"
 #include "KESTparse/framework/InputParseError.h"
 #include "KESTparse/framework/InputTag.h"
 #include "KESTparse/root/KestrixInputRoot.h"
@@ -63,7 +64,7 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   try {
     setAndRemove(tags[(data[0] * std::size_t{256} + data[1]) % tags.size()],
                  fuzz::asText(data, size).substr(2));
-  } catch (const fuzz::StatedStop&) {
+  } catch (const KESTparse::Stopped&) {
   }
   return 0;
 }

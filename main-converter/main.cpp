@@ -16,8 +16,8 @@
 
 #include "JsonEmission.h"
 #include "KESTparse/base/Assert.h"
+#include "KESTparse/base/Console.h"
 #include "KESTparse/base/GlobalValues.h"
-#include "KESTparse/base/Logger.h"
 #include "KESTparse/framework/InputParser.h"
 #include "KESTparse/root/KestrixInputRoot.h"
 
@@ -39,8 +39,7 @@ void write(const nlohmann::json& document, std::ostream& out, const std::string&
   KESTparse::print(document, out);
   out << std::endl;
   if (!out) {
-    KESTparse::getLogger().log(KESTparse::level::error,
-                               "Writing the JSON document to " + destination + " failed");
+    KESTparse::console().endWithError("Writing the JSON document to " + destination + " failed");
   }
 }
 
@@ -85,7 +84,6 @@ int main(int argc, char** argv) {
   try {
     convert(input.getValue(), output.getValue());
   } catch (const std::bad_alloc&) {
-    KESTparse::getLogger().log(KESTparse::level::error,
-                               "There is not enough memory to convert the input file");
+    KESTparse::console().endWithError("There is not enough memory to convert the input file");
   }
 }

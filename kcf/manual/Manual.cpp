@@ -13,8 +13,8 @@
 #include <vector>
 
 #include "KESTparse/framework/InputBlock.h"
-#include "KESTparse/framework/InputParser.h"
 #include "KESTparse/framework/InputTag.h"
+#include "KESTparse/framework/Scanner.h"
 #include "KESTparse/root/KestrixInputRoot.h"
 #include "KESTparse/vocabulary/Example.h"
 #include "KESTparse/vocabulary/Places.h"

@@ -12,8 +12,8 @@
 
 #include "KESTparse/base/Conversions.h"
 #include "KESTparse/framework/InputBlock.h"
-#include "KESTparse/framework/InputParser.h"
 #include "KESTparse/framework/InputTag.h"
+#include "KESTparse/framework/Scanner.h"
 #include "KESTparse/root/KestrixInputRoot.h"
 #include "KESTparse/vocabulary/Places.h"
 #include "KESTparse/vocabulary/TagTraits.h"

@@ -1,13 +1,12 @@
 #include <gtest/gtest.h>
-#include <omp.h>
 
 #include <string>
 #include <utility>
 #include <vector>
 
 #include "KESTparse/base/Assert.h"
+#include "KESTparse/base/Console.h"
 #include "KESTparse/base/GlobalValues.h"
-#include "KESTparse/base/Logger.h"
 
 namespace KESTparse {
 namespace {
@@ -46,55 +45,48 @@ TEST(WrapText, breaksAtTheLastBlankBeforeTheWidth) {
   }
 }
 
-TEST(Logger, showsByLevel) {
+TEST(Console, showsByLevel) {
   GlobalValues& globalvalues = GlobalValues::instance();
   testing::internal::CaptureStdout();
   testing::internal::CaptureStderr();
-  getLogger().log(level::information, "told");
-  getLogger().log(level::warning, "warned");
-  getLogger().log(4, "too fine");
+  console().show(level::information, "told");
+  console().show(level::warning, "warned");
+  console().show(4, "too fine");
   globalvalues.verbosity = 1;
-  getLogger().log(level::information, "silent");
-  getLogger().log(level::warning, "silent");
-  getLogger().log(0, "below errors");
+  console().show(level::information, "silent");
+  console().show(level::warning, "silent");
+  console().show(0, "below errors");
   globalvalues.verbosity = 3;
   EXPECT_EQ(testing::internal::GetCapturedStdout(), "-> told\n");
   EXPECT_EQ(testing::internal::GetCapturedStderr(),
             "\nWARNING -> warned\n\nWARNING -> below errors\n");
 }
 
-TEST(Logger, errorsEndTheProcess) {
-  EXPECT_EXIT(getLogger().log(level::error, "broken"), testing::ExitedWithCode(1),
-              "\nERROR -> broken\n");
+TEST(Console, errorsEndTheProcess) {
+  EXPECT_EXIT(console().endWithError("broken"), testing::ExitedWithCode(1), "\nERROR -> broken\n");
 }
 
-TEST(Logger, errorsGoToTheSinksOfAHost) {
-  std::vector<std::pair<int, std::string>> told;
-  getLogger().addSink(
-      [&told](int status, const std::string& text) { told.emplace_back(status, text); });
-  GlobalValues& globalvalues = GlobalValues::instance();
-  globalvalues.reportToSinks = true;
-  globalvalues.errorFileStem = "run";
+TEST(Console, aHostThatLivesOnPrintsNothing) {
+  QuietConsole host;
+  GlobalValues values;
+  values.console = &host;
+  const ActiveValues active(values);
   testing::internal::CaptureStdout();
   testing::internal::CaptureStderr();
-  getLogger().log(level::error, "broken");
-  getLogger().fatal("worse");
-#pragma omp parallel num_threads(2)
-#pragma omp single
-  getLogger().log(level::error, "parallel");
-  // The death tests fork, which wants a process without further threads.
-  omp_pause_resource_all(omp_pause_hard);
-  const std::string out = testing::internal::GetCapturedStdout();
-  const std::string errors = testing::internal::GetCapturedStderr();
-  globalvalues.reportToSinks = false;
-  getLogger().clearSinks();
-  EXPECT_EQ(out,
-            "Simulation stopped due to error(s).\nA fatal error occured!\n"
-            "Simulation stopped due to error(s).\n");
-  EXPECT_EQ(errors, "\nERROR -> broken\n\nEXCEPTION -> worse\n\nERROR -> parallel\n");
-  const std::vector<std::pair<int, std::string>> expected{
-      {0, "broken"}, {-1, "For detailed information see 'run.err' file."}, {-1, "parallel"}};
-  EXPECT_EQ(told, expected);
+  console().show(level::warning, "warned");
+  const auto stopOf = [](auto step) {
+    try {
+      step();
+    } catch (const Stopped& stop) {
+      return std::pair(stop.kind, stop.text);
+    }
+    return std::pair(Stopped::Kind::thrown, std::string("nothing"));
+  };
+  EXPECT_EQ(stopOf([] { console().endWithError("broken"); }),
+            std::pair(Stopped::Kind::error, std::string("broken")));
+  EXPECT_EQ(stopOf([] { ASSERT(false, "worse"); }),
+            std::pair(Stopped::Kind::assertion, std::string("worse")));
+  EXPECT_EQ(testing::internal::GetCapturedStdout() + testing::internal::GetCapturedStderr(), "");
 }
 
 TEST(Assertion, showsTheMessageOrTheExpression) {

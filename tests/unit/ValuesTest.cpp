@@ -156,8 +156,7 @@ TEST(ListParser, tellsWhatIsWrong) {
            {"(1 2)", -1, "Expected up to 1 item in list but found 2"},
            {"(1 +2)", 0, "List item nr. 2 is invalid: Character '+' is invalid for an integer"}}) {
     WhiteSpaceListParser<int> parser(row.itemCount);
-    EXPECT_EQ(parser.isValid(row.text), row.fault.empty()) << row.text;
-    EXPECT_EQ(parser.getLastError(), row.fault);
+    EXPECT_EQ(parser.fault(row.text), row.fault) << row.text;
   }
 }
 

@@ -3,9 +3,9 @@
 #include <algorithm>
 
 #include "KESTparse/base/Assert.h"
+#include "KESTparse/base/Console.h"
 #include "KESTparse/base/Conversions.h"
 #include "KESTparse/base/Files.h"
-#include "KESTparse/base/Logger.h"
 
 namespace Kestrix {
 namespace {
@@ -33,11 +33,9 @@ std::string_view numbersOf(std::string_view line, std::string& buffer) {
 StandardSerie::StandardSerie(const std::string& fileName) {
   const KESTparse::FileText text = KESTparse::readFile(fileName);
   if (!text.wasRead) {
-    KESTparse::getLogger().log(
-        KESTparse::level::error,
+    KESTparse::console().endWithError(
         "Error trying to access '" + fileName +
-            "' which could not be opened. Make sure, the file exists and restart the simulation.");
-    return;
+        "' which could not be opened. Make sure, the file exists and restart the simulation.");
   }
   std::string_view rest = text.content;
   std::string buffer;
@@ -49,10 +47,10 @@ StandardSerie::StandardSerie(const std::string& fileName) {
     }
     rest.remove_prefix(std::min(end + 1, rest.size()));
   }
-  KESTparse::getLogger().log(KESTparse::level::information,
-                             "StandardSerie: read " + std::to_string(xData.size()) + " rows and " +
-                                 std::to_string(yData.size() + 1) + " columns of data from file " +
-                                 fileName);
+  KESTparse::console().show(KESTparse::level::information,
+                            "StandardSerie: read " + std::to_string(xData.size()) + " rows and " +
+                                std::to_string(yData.size() + 1) + " columns of data from file " +
+                                fileName);
 }
 
 void StandardSerie::readLine(std::string_view numbers, const std::string& fileName,

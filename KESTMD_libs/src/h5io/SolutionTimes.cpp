@@ -16,8 +16,8 @@
 #include <string_view>
 #include <system_error>
 
+#include "KESTparse/base/Console.h"
 #include "KESTparse/base/GlobalValues.h"
-#include "KESTparse/base/Logger.h"
 #include "ResultFile.h"
 
 namespace h5io {
@@ -151,7 +151,7 @@ std::vector<double> getSolutionTimes(const std::string& fileName) {
   try {
     return known.emplace(fileName, readSolutionTimes(fileName)).first->second;
   } catch (const Exception& exception) {
-    KESTparse::getLogger().log(
+    KESTparse::console().show(
         KESTparse::level::warning,
         "Determining the existing solution times failed: " + exception.getMessage());
     return {};

@@ -1,5 +1,5 @@
 /// \file
-/// The values that hold for the whole process.
+/// The values that hold for a command file as a whole.
 #pragma once
 
 #include <cstdint>
@@ -19,8 +19,10 @@ struct ReadFiles {
   std::map<std::string, std::vector<double>, std::less<>> solutionTimes;
 };
 
-/// Physical constants, the base path of file names and the settings of the logger; one store for
-/// the whole process, created on first use.
+class Console;
+
+/// Physical constants, the base path of file names, what was read from the files that a command
+/// file names, and the host: one store for each command file that is read.
 struct GlobalValues {
   double gravity = 9.81;                          ///< gravitational acceleration [m/s2]
   double sqrtGravity = 3.1320919526731650;        ///< square root of gravity
@@ -32,15 +34,39 @@ struct GlobalValues {
   std::string errorFileStem;      ///< stem of the error file that the fatal report names to sinks
   bool explainsMessages = false;  ///< messages of rules carry what they are about
   bool resolveRelativePaths = true;  ///< relative names of series files are resolved
-  bool reportToSinks = false;        ///< errors go to the logger's sinks and do not end the process
-  int verbosity = 3;                 ///< highest level of messages that are shown
+  int verbosity = 3;                 ///< highest level of messages that the converter shows
+  Console* console = nullptr;        ///< the host; the converter's for none
   /// Counts the changes of all trees: what was derived from one is of no worth behind a change.
   std::uint64_t treeChanges = 1;
   ReadFiles readFiles;  ///< meshes and result files that were read
 
-  /// The one store.
+  /// The store of the file that this thread reads. A thread that names none has one of its own.
   static GlobalValues& instance();
+
+ private:
+  static GlobalValues& ownStore();
 };
+
+/// Makes a store the one of the file that this thread reads, as long as this object lives.
+class ActiveValues {
+ public:
+  explicit ActiveValues(GlobalValues& values);
+  ActiveValues(const ActiveValues&) = delete;
+  ActiveValues& operator=(const ActiveValues&) = delete;
+  ~ActiveValues();
+
+ private:
+  friend struct GlobalValues;
+  static constinit thread_local GlobalValues* active_;
+  GlobalValues* before_;
+};
+
+inline GlobalValues& GlobalValues::instance() {
+  if (ActiveValues::active_ == nullptr) [[unlikely]] {
+    return ownStore();
+  }
+  return *ActiveValues::active_;
+}
 
 /// The path under which a file named in the command file is opened.
 /// A name that begins with `/`, or with a letter and a colon, stays as it is, and so does an empty

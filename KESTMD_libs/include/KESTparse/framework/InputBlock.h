@@ -2,9 +2,11 @@
 /// The block: a place in the schema, and one block of a command file.
 #pragma once
 
+#include <atomic>
 #include <cstdint>
 #include <iosfwd>
 #include <memory>
+#include <mutex>
 #include <string>
 #include <string_view>
 #include <unordered_map>
@@ -36,8 +38,9 @@ struct BlockSchema {
   std::vector<std::string_view> identifyingTags;             ///< tags that tell instances apart
   std::unordered_map<std::string_view, int> blockPositions;  ///< sub-blocks by their names
   std::unordered_map<std::string_view, int> tagPositions;    ///< prototypes by their names
-  bool declared = false;  ///< set once the class has added its sub-blocks and its tags
-  bool frozen = false;    ///< set by the first instance: the schema can no longer be changed
+  std::once_flag declaration;         ///< the class adds its sub-blocks and its tags once
+  std::atomic<bool> declared{false};  ///< set behind that
+  std::atomic<bool> frozen{false};    ///< set by the first instance: no more can be added
 
   BlockSchema(std::string_view keyword, InputBlock* parent, bool isMandatory, bool isRepeatable);
   ~BlockSchema();
@@ -122,8 +125,13 @@ class InputBlock {
   // Building the schema.
 
   /// Builds the schema of this master, once: sub-blocks, tags, presets. Each sub-block builds its
-  /// own when it is first used, since a command file uses a few of them.
-  void declare();
+  /// own when it is first used, since a command file uses a few of them. Files that are read side
+  /// by side may share a schema.
+  void declare() {
+    if (!schema_->declared.load(std::memory_order_acquire)) {
+      std::call_once(schema_->declaration, [this] { build(); });
+    }
+  }
   /// Adds a logical sub-block; an assertion on an instance.
   SubBlockAttributes addLogicalBlock(SubBlockRow row);
   /// Adds a prototype and what it tells; an assertion once there are instances.
@@ -213,6 +221,7 @@ class InputBlock {
   };
 
   Messages& messages();
+  void build();
   unsigned validateTree();
   /// Checks the tags and reports those that are missing. What tags say depends on their own values
   /// and on their siblings', so that they are asked again only when a tree was changed.

@@ -4,14 +4,10 @@
 
 #include <iosfwd>
 #include <string>
-#include <string_view>
 
 namespace KESTparse {
 
 class InputBlock;
-
-/// Whether a block or a tag of that name can be written in a command file.
-bool isWritableName(std::string_view name);
 
 /// Turns the text of one command file into the actual tree below the root, and reports what the
 /// validation of that tree finds.
@@ -20,8 +16,8 @@ class InputParser {
   /// `root` outlives the parser.
   explicit InputParser(InputBlock& root) : root_(&root) {}
 
-  /// Reads a command file and adds what it leaves out. The first error is reported at error level,
-  /// which ends the process. With `throwOnError` the first error is thrown as an `InputParseError`
+  /// Reads a command file and adds what it leaves out. The first error goes to the host, where it
+  /// ends. With `throwOnError` the first error is thrown as an `InputParseError`
   /// instead, refused values are only collected in the message, and nothing is added.
   /// \param fileName shown in messages and kept by the blocks; may be empty.
   void parse(std::istream& in, bool throwOnError, const std::string& fileName);

@@ -18,8 +18,8 @@ class ListParser {
       : itemCount_(itemCount), nesting_(nesting) {}
   virtual ~ListParser() = default;
 
-  /// Whether `text`, parentheses included, is such a list; `getLastError` tells what is wrong.
-  virtual bool isValid(std::string_view text) = 0;
+  /// What is wrong with `text`, parentheses included, as such a list; empty when it is one.
+  [[nodiscard]] virtual std::string fault(std::string_view text) const = 0;
   /// The items of `text`, whose parentheses are known to be the outer ones. The views look into
   /// `text`.
   [[nodiscard]] virtual std::vector<std::string_view> split(std::string_view text) const = 0;
@@ -28,14 +28,12 @@ class ListParser {
   /// The kind of list in the words of the user.
   [[nodiscard]] virtual std::string typeName() const = 0;
 
-  [[nodiscard]] const std::string& getLastError() const { return lastError_; }
   [[nodiscard]] int getItemCount() const { return itemCount_; }
 
  protected:
   ListParser(const ListParser&) = default;
   ListParser& operator=(const ListParser&) = default;
 
-  std::string lastError_;
   int itemCount_;
   int nesting_;
 };
@@ -45,7 +43,7 @@ template <typename T>
 class WhiteSpaceListParser : public ListParser {
  public:
   using ListParser::ListParser;
-  bool isValid(std::string_view text) override;
+  [[nodiscard]] std::string fault(std::string_view text) const override;
   [[nodiscard]] std::vector<std::string_view> split(std::string_view text) const override;
   [[nodiscard]] char separator() const override { return ' '; }
   [[nodiscard]] std::unique_ptr<ListParser> clone() const override;

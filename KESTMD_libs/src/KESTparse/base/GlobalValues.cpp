@@ -13,8 +13,18 @@ bool isLetter(char c) {
 
 }  // namespace
 
-GlobalValues& GlobalValues::instance() {
-  static GlobalValues store;
+constinit thread_local GlobalValues* ActiveValues::active_ = nullptr;
+
+ActiveValues::ActiveValues(GlobalValues& values) : before_(active_) {
+  active_ = &values;
+}
+
+ActiveValues::~ActiveValues() {
+  active_ = before_;
+}
+
+GlobalValues& GlobalValues::ownStore() {
+  thread_local GlobalValues store;
   return store;
 }
 

@@ -46,7 +46,7 @@ InputBlock::InputBlock(std::string_view name, InputBlock* logicalParent, bool ma
 
 InputBlock::InputBlock(const InputBlock& master)
     : schema_(master.schema_), logicalMaster_(&master) {
-  schema_->frozen = true;
+  schema_->frozen.store(true, std::memory_order_relaxed);
 }
 
 InputBlock::~InputBlock() = default;
@@ -478,11 +478,7 @@ bool InputBlock::spellsOutUnknownNames() const {
   return false;
 }
 
-void InputBlock::declare() {
-  if (schema_->declared) {
-    return;
-  }
-  schema_->declared = true;
+void InputBlock::build() {
   createSubBlocks();
   createTags();
   for (const auto& tag : schema_->tags) {
@@ -490,6 +486,7 @@ void InputBlock::declare() {
     tag->assignPreset();
   }
   initialise();
+  schema_->declared.store(true, std::memory_order_release);
 }
 
 const InputBlock& InputBlock::declaredBlock(std::size_t position) const {

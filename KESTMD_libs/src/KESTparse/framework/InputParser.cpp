@@ -1,7 +1,6 @@
 #include "KESTparse/framework/InputParser.h"
 
 #include <algorithm>
-#include <cstring>
 #include <istream>
 #include <memory>
 #include <ostream>
@@ -9,20 +8,14 @@
 #include <vector>
 
 #include "KESTparse/base/Assert.h"
-#include "KESTparse/base/Logger.h"
+#include "KESTparse/base/Console.h"
 #include "KESTparse/framework/InputBlock.h"
 #include "KESTparse/framework/InputParseError.h"
 #include "KESTparse/framework/InputTag.h"
+#include "KESTparse/framework/Scanner.h"
 
 namespace KESTparse {
 namespace {
-
-/// The first `c` from `begin` to `end`; `end` when there is none.
-char* findByte(char* begin, char* end, char c) {
-  void* const found =
-      begin == end ? nullptr : std::memchr(begin, c, static_cast<std::size_t>(end - begin));
-  return found == nullptr ? end : static_cast<char*>(found);
-}
 
 /// How many bytes `in` holds from here on; 0 when that cannot be told, as of a pipe.
 std::size_t remainingSize(std::istream& in) {
@@ -34,7 +27,7 @@ std::size_t remainingSize(std::istream& in) {
   return end > here ? static_cast<std::size_t>(end - here) : 0;
 }
 
-/// Reads all of `in`, with blanks for carriage returns.
+/// Reads all of `in`.
 std::vector<char> readText(std::istream& in) {
   std::vector<char> text(200000);
   std::size_t size = 0;
@@ -44,72 +37,15 @@ std::vector<char> readText(std::istream& in) {
     text.resize(size + std::max(size / 2, remainingSize(in) + 1));
   }
   text.resize(size + static_cast<std::size_t>(in.gcount()));
-  // Most files have none, and the library finds that out fastest.
-  char* const end = text.data() + text.size();
-  for (char* c = findByte(text.data(), end, '\r'); c != end; c = findByte(c, end, '\r')) {
-    *c = ' ';
-  }
   return text;
 }
 
-/// Blanks all but the line feeds from `begin` to `end`.
-void blank(char* begin, char* end) {
-  std::replace_if(
-      begin, end, [](char c) { return c != '\n'; }, ' ');
-}
-
-/// Blanks the comments; lines and columns stay as they are.
-void blankComments(std::vector<char>& text) {
-  char* const end = text.data() + text.size();
-  const auto find = [end](char* from, char c) { return findByte(std::min(from, end), end, c); };
-  // A slash that closes a comment may open the next one, so it is looked at again.
-  for (char* slash = find(text.data(), '/'); slash != end;) {
-    char* const next = slash + 1;
-    if (next == end) {
-      return;
-    }
-    if (*next == '/') {
-      char* const stop = find(next, '\n');
-      blank(slash, stop);
-      slash = find(stop, '/');
-    } else if (*next == '*') {
-      char* star = next;
-      while (star != end && (star + 1 == end || star[1] != '/')) {
-        star = find(star + 1, '*');
-      }
-      if (star == end) {
-        blank(slash, end);
-        return;
-      }
-      blank(slash, star + 1);
-      char* const closing = star + 1;
-      const bool reopens = closing + 1 != end && (closing[1] == '/' || closing[1] == '*');
-      if (reopens) {
-        slash = closing;
-      } else {
-        *closing = ' ';
-        slash = find(closing + 1, '/');
-      }
-    } else {
-      slash = find(next, '/');
-    }
-  }
-}
-
-enum class State { readName, blockOpened, tagValue, blockClosed, commitTag };
-
-bool isNameCharacter(char c) {
-  return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') || c == '_' ||
-         c == '-';
-}
-
-bool isWhiteSpace(char c) {
-  return c == ' ' || c == '\t' || c == '\n';
-}
-
-/// The state machine over the text of one command file.
+/// Builds the tree of one command file. The first fault is thrown, unless values are only
+/// collected.
 class Reading {
  public:
+  static constexpr bool goesOn = false;
+
   Reading(InputBlock& root, std::string_view text, bool throwOnError, const std::string& fileName,
           std::string& message)
       : text_(text),
@@ -118,220 +54,139 @@ class Reading {
         message_(&message),
         blocks_{&root} {}
 
+  /// Reads it all. Faults go to the host, or are thrown, as the caller of `parse` wants it.
   void run();
 
+  // The events of the scanner.
+  void open(Span name, std::size_t brace);
+  void close(std::size_t brace);
+  void tag(Span name, std::size_t equals, Span value);
+  bool fault(const SyntaxFault& fault);
+  void end(const Ending& ending);
+
  private:
-  void step();
-  void countByte();
-  State readName();
-  void openBlock();
-  void closeBlock();
-  void readValue();
-  void finishTag();
-  [[nodiscard]] std::string endOfFileFault() const;
-  [[nodiscard]] std::string location() const;
-  void clearName() {
-    name_ = {};
-    nameEnded_ = false;
-  }
+  /// The line of the byte at `at`, counted from 1, where a line feed begins the next line. Places
+  /// must be asked for in their order.
+  unsigned lineOf(std::size_t at);
+  [[nodiscard]] std::string location();
 
   std::string_view text_;
   bool throwOnError_;
   std::shared_ptr<const std::string> fileName_;
   std::string* message_;
   std::vector<InputBlock*> blocks_;  // the open blocks, the root first
-  State state_ = State::readName;
-  std::size_t index_ = 0;
-  int line_ = 1;
-  int column_ = 0;
-  std::string_view name_;
-  bool nameEnded_ = false;
-  int nameLine_ = 1;
-  std::size_t valueBegin_ = 0;
-  int parentheses_ = 0;
+  std::size_t at_ = 0;               // where reading stands
+  std::size_t counted_ = 0;          // the bytes whose lines are counted
+  unsigned line_ = 1;
+  std::string endFault_;
 };
 
-std::string Reading::location() const {
-  return "near line " + std::to_string(line_) + ", col " + std::to_string(column_);
+unsigned Reading::lineOf(std::size_t at) {
+  const auto begin = text_.begin() + static_cast<std::ptrdiff_t>(counted_);
+  const auto end = text_.begin() + static_cast<std::ptrdiff_t>(at + 1);
+  line_ += static_cast<unsigned>(std::count(begin, std::max(begin, end), '\n'));
+  counted_ = std::max(counted_, at + 1);
+  return line_;
 }
 
-void Reading::countByte() {
-  if (text_[index_] == '\n') {
-    ++line_;
-    column_ = 0;
-  } else {
-    ++column_;
+std::string Reading::location() {
+  const std::size_t feed = text_.rfind('\n', at_);
+  const std::size_t column = feed == std::string_view::npos ? at_ + 1 : at_ - feed;
+  return "near line " + std::to_string(lineOf(at_)) + ", col " + std::to_string(column);
+}
+
+void Reading::open(Span name, std::size_t brace) {
+  // The byte behind a brace belongs to it, whatever it is.
+  at_ = brace + 1;
+  if (at_ < text_.size()) {
+    blocks_.push_back(&blocks_.back()->getBlock(name.in(text_), fileName_, lineOf(at_)));
   }
 }
 
-State Reading::readName() {
-  const char c = text_[index_];
-  if (isNameCharacter(c) && !nameEnded_) {
-    name_ =
-        name_.empty() ? text_.substr(index_, 1) : std::string_view(name_.data(), name_.size() + 1);
-    return State::readName;
+void Reading::close(std::size_t brace) {
+  at_ = brace + 1;
+  if (at_ == text_.size()) {
+    return;
   }
-  switch (c) {
-    case '{':
-      if (name_.empty()) {
-        throw InputParseError(ParseErrorKind::emptyBlockName,
-                              "Found opening brace { with empty block name");
-      }
-      return State::blockOpened;
-    case '=':
-      if (name_.empty()) {
-        throw InputParseError(ParseErrorKind::emptyTagName,
-                              "Found tag definition with empty tag name");
-      }
-      valueBegin_ = index_ + 1;
-      return State::tagValue;
-    case '}':
-      if (!name_.empty()) {
-        throw InputParseError(ParseErrorKind::misplacedBrace,
-                              "Found a closing brace '}' after a series of name characters '" +
-                                  std::string(name_) + "'");
-      }
-      return State::blockClosed;
-    default:
-      break;
-  }
-  if (isWhiteSpace(c)) {
-    nameEnded_ = !name_.empty();
-    return State::readName;
-  }
-  if (nameEnded_) {
-    throw InputParseError(ParseErrorKind::whiteSpaceInName,
-                          "Found an invalid whitespace character in a name");
-  }
-  throw InputParseError(
-      ParseErrorKind::invalidNameCharacter,
-      std::string("Found an invalid character '") + c + "' while expecting a name");
-}
-
-void Reading::openBlock() {
-  // The byte behind the brace is swallowed, whatever it is.
-  blocks_.push_back(&blocks_.back()->getBlock(name_, fileName_, static_cast<unsigned>(line_)));
-  clearName();
-  state_ = State::readName;
-}
-
-void Reading::closeBlock() {
   if (blocks_.size() == 1) {
     throw InputParseError(ParseErrorKind::misplacedBrace, "Closing of the root block found");
   }
   blocks_.pop_back();
-  clearName();
-  state_ = readName();
-  nameLine_ = line_;
 }
 
-void Reading::finishTag() {
-  const std::string_view value = text_.substr(valueBegin_, index_ - valueBegin_);
+void Reading::tag(Span name, std::size_t /*equals*/, Span value) {
+  at_ = value.end - 1;
   try {
-    blocks_.back()->getTag(name_).setRawValue(value);
+    blocks_.back()->getTag(name.in(text_)).setRawValue(value.in(text_));
   } catch (const InputParseError& error) {
     if (!throwOnError_ || error.code != static_cast<unsigned>(ParseErrorKind::tagValue)) {
       throw;
     }
     *message_ += "Tag value error " + location() + ": " + error.message + "\n";
   }
-  clearName();
-  parentheses_ = 0;
-  state_ = State::readName;
-  countByte();
 }
 
-void Reading::readValue() {
-  // Only these characters mean anything in a value. A search of the library calls a function for
-  // each character, which shows in long lists.
-  std::size_t next = index_;
-  while (next < text_.size() && text_[next] != '\n' && text_[next] != '(' && text_[next] != ')') {
-    ++next;
-  }
-  column_ += static_cast<int>(next - index_);
-  index_ = next;
-  if (index_ == text_.size()) {
-    return;
-  }
-  const char c = text_[index_];
-  if (c == '\n' && parentheses_ == 0) {
-    finishTag();
-    return;
-  }
-  countByte();
-  if (c == '(') {
-    ++parentheses_;
-  } else if (c == ')') {
-    if (parentheses_ == 0) {
-      throw InputParseError(ParseErrorKind::tagValue,
+bool Reading::fault(const SyntaxFault& fault) {
+  at_ = fault.at;
+  switch (fault.kind) {
+    case ParseErrorKind::emptyBlockName:
+      throw InputParseError(fault.kind, "Found opening brace { with empty block name");
+    case ParseErrorKind::emptyTagName:
+      throw InputParseError(fault.kind, "Found tag definition with empty tag name");
+    case ParseErrorKind::misplacedBrace:
+      throw InputParseError(fault.kind,
+                            "Found a closing brace '}' after a series of name characters '" +
+                                std::string(fault.name.in(text_)) + "'");
+    case ParseErrorKind::whiteSpaceInName:
+      throw InputParseError(fault.kind, "Found an invalid whitespace character in a name");
+    case ParseErrorKind::tagValue:
+      throw InputParseError(fault.kind,
                             "Found closing brace in tag value but there was no opening brace");
-    }
-    --parentheses_;
+    default:
+      throw InputParseError(fault.kind, std::string("Found an invalid character '") +
+                                            text_[fault.at] + "' while expecting a name");
   }
 }
 
-void Reading::step() {
-  switch (state_) {
-    case State::readName:
-      countByte();
-      state_ = readName();
-      nameLine_ = line_;
-      break;
-    case State::blockOpened:
-      countByte();
-      openBlock();
-      break;
-    case State::tagValue:
-      readValue();
-      break;
-    case State::blockClosed:
-      countByte();
-      closeBlock();
-      break;
-    case State::commitTag:
-      ASSERT(false, "The parser made a boo boo");
-  }
-}
-
-std::string Reading::endOfFileFault() const {
-  const bool isInvalid =
-      state_ != State::readName && !(state_ == State::blockClosed && blocks_.size() == 2);
+void Reading::end(const Ending& ending) {
+  using Behind = Ending::Behind;
+  const bool isInvalid = ending.behind != Behind::name &&
+                         !(ending.behind == Behind::closingBrace && blocks_.size() == 2);
   if (!isInvalid) {
-    return name_.empty() ? "" : "There are some trailing characters at the end of the file! Fix it";
+    endFault_ = ending.name.empty()
+                    ? ""
+                    : "There are some trailing characters at the end of the file! Fix it";
+    return;
   }
-  std::string text =
+  endFault_ =
       "End of file reached in an invalid state, which means that your input file is invalid. ";
-  if (!name_.empty() && (state_ == State::tagValue || state_ == State::blockOpened)) {
-    text += state_ == State::tagValue ? "The problem occurred while parsing tag '"
-                                      : "The problem occured while parsing block '";
-    text += std::string(name_) + "'";
-    text += fileName_->empty() ? "" : " in file '" + *fileName_ + "'";
-    text += " which started on line " + std::to_string(nameLine_) + ". ";
+  if (ending.behind != Behind::closingBrace) {
+    endFault_ += ending.behind == Behind::equals ? "The problem occurred while parsing tag '"
+                                                 : "The problem occured while parsing block '";
+    endFault_ += std::string(ending.name.in(text_)) + "'";
+    endFault_ += fileName_->empty() ? "" : " in file '" + *fileName_ + "'";
+    endFault_ += " which started on line " + std::to_string(lineOf(ending.at)) + ". ";
   }
-  return text +
-         "Usually, this happens if some lists or blocks miss their closing brace '}' or ')'.";
+  endFault_ += "Usually, this happens if some lists or blocks miss their closing brace '}' or ')'.";
 }
 
 void Reading::run() {
   try {
-    for (index_ = 0; index_ < text_.size(); ++index_) {
-      step();
-    }
+    Scanner(text_, *this).run();
   } catch (InputParseError& error) {
     if (throwOnError_) {
-      error.line = line_;
+      error.line = static_cast<int>(lineOf(at_));
       throw;
     }
-    getLogger().log(level::error, "Parse error " + location() + ": " + error.message + ".");
+    console().endWithError("Parse error " + location() + ": " + error.message + ".");
+  }
+  if (endFault_.empty()) {
     return;
   }
-  std::string fault = endOfFileFault();
-  if (!fault.empty()) {
-    if (throwOnError_) {
-      throw InputParseError(ParseErrorKind::endOfFile, std::move(fault));
-    }
-    getLogger().log(level::error, fault);
+  if (throwOnError_) {
+    throw InputParseError(ParseErrorKind::endOfFile, std::move(endFault_));
   }
+  console().endWithError(endFault_);
 }
 
 const std::string& textOf(const std::string& message) {
@@ -393,27 +248,21 @@ std::string counted(std::size_t number, const std::string& noun) {
 
 }  // namespace
 
-bool isWritableName(std::string_view name) {
-  return !name.empty() && std::all_of(name.begin(), name.end(), isNameCharacter);
-}
-
 void InputParser::parse(std::istream& in, bool throwOnError, const std::string& fileName) {
   message_.clear();
   const auto reportUnreadable = [&fileName] {
-    getLogger().log(level::error, fileName.empty()
-                                      ? std::string("InputParser: reading from input failed")
-                                      : "InputParser: reading from file '" + fileName + "' failed");
+    console().endWithError(fileName.empty()
+                               ? std::string("InputParser: reading from input failed")
+                               : "InputParser: reading from file '" + fileName + "' failed");
   };
   if (!in) {
     reportUnreadable();
-    return;
   }
   std::string message;
   {
     std::vector<char> text = readText(in);
     if (in.bad()) {
       reportUnreadable();
-      return;
     }
     blankComments(text);
     Reading(*root_, std::string_view(text.data(), text.size()), throwOnError, fileName, message)
@@ -452,7 +301,7 @@ bool InputParser::validateSummary(std::ostream& out) {
       blocks.push_back(&block.getBlock(i));
     }
     if (!report.empty()) {
-      getLogger().log(level::warning, report);
+      console().show(level::warning, report);
     }
   }
   return errors == 0;

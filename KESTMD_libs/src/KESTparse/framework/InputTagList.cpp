@@ -84,9 +84,9 @@ bool InputTagList<T>::check() {
     this->addError(std::move(fault));
     return false;
   }
-  ListParser& parser = *facts().parser;
-  if (!parser.isValid(text)) {
-    this->addError("Invalid list: " + parser.getLastError());
+  fault = facts().parser->fault(text);
+  if (!fault.empty()) {
+    this->addError("Invalid list: " + fault);
     return false;
   }
   if (std::is_arithmetic_v<T> && !hasRestrictedValues()) {
@@ -204,10 +204,9 @@ bool InputTagTaggedList<T>::check() {
   if (!fault.empty()) {
     return refuse(std::move(fault));
   }
-  ListParser& parser = *facts().parser;
-  if (!parser.isValid(list)) {
-    return refuse("Tag '" + std::string(this->getName()) +
-                  "' has an invalid list: " + parser.getLastError());
+  fault = facts().parser->fault(list);
+  if (!fault.empty()) {
+    return refuse("Tag '" + std::string(this->getName()) + "' has an invalid list: " + fault);
   }
   return true;
 }

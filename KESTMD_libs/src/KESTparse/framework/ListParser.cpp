@@ -94,30 +94,25 @@ std::vector<std::string_view> WhiteSpaceListParser<T>::split(std::string_view te
 }
 
 template <typename T>
-bool WhiteSpaceListParser<T>::isValid(std::string_view text) {
-  lastError_.clear();
+std::string WhiteSpaceListParser<T>::fault(std::string_view text) const {
   if (text.size() >= 3) {
     const std::string_view inner = text.substr(1, text.size() - 2);
     const std::size_t brace = std::min(inner.find('('), inner.find(')'));
     if (brace != std::string_view::npos) {
-      lastError_ = std::string("A brace ") + inner[brace] +
-                   " is not allowed in the whitespace separated list";
-      return false;
+      return std::string("A brace ") + inner[brace] +
+             " is not allowed in the whitespace separated list";
     }
   }
   std::size_t position = 1;
   if (nextListItem(text, position).empty()) {
-    lastError_ = "Empty list found: '" + std::string(text) + "'";
-    return false;
+    return "Empty list found: '" + std::string(text) + "'";
   }
   if (itemCount_ != 0) {
     const std::size_t found = split(text).size();
     const auto wanted = static_cast<std::size_t>(std::abs(itemCount_));
     if (itemCount_ > 0 ? found != wanted : found > wanted) {
-      lastError_ = (itemCount_ > 0 ? "Expected " : "Expected up to ") + std::to_string(wanted) +
-                   (wanted == 1 ? " item" : " items") + " in list but found " +
-                   std::to_string(found);
-      return false;
+      return (itemCount_ > 0 ? "Expected " : "Expected up to ") + std::to_string(wanted) +
+             (wanted == 1 ? " item" : " items") + " in list but found " + std::to_string(found);
     }
   }
   position = 1;
@@ -127,12 +122,11 @@ bool WhiteSpaceListParser<T>::isValid(std::string_view text) {
     }
     const std::string_view item = nextListItem(text, position);
     if (item.empty()) {
-      return true;
+      return {};
     }
     const std::string fault = itemFault<T>(item);
     if (!fault.empty()) {
-      lastError_ = "List item nr. " + std::to_string(number) + " is invalid: " + fault;
-      return false;
+      return "List item nr. " + std::to_string(number) + " is invalid: " + fault;
     }
   }
 }

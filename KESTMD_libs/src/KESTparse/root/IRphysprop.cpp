@@ -11,17 +11,17 @@ void IRphysprop::getDescription(std::ostream& out) const {
 }
 
 void IRphysprop::createTags() {
-  const GlobalValues& globalvalues = GlobalValues::instance();
+  const GlobalValues constants;
   globalReal<&GlobalValues::gravity>("gravity", "Acceleration due to gravity")
-      .defaultsTo(doubleToString(globalvalues.gravity))
+      .defaultsTo(doubleToString(constants.gravity))
       .unit("[m/s2]")
       .atLeast(0);
   globalReal<&GlobalValues::viscosity>("viscosity", "Kinematic viscosity")
-      .defaultsTo(doubleToString(globalvalues.viscosity))
+      .defaultsTo(doubleToString(constants.viscosity))
       .unit("[m2/s]")
       .atLeast(0);
   globalReal<&GlobalValues::rhoFluid>("rho_fluid", "Fluid density")
-      .defaultsTo(doubleToString(globalvalues.rhoFluid))
+      .defaultsTo(doubleToString(constants.rhoFluid))
       .unit("[kg/m3]")
       .atLeast(0);
 }

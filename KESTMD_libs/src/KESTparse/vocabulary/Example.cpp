@@ -13,6 +13,7 @@
 #include "KESTparse/framework/InputParseError.h"
 #include "KESTparse/framework/InputParser.h"
 #include "KESTparse/framework/InputTagConditions.h"
+#include "KESTparse/framework/Scanner.h"
 #include "KESTparse/root/KestrixInputRoot.h"
 #include "KESTparse/vocabulary/Places.h"
 #include "KESTparse/vocabulary/TagTraits.h"
