@@ -25,8 +25,9 @@ struct Span {
   friend bool operator==(const Span&, const Span&) = default;
 };
 
-/// Blanks carriage returns and comments; what is left stands where it stood.
-void blankComments(std::vector<char>& text);
+/// Blanks carriage returns and comments; what is left stands where it stood. `comments` gets their
+/// places, without the line feed behind them.
+void blankComments(std::vector<char>& text, std::vector<Span>* comments = nullptr);
 
 inline bool isNameCharacter(char c) {
   return (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') || (c >= '0' && c <= '9') || c == '_' ||
@@ -83,9 +84,10 @@ class ParenthesisSums {
 ///     void end(const Ending& ending);
 ///     static constexpr bool goesOn;                         // whether `fault` ever returns true
 ///
-/// The byte behind an opening brace belongs to no name. Behind a fault, what stands up to the next
-/// brace, equals sign or line feed is one name, and a list whose parenthesis is never closed ends
-/// with its line where the next one begins like a tag or a block.
+/// The byte behind an opening brace belongs to no name. Behind a fault, a name alone on
+/// its line is left out, else what stands up to the next brace, equals sign or line feed is one
+/// name; a list whose parenthesis is never closed ends with its line where the next one begins like
+/// a tag or a block.
 template <class Events>
 class Scanner {
  public:
@@ -218,6 +220,10 @@ class Scanner {
 
   /// Goes on behind a fault in a name.
   bool readBehindFault(Span name) {
+    // A name alone on its line belongs to nothing that follows.
+    if (!name.empty() && text_.substr(name.end, at_ - name.end).find('\n') != text_.npos) {
+      return true;
+    }
     at_ = std::min(text_.find_first_of("\n{}=", at_), text_.size());
     name.end = at_;
     while (name.end > name.begin && isWhiteSpace(text_[name.end - 1])) {

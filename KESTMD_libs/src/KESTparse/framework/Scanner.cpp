@@ -25,22 +25,30 @@ bool isWritableName(std::string_view name) {
   return !name.empty() && std::all_of(name.begin(), name.end(), isNameCharacter);
 }
 
-void blankComments(std::vector<char>& text) {
-  char* const end = text.data() + text.size();
+void blankComments(std::vector<char>& text, std::vector<Span>* comments) {
+  char* const begin = text.data();
+  char* const end = begin + text.size();
   // Most files have no carriage returns, and the library finds that out fastest.
-  for (char* c = findByte(text.data(), end, '\r'); c != end; c = findByte(c, end, '\r')) {
+  for (char* c = findByte(begin, end, '\r'); c != end; c = findByte(c, end, '\r')) {
     *c = ' ';
   }
   const auto find = [end](char* from, char c) { return findByte(std::min(from, end), end, c); };
+  const auto blankComment = [begin, comments](char* from, char* to) {
+    blank(from, to);
+    if (comments != nullptr) {
+      comments->push_back(
+          {static_cast<std::size_t>(from - begin), static_cast<std::size_t>(to - begin)});
+    }
+  };
   // A slash that closes a comment may open the next one, so it is looked at again.
-  for (char* slash = find(text.data(), '/'); slash != end;) {
+  for (char* slash = find(begin, '/'); slash != end;) {
     char* const next = slash + 1;
     if (next == end) {
       return;
     }
     if (*next == '/') {
       char* const stop = find(next, '\n');
-      blank(slash, stop);
+      blankComment(slash, stop);
       slash = find(stop, '/');
     } else if (*next == '*') {
       char* star = next;
@@ -48,18 +56,13 @@ void blankComments(std::vector<char>& text) {
         star = find(star + 1, '*');
       }
       if (star == end) {
-        blank(slash, end);
+        blankComment(slash, end);
         return;
       }
-      blank(slash, star + 1);
       char* const closing = star + 1;
       const bool reopens = closing + 1 != end && (closing[1] == '/' || closing[1] == '*');
-      if (reopens) {
-        slash = closing;
-      } else {
-        *closing = ' ';
-        slash = find(closing + 1, '/');
-      }
+      blankComment(slash, reopens ? closing : closing + 1);
+      slash = reopens ? closing : find(closing + 1, '/');
     } else {
       slash = find(next, '/');
     }
