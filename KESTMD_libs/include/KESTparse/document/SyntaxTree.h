@@ -56,6 +56,7 @@ enum class TreeFault : std::uint8_t {
   unopenedParenthesis,  ///< in a value
   unclosedList,         ///< the list ends with its line, though a parenthesis is open
   unfinished,           ///< the file ends within a value, or right behind an opening brace
+  byteOrderMark,        ///< in front of the text
   swallowedByte         ///< stands right behind an opening brace and is dropped
 };
 
@@ -79,7 +80,7 @@ class SyntaxTree {
 
   /// The text as it stands in the file.
   [[nodiscard]] const std::string& text() const { return text_; }
-  /// The text with blanks for comments and carriage returns.
+  /// The text with blanks for comments, carriage returns and a byte order mark.
   [[nodiscard]] std::string_view blanked() const { return {blanked_.data(), blanked_.size()}; }
   [[nodiscard]] const std::vector<SyntaxNode>& nodes() const { return nodes_; }
   [[nodiscard]] const SyntaxNode& operator[](NodeId id) const { return nodes_[id]; }

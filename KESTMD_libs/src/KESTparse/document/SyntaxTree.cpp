@@ -308,6 +308,11 @@ SyntaxTree::SyntaxTree(std::string text, const BlockOracle& mayStand) : text_(st
     throw std::length_error("a command file must be smaller than 4 GB");
   }
   blanked_.assign(text_.begin(), text_.end());
+  constexpr std::string_view byteOrderMark = "\xef\xbb\xbf";
+  if (text_.starts_with(byteOrderMark)) {
+    std::fill_n(blanked_.begin(), byteOrderMark.size(), ' ');
+    faults_.push_back({TreeFault::byteOrderMark, noNode, {0, byteOrderMark.size()}});
+  }
   blankComments(blanked_, &comments_);
   Items scanned(blanked());
   const Pairing pairing = bestPairing(scanned.items, blanked(), mayStand);

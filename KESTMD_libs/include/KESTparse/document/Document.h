@@ -1,0 +1,76 @@
+/// \file
+/// A command file with all that can be told of it.
+#pragma once
+
+#include <memory>
+#include <optional>
+#include <string>
+#include <unordered_map>
+#include <vector>
+
+#include "KESTparse/base/Console.h"
+#include "KESTparse/base/GlobalValues.h"
+#include "KESTparse/document/Diagnostic.h"
+
+namespace KESTparse {
+
+class InputBlock;
+class InputTag;
+class KestrixInputRoot;
+
+/// How a command file is looked at.
+struct DocumentOptions {
+  std::string directory =
+      {};                  ///< the folder that names of files count from; empty: the current one
+  bool readsFiles = true;  ///< whether the files that it names are opened
+};
+
+/// One command file: its text, the tree of the text, the setup that it means, and what is wrong
+/// with it. It never ends the process, and may be used from any thread, by one at a time.
+class Document {
+ public:
+  /// Reads `text` as far as it can be read. `schema` outlives the document and may be shared.
+  Document(std::string text, const KestrixInputRoot& schema, DocumentOptions options = {});
+  Document(const Document&) = delete;
+  Document& operator=(const Document&) = delete;
+  ~Document();
+
+  /// All that is wrong, in the order of the text, each thing once. Worked out when first asked for.
+  const std::vector<Diagnostic>& check();
+  /// What the converter does with the file when it is started in the folder that names count from;
+  /// nothing when the files that it names are not opened.
+  std::optional<bool> converts();
+
+  [[nodiscard]] const SyntaxTree& syntax() const { return syntax_; }
+  /// The lines of the text.
+  [[nodiscard]] const LineTable& lines() const { return lines_; }
+  /// The setup, as far as it could be read, with the defaults of what was left out.
+  [[nodiscard]] const InputBlock& root() const { return *root_; }
+  /// What was made of a node; null where it could not be.
+  [[nodiscard]] const InputBlock* blockOf(NodeId node) const;
+  [[nodiscard]] const InputTag* tagOf(NodeId node) const;
+  /// The node that a block or a tag was made of; `noNode` for defaults.
+  [[nodiscard]] NodeId nodeOf(const InputBlock& block) const;
+  [[nodiscard]] NodeId nodeOf(const InputTag& tag) const;
+  /// The values that hold for the file; make them active to ask the setup for more.
+  [[nodiscard]] GlobalValues& values() { return values_; }
+
+ private:
+  class Builder;
+  class Checker;
+
+  DocumentOptions options_;
+  const KestrixInputRoot* schema_;
+  QuietConsole console_;
+  GlobalValues values_;
+  SyntaxTree syntax_;
+  LineTable lines_;
+  std::unique_ptr<InputBlock> root_;
+  std::vector<const void*> made_;                           // for each node the block or the tag
+  mutable std::unordered_map<const void*, NodeId> nodeOf_;  // made when first asked for
+  std::vector<Diagnostic> diagnostics_;
+  bool isChecked_ = false;
+  std::optional<bool> converts_;
+};
+
+}  // namespace KESTparse
