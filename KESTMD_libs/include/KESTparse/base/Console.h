@@ -40,7 +40,12 @@ class Console {
 
 /// Thrown where the converter would have ended.
 struct Stopped {
-  enum class Kind : std::uint8_t { error, assertion, thrown };
+  enum class Kind : std::uint8_t {
+    error,
+    assertion,
+    thrown,   ///< a text or an exception that nobody catches
+    skipped,  ///< a file is needed, and files are not read
+  };
   Kind kind;
   std::string text;
 };

@@ -8,6 +8,9 @@
 
 namespace KESTparse {
 
+/// Stops where files are not read. All that looks into a file asks it first.
+void requireReading();
+
 /// What a file holds.
 struct FileText {
   bool wasRead = false;  ///< false when it cannot be opened or read, or is a folder

@@ -33,6 +33,9 @@ struct GlobalValues {
   std::string basePath;           ///< folder against which relative file names are resolved
   std::string errorFileStem;      ///< stem of the error file that the fatal report names to sinks
   bool explainsMessages = false;  ///< messages of rules carry what they are about
+  /// Folder that relative names count from wherever a file is opened; empty for the current one.
+  std::string directory;
+  bool readsFiles = true;            ///< files that the command file names are opened
   bool resolveRelativePaths = true;  ///< relative names of series files are resolved
   int verbosity = 3;                 ///< highest level of messages that the converter shows
   Console* console = nullptr;        ///< the host; the converter's for none
@@ -73,7 +76,12 @@ inline GlobalValues& GlobalValues::instance() {
 /// one. Any other is joined to `baseDirectory`, or to the global base path where that is empty.
 std::string resolvePath(std::string_view name, std::string_view baseDirectory = {});
 
-/// Whether `path` is a file that can be opened for reading: no folder, pipe or device.
+/// Where the file that is named `path` is opened: in `GlobalValues::directory`, unless it is
+/// absolute.
+std::string openedPath(const std::string& path);
+
+/// Whether `path` is a file that can be opened for reading: no folder, pipe or device. Where files
+/// are not read, all can.
 bool canOpen(const std::string& path);
 
 }  // namespace KESTparse

@@ -58,6 +58,12 @@ class Document {
  private:
   class Builder;
   class Checker;
+  struct ConverterStop;
+
+  void prepare(GlobalValues& values);
+  /// What ends the converter on this text; nothing when it writes a document.
+  [[nodiscard]] std::optional<ConverterStop> runConverter();
+  [[nodiscard]] NodeId find(const void* made) const;
 
   DocumentOptions options_;
   const KestrixInputRoot* schema_;
@@ -68,6 +74,7 @@ class Document {
   std::unique_ptr<InputBlock> root_;
   std::vector<const void*> made_;                           // for each node the block or the tag
   mutable std::unordered_map<const void*, NodeId> nodeOf_;  // made when first asked for
+  std::unique_ptr<Builder> builder_;
   std::vector<Diagnostic> diagnostics_;
   bool isChecked_ = false;
   std::optional<bool> converts_;

@@ -161,12 +161,20 @@ class InputBlock {
   /// block's.
   void removeTag(InputTag& tag);
   /// Adds the tags that were left out but have a default, here and in all sub-blocks.
-  virtual void populate();
+  void populate();
+  /// Adds the sub-blocks that every setup has.
+  virtual void addStandingBlocks();
+  /// Adds the tags of this block alone that were left out but have a default. A default that its
+  /// tag refuses is thrown as an `InputParseError`; a further call goes on behind it.
+  void populateTags();
 
   // Validation.
 
   /// Checks this block and all below it anew; returns the number of errors.
-  virtual unsigned validate();
+  unsigned validate();
+  /// Runs all rules of this block alone, whatever is wrong with its tags or below it. Its messages
+  /// are then those of the rules.
+  void checkRulesAlone();
   /// Warnings of this block, its tags and all below it.
   [[nodiscard]] std::size_t getNumWarnings() const;
   /// Errors of this block, its tags and all below it.

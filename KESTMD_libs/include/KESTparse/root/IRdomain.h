@@ -38,7 +38,7 @@ class IRdomain : public SchemaBlock<IRdomain> {
   std::vector<IRcontroller*> ctrl_ptrV;
   void getLongDescription(std::ostream& out) const override;
   void getExample(std::ostream& out) const override;
-  void populate() override;
+  void addStandingBlocks() override;
 
   /// Whether a controller moves what is called `location` in the 1D region `region`.
   [[nodiscard]] bool isControlled(std::string_view region, std::string_view location) const;

@@ -9,6 +9,7 @@
 #include <utility>
 
 #include "KESTparse/base/Assert.h"
+#include "KESTparse/base/Console.h"
 
 namespace KESTparse {
 namespace {
@@ -71,10 +72,11 @@ void readNodeStrings(std::string_view lines, NodeStrings& strings) {
 /// Adds the node strings of the mesh at `path`, which is read in pieces: most of a mesh is not
 /// kept. \return false when it cannot be read.
 bool readNodeStringsFrom(const std::string& path, NodeStrings& strings) {
+  requireReading();
   if (!canOpen(path)) {
     return false;
   }
-  std::ifstream mesh(path, std::ios::binary);
+  std::ifstream mesh(openedPath(path), std::ios::binary);
   constexpr std::size_t pieceSize = 1 << 18;
   std::vector<char> piece(pieceSize);
   std::size_t size = 0;
@@ -97,12 +99,19 @@ bool readNodeStringsFrom(const std::string& path, NodeStrings& strings) {
 
 }  // namespace
 
+void requireReading() {
+  if (!GlobalValues::instance().readsFiles) {
+    throw Stopped{Stopped::Kind::skipped, {}};
+  }
+}
+
 FileText readFile(const std::string& path) {
   FileText text;
+  requireReading();
   if (!canOpen(path)) {
     return text;
   }
-  std::ifstream in(path, std::ios::binary);
+  std::ifstream in(openedPath(path), std::ios::binary);
   constexpr std::size_t chunk = 1 << 16;
   std::size_t size = 0;
   do {

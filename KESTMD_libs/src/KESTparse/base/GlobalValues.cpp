@@ -40,7 +40,16 @@ std::string resolvePath(std::string_view name, std::string_view baseDirectory) {
   return path;
 }
 
-bool canOpen(const std::string& path) {
+std::string openedPath(const std::string& path) {
+  const std::string& directory = GlobalValues::instance().directory;
+  return directory.empty() || path.empty() || path.front() == '/' ? path : directory + '/' + path;
+}
+
+bool canOpen(const std::string& name) {
+  if (!GlobalValues::instance().readsFiles) {
+    return true;
+  }
+  const std::string path = openedPath(name);
   namespace fs = std::filesystem;
   std::error_code unreadable;
   // A stream opens a folder without complaint; a pipe waits for its writer and can be read only

@@ -39,6 +39,9 @@ class Items {
     add(item);
     if (brace + 1 < text_.size() && !isWhiteSpace(text_[brace + 1])) {
       faults.push_back({items.size() - 1, TreeFault::swallowedByte, {brace + 1, brace + 2}});
+      if (text_[brace + 1] == '}') {
+        close(brace + 1);
+      }
     }
   }
 

@@ -344,7 +344,9 @@ void InputBlock::removeTag(InputTag& tag) {
   countTags();
 }
 
-void InputBlock::populate() {
+void InputBlock::addStandingBlocks() {}
+
+void InputBlock::populateTags() {
   for (const auto& prototype : schema_->tags) {
     if (!prototype->getDefaultValue().empty() && findTag(prototype->getPosition()) == nullptr &&
         !prototype->isSuppressed(*this)) {
@@ -352,6 +354,11 @@ void InputBlock::populate() {
       availableTags_.back()->setRawValue(prototype->getDefaultValue());
     }
   }
+}
+
+void InputBlock::populate() {
+  addStandingBlocks();
+  populateTags();
   for (const auto& block : availableBlocks_) {
     block->populate();
   }
@@ -412,6 +419,12 @@ unsigned InputBlock::validate() {
     checkRules();
   }
   return errors + static_cast<unsigned>(getErrors().size() - ownErrors);
+}
+
+void InputBlock::checkRulesAlone() {
+  messages_.reset();
+  checkRulesAlways();
+  checkRules();
 }
 
 void InputBlock::checkRules() {}

@@ -81,10 +81,9 @@ void IRdomain::getExample(std::ostream& out) const {
 )";
 }
 
-void IRdomain::populate() {
-  // The process-wide values get their defaults in every conversion.
+void IRdomain::addStandingBlocks() {
+  // The values that hold for the whole file get their defaults in every conversion.
   ensureBlock("PHYSICAL_PROPERTIES");
-  InputBlock::populate();
 }
 
 bool IRdomain::isControlled(std::string_view region, std::string_view location) const {

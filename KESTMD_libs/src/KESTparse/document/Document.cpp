@@ -1,0 +1,968 @@
+#include "KESTparse/document/Document.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <set>
+#include <sstream>
+#include <unordered_set>
+#include <utility>
+
+#include "KESTparse/base/Conversions.h"
+#include "KESTparse/base/Suggestion.h"
+#include "KESTparse/document/Codes.h"
+#include "KESTparse/document/Explanations.h"
+#include "KESTparse/framework/Guard.h"
+#include "KESTparse/framework/InputBlock.h"
+#include "KESTparse/framework/InputParser.h"
+#include "KESTparse/framework/InputTag.h"
+#include "KESTparse/framework/InputTagConditions.h"
+#include "KESTparse/root/KestrixInputRoot.h"
+#include "KESTparse/vocabulary/Places.h"
+#include "KESTparse/vocabulary/TagTraits.h"
+
+namespace KESTparse {
+namespace {
+
+/// Whether a block called `name` may stand in the innermost of `open`.
+bool mayStand(const InputBlock& root, const std::vector<std::string_view>& open,
+              std::string_view name) {
+  const InputBlock* block = &root;
+  for (const std::string_view parent : open) {
+    const int position = block->getLogicalBlockPosition(parent);
+    if (position < 0) {
+      return false;
+    }
+    block = &block->getLogicalBlock(static_cast<std::size_t>(position));
+  }
+  return block->getLogicalBlockPosition(name) >= 0;
+}
+
+/// `name` as it stands in codes.
+std::string codeName(std::string_view name) {
+  std::string code(name);
+  std::transform(code.begin(), code.end(), code.begin(), [](char c) {
+    return c == '_' ? '-' : c >= 'A' && c <= 'Z' ? static_cast<char>(c - 'A' + 'a') : c;
+  });
+  return code;
+}
+
+bool isUtf8(std::string_view text) {
+  while (!text.empty()) {
+    bool isValid = true;
+    text.remove_prefix(codePointLength(text, isValid));
+    if (!isValid) {
+      return false;
+    }
+  }
+  return true;
+}
+
+void relate(Diagnostic& told, Span at, std::string message) {
+  Related& related = told.related.emplace_back();
+  related.at.at = at;
+  related.message = std::move(message);
+}
+
+}  // namespace
+
+/// What ends the converter.
+struct Document::ConverterStop {
+  std::string text;
+  std::uint32_t line = 0;  // 0 where it names none
+};
+
+/// Makes the setup of the nodes.
+class Document::Builder {
+ public:
+  explicit Builder(Document& document) : d_(&document), text_(document.syntax_.blanked()) {}
+
+  void run() {
+    const auto& nodes = d_->syntax_.nodes();
+    d_->made_.assign(nodes.size(), nullptr);
+    d_->made_[0] = d_->root_.get();
+    for (const TreeFaultAt& fault : d_->syntax_.faults()) {
+      if (fault.kind == TreeFault::unopenedParenthesis || fault.kind == TreeFault::unclosedList ||
+          fault.kind == TreeFault::unfinished) {
+        hasFaultyValue_.insert(fault.node);
+      }
+    }
+    for (NodeId id = 1; id < nodes.size(); ++id) {
+      const SyntaxNode& node = nodes[id];
+      auto* const parent = blockAt(node.parent);
+      if (parent == nullptr) {
+        continue;
+      }
+      if (node.kind == NodeKind::block) {
+        makeBlock(id, node, *parent);
+      } else if (node.kind == NodeKind::tag) {
+        makeTag(id, node, *parent);
+      }
+    }
+    d_->root_->addStandingBlocks();
+    complete(*d_->root_);
+  }
+
+ private:
+  friend class Document::Checker;
+  friend class Document;
+
+  [[nodiscard]] InputBlock* blockAt(NodeId id) const {
+    const bool isBlock = id == 0 || d_->syntax_[id].kind == NodeKind::block;
+    return isBlock ? static_cast<InputBlock*>(const_cast<void*>(d_->made_[id])) : nullptr;
+  }
+
+  /// The name of a node, with the byte that the brace in front of it swallows.
+  [[nodiscard]] std::string_view nameOf(const SyntaxNode& node) const {
+    const std::uint32_t brace = d_->syntax_[node.parent].mark;
+    const bool isCut = node.parent != noNode && node.begin == brace + 2 &&
+                       node.nameEnd > node.begin && isNameCharacter(text_[node.begin - 1]);
+    return Span{isCut ? node.begin - 1 : node.begin, node.nameEnd}.in(text_);
+  }
+
+  Diagnostic& add(std::string_view code, Span at, std::string message, std::string help) {
+    diagnostics.push_back({.code = std::string(code),
+                           .at = {.at = at},
+                           .message = std::move(message),
+                           .help = std::move(help)});
+    return diagnostics.back();
+  }
+
+  /// The place where a block or tag that does not belong into `parent` may stand, in words; empty
+  /// when there is none.
+  [[nodiscard]] std::string belongsInto(std::string_view name, const InputBlock& parent,
+                                        bool isTag) const {
+    std::string here;
+    for (const InputBlock* block = &parent; block->getActualParent() != nullptr;
+         block = block->getActualParent()) {
+      here = "/" + std::string(block->getName()) + here;
+    }
+    std::string best;
+    std::size_t bestShared = 0;
+    for (const Place& place : placesOf(*d_->schema_)) {
+      const int position = isTag ? place.block->getLogicalTagPosition(name)
+                                 : place.block->getLogicalBlockPosition(name);
+      if (position < 0) {
+        continue;
+      }
+      const auto differs =
+          std::mismatch(here.begin(), here.end(), place.path.begin(), place.path.end());
+      const auto shared = static_cast<std::size_t>(differs.first - here.begin()) + 1;
+      if (shared > bestShared) {
+        bestShared = shared;
+        best = place.path;
+      }
+    }
+    return best == "/" ? "the file itself" : best.substr(std::min<std::size_t>(1, best.size()));
+  }
+
+  void makeBlock(NodeId id, const SyntaxNode& node, InputBlock& parent) {
+    const std::string_view written = nameOf(node);
+    std::string_view name = written;
+    if (parent.getLogicalBlockPosition(name) < 0) {
+      name = nearestName(written, blockNamesOf(parent));
+      const bool isFaulty = !isWritableName(written);
+      if (!isFaulty) {
+        explainUnknownBlock(node, name, parent);
+      } else if (name.empty()) {
+        name = nearestName(wordIn(written), blockNamesOf(parent));
+      }
+      if (name.empty()) {
+        skip(node);
+        return;
+      }
+    }
+    try {
+      d_->made_[id] = &parent.getBlock(name, fileName_, 0);
+    } catch (const InputParseError& error) {
+      if (name != written) {
+        return;
+      }
+      Diagnostic& told = add(
+          code::secondBlock, node.name(),
+          fmt::format("a second block '{}' stands in '{}', which takes one", name, titleOf(parent)),
+          fmt::format("write what both hold into one '{}', or remove one of them", name));
+      const NodeId first = firstOf(node.parent, NodeKind::block, name, id);
+      if (first != noNode) {
+        relate(told, d_->syntax_[first].name(), "the first is here");
+      }
+      skip(node);
+    }
+  }
+
+  void explainUnknownBlock(const SyntaxNode& node, std::string_view nearest,
+                           const InputBlock& parent) {
+    const std::string_view written = nameOf(node);
+    const std::string elsewhere = belongsInto(written, parent, false);
+    std::string help;
+    std::vector<Fix> fixes;
+    if (!elsewhere.empty()) {
+      help = fmt::format("'{}' belongs into {}", written, elsewhere);
+    } else if (!nearest.empty()) {
+      help = fmt::format("did you mean '{}'?", nearest);
+      fixes.push_back({fmt::format("write '{}'", nearest), {{node.name(), std::string(nearest)}}});
+    } else {
+      help = fmt::format("remove it; {}", contentOf(parent));
+    }
+    Diagnostic& told = add(code::unknownBlock, node.name(),
+                           fmt::format("there is no block '{}' in '{}'", written, titleOf(parent)),
+                           std::move(help));
+    told.fixes = std::move(fixes);
+  }
+
+  void makeTag(NodeId id, const SyntaxNode& node, InputBlock& parent) {
+    const std::string_view written = nameOf(node);
+    std::string_view name = written;
+    bool isMeant = true;
+    if (parent.getLogicalTagPosition(name) < 0) {
+      name = nearestName(isWritableName(written) ? written : wordIn(written), tagNamesOf(parent));
+      isMeant = !name.empty() && !isGivenElsewhere(node.parent, name, id);
+      if (isWritableName(written)) {
+        explainUnknownTag(node, isMeant ? name : std::string_view(), parent);
+      }
+      if (!isMeant) {
+        skip(node);
+        return;
+      }
+    }
+    InputTag* tag = nullptr;
+    try {
+      tag = &parent.getTag(name);
+    } catch (const InputParseError& error) {
+      explainSecondTag(id, node, parent);
+      return;
+    }
+    d_->made_[id] = tag;
+    if (hasFaultyValue_.contains(id)) {
+      refusedTags.insert(tag);
+      skip(node);
+      return;
+    }
+    setValue(node, *tag, parent);
+  }
+
+  void explainSecondTag(NodeId id, const SyntaxNode& node, const InputBlock& parent) {
+    const std::string_view name = nameOf(node);
+    Diagnostic& told =
+        add(code::secondTag, node.name(),
+            fmt::format("'{}' is given a second time in '{}'", name, titleOf(parent)),
+            "remove one of them: only one value can hold");
+    const NodeId first = firstOf(node.parent, NodeKind::tag, name, id);
+    if (first != noNode) {
+      relate(told, d_->syntax_[first].name(), "the first is here");
+    }
+    skip(node);
+  }
+
+  void explainUnknownTag(const SyntaxNode& node, std::string_view nearest,
+                         const InputBlock& parent) {
+    const std::string_view written = nameOf(node);
+    const std::string elsewhere = belongsInto(written, parent, true);
+    std::string help;
+    std::vector<Fix> fixes;
+    if (!nearest.empty()) {
+      help = fmt::format("did you mean '{}'?", nearest);
+      fixes.push_back({fmt::format("write '{}'", nearest), {{node.name(), std::string(nearest)}}});
+    } else if (!elsewhere.empty()) {
+      help = fmt::format("'{}' belongs into {}", written, elsewhere);
+    } else if (parent.getLogicalBlockPosition(written) >= 0) {
+      help = fmt::format("'{0}' is a block: write '{0} {{ ... }}'", written);
+    } else {
+      help = fmt::format("remove it; {}", contentOf(parent));
+    }
+    Diagnostic& told =
+        add(code::unknownTag, node.name(),
+            fmt::format("there is no tag '{}' in '{}'", written, titleOf(parent)), std::move(help));
+    told.fixes = std::move(fixes);
+  }
+
+  void setValue(const SyntaxNode& node, InputTag& tag, const InputBlock& parent) {
+    const Span value = d_->syntax_.valueOf(node);
+    std::string refusal;
+    const auto stop = stopOf([&] {
+      try {
+        tag.setRawValue(node.value().in(text_));
+      } catch (const InputParseError& error) {
+        refusal = error.message;
+      }
+    });
+    if (!refusal.empty()) {
+      refusedTags.insert(&tag);
+      Diagnostic told =
+          explainValue({tag, parent, d_->syntax_.text(), value, node.name(), refusal});
+      if (told.code == code::exclusiveTags) {
+        addOtherTag(told, node, parent);
+      }
+      diagnostics.push_back(std::move(told));
+      skip(node);
+    } else if (stop && stop->kind != Stopped::Kind::skipped) {
+      stoppedTags.insert(&tag);
+      addStop(*stop, value);
+    }
+  }
+
+  void addOtherTag(Diagnostic& told, const SyntaxNode& node, const InputBlock& parent) {
+    const int position = parent.getLogicalTagPosition(nameOf(node));
+    if (position < 0) {
+      return;
+    }
+    for (const TagRule& rule :
+         traitsOf(parent.getLogicalTag(static_cast<std::size_t>(position))).rules) {
+      if (rule.kind == TagRule::Kind::exclusive) {
+        const NodeId other = firstOf(node.parent, NodeKind::tag, rule.other, noNode);
+        if (other != noNode) {
+          relate(told, d_->syntax_[other].name(), "the other is here");
+        }
+      }
+    }
+  }
+
+  /// Tells of a stop that no rule foresees.
+  void addStop(const Stopped& stop, Span at) {
+    const bool isSeries = stop.text.find("xpected a line with") != std::string::npos;
+    if (isSeries) {
+      add(code::unequalRows, at,
+          fmt::format("the rows of '{}' do not all have the same number of columns", at.in(text_)),
+          "give each line of the file as many numbers as the first one has");
+      return;
+    }
+    add(code::stopped, at, fmt::format("the converter stops here: {}", stop.text),
+        "change what the message names");
+  }
+
+  /// The first node among the children of `parent` before `before`, if that is one, that is called
+  /// `name`.
+  [[nodiscard]] NodeId firstOf(NodeId parent, NodeKind kind, std::string_view name,
+                               NodeId before) const {
+    for (NodeId id = d_->syntax_[parent].firstChild; id != noNode && id != before;
+         id = d_->syntax_[id].next) {
+      const SyntaxNode& node = d_->syntax_[id];
+      if (node.kind == kind && nameOf(node) == name) {
+        return id;
+      }
+    }
+    return noNode;
+  }
+
+  [[nodiscard]] bool isGivenElsewhere(NodeId parent, std::string_view name, NodeId self) const {
+    for (NodeId id = d_->syntax_[parent].firstChild; id != noNode; id = d_->syntax_[id].next) {
+      if (id != self && d_->syntax_[id].kind == NodeKind::tag && nameOf(d_->syntax_[id]) == name) {
+        return true;
+      }
+    }
+    return false;
+  }
+
+  /// The longest run of name characters in a name that is none.
+  [[nodiscard]] static std::string_view wordIn(std::string_view text) {
+    std::string_view longest;
+    for (std::size_t begin = 0; begin < text.size();) {
+      std::size_t end = begin;
+      while (end < text.size() && isNameCharacter(text[end])) {
+        ++end;
+      }
+      if (end - begin > longest.size()) {
+        longest = text.substr(begin, end - begin);
+      }
+      begin = end + 1;
+    }
+    return longest;
+  }
+
+  /// Remembers the words of what could not be read: what is missing elsewhere may stand there.
+  void skip(const SyntaxNode& node) { skipped_.push_back(node.whole()); }
+
+  [[nodiscard]] static std::string titleOf(const InputBlock& block) {
+    return block.getActualParent() == nullptr ? "the file" : std::string(block.getName());
+  }
+
+  [[nodiscard]] static std::string contentOf(const InputBlock& block) {
+    const std::vector<std::string_view> tags = tagNamesOf(block);
+    const std::vector<std::string_view> blocks = blockNamesOf(block);
+    std::string text = fmt::format("{} takes ", titleOf(block));
+    if (!tags.empty()) {
+      text += fmt::format("the tags {}", fmt::join(tags, ", "));
+    }
+    if (!blocks.empty()) {
+      text += fmt::format("{}the blocks {}", tags.empty() ? "" : " and ", fmt::join(blocks, ", "));
+    }
+    return text;
+  }
+
+  /// Adds defaults. A default that its tag refuses stands in the way of all conversions.
+  void complete(InputBlock& block) {
+    for (bool goesOn = true; goesOn;) {
+      const std::size_t before = block.getNumTags();
+      const auto stop = stopOf([&block] { block.populateTags(); });
+      goesOn = stop.has_value() && block.getNumTags() > before;
+      if (stop) {
+        const InputTag& tag = block.getTag(block.getNumTags() - 1);
+        refusedTags.insert(&tag);
+        badDefaults.emplace_back(&block, &tag);
+      }
+    }
+    for (std::size_t i = 0; i < block.getNumBlocks(); ++i) {
+      block.getBlock(i).addStandingBlocks();
+      complete(block.getBlock(i));
+    }
+  }
+
+  Document* d_;
+  std::string_view text_;
+  std::shared_ptr<const std::string> fileName_ = std::make_shared<const std::string>();
+  std::unordered_set<NodeId> hasFaultyValue_;  // told as faults of syntax
+  std::vector<Span> skipped_;
+
+ public:
+  std::vector<Diagnostic> diagnostics;
+  std::unordered_set<const InputTag*> refusedTags;
+  std::unordered_set<const InputTag*> stoppedTags;
+  std::vector<std::pair<const InputBlock*, const InputTag*>> badDefaults;
+};
+
+/// Finds what is wrong with the setup.
+class Document::Checker {
+ public:
+  explicit Checker(Document& document) : d_(&document), b_(document.builder_.get()) {}
+
+  void run() {
+    d_->diagnostics_ = std::move(b_->diagnostics);
+    explainSyntaxFaults();
+    for (const auto& [block, tag] : b_->badDefaults) {
+      tellMissingTag(*block, *tag->getLogicalMaster());
+    }
+    checkBlock(*d_->root_);
+    checkEncoding();
+    tellStops();
+    std::stable_sort(
+        d_->diagnostics_.begin(), d_->diagnostics_.end(),
+        [](const Diagnostic& a, const Diagnostic& b) { return a.at.at.begin < b.at.at.begin; });
+    settle();
+  }
+
+ private:
+  Diagnostic& add(Severity severity, std::string_view code, Span at, std::string message,
+                  std::string help) {
+    d_->diagnostics_.push_back({.severity = severity,
+                                .code = std::string(code),
+                                .at = {.at = at},
+                                .message = std::move(message),
+                                .help = std::move(help)});
+    return d_->diagnostics_.back();
+  }
+
+  void explainSyntaxFaults() {
+    for (const TreeFaultAt& fault : d_->syntax_.faults()) {
+      const NodeId parent = fault.node == noNode ? noNode : d_->syntax_[fault.node].parent;
+      d_->diagnostics_.push_back(explainSyntax({d_->syntax_, fault, b_->blockAt(parent)}));
+    }
+  }
+
+  /// The header of the block, or of the nearest one above that stands in the file.
+  [[nodiscard]] Span headerOf(const InputBlock& block) const {
+    for (const InputBlock* at = &block; at != nullptr; at = at->getActualParent()) {
+      const NodeId id = d_->nodeOf(*at);
+      if (id != noNode) {
+        return d_->syntax_[id].name();
+      }
+    }
+    return {};
+  }
+
+  void checkBlock(InputBlock& block) {
+    checkTags(block);
+    for (std::size_t i = 0; i < block.getNumBlocks(); ++i) {
+      checkBlock(block.getBlock(i));
+    }
+    for (std::size_t i = 0; i < block.getLogicalNumBlocks(); ++i) {
+      const InputBlock& master = block.getLogicalBlock(i);
+      if (master.isMandatory() && block.getNumBlocksNamed(master.getName()) == 0) {
+        tellMissingBlock(block, master);
+      }
+    }
+    const auto stop = stopOf([&block] { block.checkRulesAlone(); });
+    for (const Message& message : block.getErrors()) {
+      tellRule(Severity::error, block, message);
+    }
+    for (const Message& message : block.getWarnings()) {
+      tellRule(Severity::warning, block, message);
+    }
+    if (stop && stop->kind != Stopped::Kind::skipped) {
+      stops_.emplace_back(&block, *stop);
+    }
+  }
+
+  void checkTags(InputBlock& block) {
+    for (std::size_t i = 0; i < block.getNumTags(); ++i) {
+      InputTag& tag = block.getTag(i);
+      if (isUnknown(tag)) {
+        continue;
+      }
+      const bool isValid = tag.validate();
+      const NodeId id = isValid && tag.getWarnings().empty() ? noNode : d_->nodeOf(tag);
+      if (id == noNode) {
+        continue;
+      }
+      if (!isValid) {
+        const SyntaxNode& node = d_->syntax_[id];
+        d_->diagnostics_.push_back(
+            explainValue({tag, block, d_->syntax_.text(), d_->syntax_.valueOf(node), node.name(),
+                          tag.getErrors().empty() ? "" : tag.getErrors().front()}));
+      } else if (!tag.getWarnings().empty()) {
+        tellWarnings(block, tag, d_->syntax_[id]);
+      }
+    }
+    for (std::size_t i = 0; i < block.getLogicalNumTags(); ++i) {
+      const InputTag& prototype = block.getLogicalTag(i);
+      if (block.findTag(i) == nullptr && prototype.isMandatory(&block)) {
+        tellMissingTag(block, prototype);
+      }
+    }
+  }
+
+  /// Whether the value of a tag could not be read.
+  [[nodiscard]] bool isUnknown(const InputTag& tag) const {
+    return b_->refusedTags.contains(&tag) || b_->stoppedTags.contains(&tag);
+  }
+
+  void tellWarnings(const InputBlock& block, const InputTag& tag, const SyntaxNode& node) {
+    bool isConditional = false;
+    for (const TagRule& rule : traitsOf(*tag.getLogicalMaster()).rules) {
+      const InputTag* const sibling =
+          rule.condition == nullptr ? nullptr : rule.condition->findSibling(block);
+      if (sibling == nullptr || rule.condition->isMet(*sibling)) {
+        continue;
+      }
+      isConditional = true;
+      if (isUnknown(*sibling)) {
+        continue;
+      }
+      Diagnostic& told = add(Severity::warning, code::unusedTag, node.name(),
+                             fmt::format("'{}' is not used, since '{}' is '{}'", tag.getName(),
+                                         sibling->getName(), sibling->getRawValue()),
+                             rule.condition->equals
+                                 ? fmt::format("remove it, or set '{}' to {}", sibling->getName(),
+                                               alternatives(rule.condition->values))
+                                 : fmt::format("remove it, or change '{}'", sibling->getName()));
+      const NodeId other = d_->nodeOf(*sibling);
+      if (other != noNode) {
+        relate(told, d_->syntax_[other].whole(),
+               fmt::format("'{}' is set here", sibling->getName()));
+      }
+    }
+    if (!isConditional) {
+      add(Severity::warning, code::unusualValue, d_->syntax_.valueOf(node),
+          fmt::format("'{}' is an unusual value of '{}'", tag.getRawValue(), tag.getName()),
+          tag.getUnit().empty() ? std::string("check the value")
+                                : fmt::format("check the value and its unit {}", tag.getUnit()));
+    }
+  }
+
+  static std::string alternatives(const std::vector<std::string>& values) {
+    std::string text;
+    for (std::size_t i = 0; i < values.size(); ++i) {
+      text += (i == 0 ? "" : i + 1 == values.size() ? " or " : ", ") + ("'" + values[i] + "'");
+    }
+    return text;
+  }
+
+  /// Whether what stands in place of something that could not be read may have been meant as
+  /// `name`.
+  [[nodiscard]] bool mayBeMeant(const InputBlock& block, std::string_view name) const {
+    const NodeId id = d_->nodeOf(block);
+    if (id == noNode && &block != d_->root_.get()) {
+      return false;
+    }
+    for (NodeId child = d_->syntax_[id].firstChild; child != noNode;
+         child = d_->syntax_[child].next) {
+      if (d_->made_[child] != nullptr) {
+        continue;
+      }
+      const std::string_view text = d_->syntax_[child].name().in(d_->syntax_.blanked());
+      if (text.find(name) != std::string_view::npos || !nearestName(text, {name}).empty()) {
+        return true;
+      }
+      if (d_->syntax_[child].kind == NodeKind::stray) {
+        for (const std::string& word : split(" \t\n:;,\"'", text)) {
+          if (!nearestName(word, {name}).empty()) {
+            return true;
+          }
+        }
+      }
+    }
+    return false;
+  }
+
+  void tellMissingTag(const InputBlock& block, const InputTag& prototype) {
+    hasGaps_ = true;
+    if (mayBeMeant(block, prototype.getName())) {
+      return;
+    }
+    const TagTraits traits = traitsOf(prototype);
+    std::string why;
+    for (const TagRule& rule : traits.rules) {
+      const InputTag* const sibling =
+          rule.condition == nullptr ? nullptr : rule.condition->findSibling(block);
+      if (sibling != nullptr && why.empty()) {
+        why = fmt::format(", which '{} = {}' needs", sibling->getName(), sibling->getRawValue());
+      }
+    }
+    const std::vector<std::string> allowed = allowedValuesOf(prototype);
+    std::string help = fmt::format("add '{} = ...'", prototype.getName());
+    if (!allowed.empty()) {
+      help += fmt::format(" with one of {}", fmt::join(allowed, ", "));
+    } else if (!prototype.getUnit().empty()) {
+      help += fmt::format(" {}", prototype.getUnit());
+    }
+    add(Severity::error, code::missingTag, headerOf(block),
+        fmt::format("'{}' lacks the tag '{}'{}", block.getName(), prototype.getName(), why),
+        std::move(help));
+  }
+
+  void tellMissingBlock(const InputBlock& block, const InputBlock& master) {
+    hasGaps_ = true;
+    if (mayBeMeant(block, master.getName())) {
+      return;
+    }
+    add(Severity::error, code::missingBlock, headerOf(block),
+        block.getActualParent() == nullptr
+            ? fmt::format("the block '{}' is missing", master.getName())
+            : fmt::format("'{}' lacks the block '{}'", block.getName(), master.getName()),
+        fmt::format("add '{} {{ ... }}'", master.getName()));
+  }
+
+  /// The words of all that could not be read.
+  [[nodiscard]] const std::set<std::string, std::less<>>& skippedWords() {
+    if (!skippedWords_) {
+      skippedWords_.emplace();
+      for (const Span& span : b_->skipped_) {
+        for (std::string& word : split(" \t\n(){}=,;\"'", span.in(d_->syntax_.blanked()))) {
+          skippedWords_->insert(std::move(word));
+        }
+      }
+    }
+    return *skippedWords_;
+  }
+
+  /// Where a subject stands in the command file; nothing when it was not given.
+  [[nodiscard]] std::optional<TextPlace> placeOf(const Subject& subject) const {
+    if (!subject.file.empty()) {
+      TextPlace place{.at = headerOf(*subject.block), .file = subject.file, .line = subject.line};
+      place.column = std::max(1U, subject.column);
+      place.endColumn = place.column + 1;
+      return place;
+    }
+    if (subject.member.empty()) {
+      const NodeId id = d_->nodeOf(*subject.block);
+      return id == noNode ? std::nullopt : std::optional(TextPlace{.at = d_->syntax_[id].name()});
+    }
+    const InputTag* const tag = tagOf(subject);
+    const NodeId id = tag == nullptr ? noNode : d_->nodeOf(*tag);
+    if (id == noNode) {
+      return std::nullopt;
+    }
+    Span at = d_->syntax_.valueOf(d_->syntax_[id]);
+    if (subject.item > 0) {
+      at = itemAt(at, subject.item);
+    }
+    return TextPlace{.at = at.empty() ? d_->syntax_[id].name() : at};
+  }
+
+  [[nodiscard]] static const InputTag* tagOf(const Subject& subject) {
+    const int position = subject.block->getTagPositionOfMember(subject.member);
+    return position < 0 ? nullptr : subject.block->findTag(static_cast<std::size_t>(position));
+  }
+
+  /// The item of a list, counted from 1; the whole value when it has no such item.
+  [[nodiscard]] Span itemAt(Span list, std::size_t number) const {
+    const std::string_view text = d_->syntax_.blanked();
+    constexpr std::string_view separators = " \t\n\r()";
+    std::size_t at = list.begin;
+    for (std::size_t i = 0;; ++i) {
+      at = text.find_first_not_of(separators, at);
+      if (at >= list.end) {
+        return list;
+      }
+      const std::size_t end = std::min(text.find_first_of(separators, at), list.end);
+      if (i + 1 == number) {
+        return {at, end};
+      }
+      at = end;
+    }
+  }
+
+  /// Whether a message only follows from what was told already.
+  [[nodiscard]] bool isConsequence(const InputBlock& block, const MessageDetails& details) {
+    bool isFirst = true;
+    for (const Subject& subject : details.subjects) {
+      const bool isTag = !subject.member.empty();
+      const InputTag* const tag = isTag ? tagOf(subject) : nullptr;
+      if (tag != nullptr && isUnknown(*tag)) {
+        return true;
+      }
+      const int position = isTag ? subject.block->getTagPositionOfMember(subject.member) : -1;
+      if (position >= 0 && tag == nullptr) {
+        const InputTag& prototype =
+            subject.block->getLogicalTag(static_cast<std::size_t>(position));
+        if (prototype.isMandatory(subject.block) ||
+            mayBeMeant(*subject.block, prototype.getName())) {
+          return true;
+        }
+      }
+      if (isFirst && tag != nullptr && !b_->skipped_.empty()) {
+        std::vector<std::string> items = split(" \t\n().", tag->getRawValue());
+        if (subject.item > 0 && subject.item <= items.size()) {
+          items = {items[subject.item - 1]};
+        }
+        if (std::any_of(items.begin(), items.end(),
+                        [this](const auto& item) { return skippedWords().contains(item); })) {
+          return true;
+        }
+      }
+      isFirst = false;
+    }
+    return details.subjects.empty() && mayBeMeant(block, details.rule);
+  }
+
+  void tellRule(Severity severity, const InputBlock& block, const Message& message) {
+    if (message.details == nullptr) {
+      add(severity, code::stopped, headerOf(block), message.text, "change what the message names");
+      return;
+    }
+    const MessageDetails& details = *message.details;
+    if (isConsequence(block, details)) {
+      return;
+    }
+    Diagnostic told{.severity = severity,
+                    .code = codeName(block.getName()) + "/" + std::string(details.rule),
+                    .at = {.at = headerOf(block)},
+                    .message = details.sentence,
+                    .help = details.help};
+    bool isPlaced = false;
+    for (const Subject& subject : details.subjects) {
+      const std::optional<TextPlace> place = placeOf(subject);
+      if (!place) {
+        continue;
+      }
+      if (!isPlaced) {
+        told.at = *place;
+        isPlaced = true;
+      } else if (!(place->at == told.at.at && place->file == told.at.file)) {
+        told.related.push_back({*place, relationOf(subject, details.subjects.front())});
+      }
+    }
+    if (!told.at.file.empty()) {
+      relate(told, told.at.at, "the file is named here");
+    }
+    const bool isTold =
+        std::any_of(d_->diagnostics_.begin() + static_cast<std::ptrdiff_t>(firstOfBlock(block)),
+                    d_->diagnostics_.end(), [&told](const Diagnostic& other) {
+                      return other.code == told.code && other.at.at == told.at.at &&
+                             other.at.file == told.at.file && other.message == told.message;
+                    });
+    if (!isTold) {
+      d_->diagnostics_.push_back(std::move(told));
+    }
+  }
+
+  /// Where the diagnostics of the rules of `block` begin.
+  std::size_t firstOfBlock(const InputBlock& block) {
+    if (&block != lastBlock_) {
+      lastBlock_ = &block;
+      lastBlockBegin_ = d_->diagnostics_.size();
+    }
+    return lastBlockBegin_;
+  }
+
+  [[nodiscard]] static std::string relationOf(const Subject& subject, const Subject& first) {
+    if (subject.block != first.block && subject.member == first.member) {
+      return "the other is here";
+    }
+    const InputTag* const tag = subject.member.empty() ? nullptr : tagOf(subject);
+    return tag == nullptr ? fmt::format("this is the '{}'", subject.block->getName())
+                          : fmt::format("'{}' is set here", tag->getName());
+  }
+
+  /// Stops of rules. Where values or blocks are missing, they follow from that.
+  void tellStops() {
+    std::set<std::string> told;
+    for (const auto& [block, stop] : stops_) {
+      const bool isMesh = stop.text.starts_with("Cannot open the grid file");
+      if (isMesh || hasGaps_ || !b_->refusedTags.empty() || !b_->skipped_.empty() ||
+          !told.insert(stop.text).second) {
+        continue;
+      }
+      add(Severity::error, code::stopped, headerOf(*block),
+          fmt::format("the converter stops here: {}", stop.text), "change what the message names");
+    }
+  }
+
+  /// Texts of the document must be UTF-8.
+  void checkEncoding() {
+    const std::string& text = d_->syntax_.text();
+    if (isUtf8(text)) {
+      return;
+    }
+    for (NodeId id = 1; id < d_->syntax_.nodes().size(); ++id) {
+      const SyntaxNode& node = d_->syntax_[id];
+      if (node.kind != NodeKind::tag || d_->made_[id] == nullptr) {
+        continue;
+      }
+      const Span value = d_->syntax_.valueOf(node);
+      const InputTag& tag = *static_cast<const InputTag*>(d_->made_[id]);
+      if (isUtf8(value.in(text)) || !reachesDocument(tag)) {
+        continue;
+      }
+      Span at = value;
+      for (bool isValid = true; isValid; at.begin += isValid ? at.size() : 0) {
+        at.end =
+            at.begin +
+            codePointLength(std::string_view(text).substr(at.begin, value.end - at.begin), isValid);
+      }
+      add(Severity::error, code::notUtf8, at,
+          fmt::format("the value of '{}' is not UTF-8", tag.getName()),
+          "save the file as UTF-8, or write the value in plain letters");
+    }
+  }
+
+  /// Whether the value of a tag stands in the document.
+  [[nodiscard]] static bool reachesDocument(const InputTag& tag) {
+    const std::string_view block = tag.getActualParent()->getName();
+    return block != "PARALLEL" && (block != "PROJECT" || tag.getName() == "title");
+  }
+
+  /// Holds the diagnostics against what the converter does.
+  void settle() {
+    const bool hasErrors =
+        std::any_of(d_->diagnostics_.begin(), d_->diagnostics_.end(),
+                    [](const Diagnostic& told) { return told.severity == Severity::error; });
+    if (!d_->options_.readsFiles) {
+      return;
+    }
+    if (!hasErrors) {
+      d_->converts_ = true;
+      return;
+    }
+    const std::optional<ConverterStop> stop = d_->runConverter();
+    d_->converts_ = !stop.has_value();
+    for (Diagnostic& told : d_->diagnostics_) {
+      if (!stop && told.severity == Severity::error) {
+        told.origin = Origin::checker;
+      }
+    }
+  }
+
+  Document* d_;
+  Builder* b_;
+  bool hasGaps_ = false;  // whether mandatory tags or blocks are missing
+  std::vector<std::pair<const InputBlock*, Stopped>> stops_;
+  std::optional<std::set<std::string, std::less<>>> skippedWords_;
+  const InputBlock* lastBlock_ = nullptr;
+  std::size_t lastBlockBegin_ = 0;
+};
+
+Document::Document(std::string text, const KestrixInputRoot& schema, DocumentOptions options)
+    : options_(std::move(options)),
+      schema_(&schema),
+      syntax_(std::move(text),
+              [&schema](const auto& open, std::string_view name) {
+                return mayStand(schema, open, name);
+              }),
+      lines_(syntax_.text()),
+      root_(schema.logicalClone(nullptr)) {
+  prepare(values_);
+  values_.explainsMessages = true;
+  const ActiveValues active(values_);
+  builder_ = std::make_unique<Builder>(*this);
+  builder_->run();
+}
+
+Document::~Document() {
+  // The setup looks into the values of the file while it is destroyed.
+  const ActiveValues active(values_);
+  root_.reset();
+}
+
+void Document::prepare(GlobalValues& values) {
+  values.basePath = "./";
+  values.directory = options_.directory;
+  values.readsFiles = options_.readsFiles;
+  values.console = &console_;
+}
+
+const std::vector<Diagnostic>& Document::check() {
+  if (!isChecked_) {
+    isChecked_ = true;
+    const ActiveValues active(values_);
+    Checker(*this).run();
+  }
+  return diagnostics_;
+}
+
+std::optional<bool> Document::converts() {
+  check();
+  return converts_;
+}
+
+std::optional<Document::ConverterStop> Document::runConverter() {
+  GlobalValues values;
+  prepare(values);
+  const ActiveValues active(values);
+  std::optional<ConverterStop> result;
+  auto root = schema_->logicalClone(nullptr);
+  const auto stop = stopOf([&] {
+    InputParser parser(*root);
+    std::istringstream in(syntax_.text());
+    parser.parse(in, false, "");
+    std::ostringstream summary;
+    if (!parser.validateSummary(summary)) {
+      result = ConverterStop{"the validation of the setup finds errors"};
+    }
+  });
+  if (stop) {
+    result = ConverterStop{stop->text};
+    const std::size_t at = stop->text.find("near line ");
+    if (stop->text.starts_with("Parse error") && at != std::string::npos) {
+      constexpr std::size_t length = std::string_view("near line ").size();
+      result->line = static_cast<std::uint32_t>(stringToInt(stop->text.substr(at + length)));
+    }
+  }
+  const bool hasBadText =
+      std::any_of(diagnostics_.begin(), diagnostics_.end(),
+                  [](const Diagnostic& told) { return told.code == code::notUtf8; });
+  if (!result && hasBadText) {
+    result = ConverterStop{"a text of the document is not UTF-8"};
+  }
+  return result;
+}
+
+const InputBlock* Document::blockOf(NodeId node) const {
+  return builder_->blockAt(node);
+}
+
+const InputTag* Document::tagOf(NodeId node) const {
+  return syntax_[node].kind == NodeKind::tag ? static_cast<const InputTag*>(made_[node]) : nullptr;
+}
+
+NodeId Document::find(const void* made) const {
+  if (nodeOf_.empty()) {
+    nodeOf_.reserve(made_.size());
+    for (NodeId id = 0; id < made_.size(); ++id) {
+      if (made_[id] != nullptr) {
+        nodeOf_.emplace(made_[id], id);
+      }
+    }
+  }
+  const auto it = nodeOf_.find(made);
+  return it == nodeOf_.end() ? noNode : it->second;
+}
+
+NodeId Document::nodeOf(const InputBlock& block) const {
+  return find(&block);
+}
+
+NodeId Document::nodeOf(const InputTag& tag) const {
+  return find(&tag);
+}
+
+}  // namespace KESTparse
