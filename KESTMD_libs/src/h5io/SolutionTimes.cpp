@@ -17,6 +17,7 @@
 #include <system_error>
 
 #include "KESTparse/base/Console.h"
+#include "KESTparse/base/Files.h"
 #include "KESTparse/base/GlobalValues.h"
 #include "ResultFile.h"
 
@@ -144,12 +145,13 @@ std::vector<double> readSolutionTimes(const std::string& fileName) {
 }  // namespace
 
 std::vector<double> getSolutionTimes(const std::string& fileName) {
+  KESTparse::requireReading();
   auto& known = KESTparse::GlobalValues::instance().readFiles.solutionTimes;
   if (const auto it = known.find(fileName); it != known.end()) {
     return it->second;
   }
   try {
-    return known.emplace(fileName, readSolutionTimes(fileName)).first->second;
+    return known.emplace(fileName, readSolutionTimes(KESTparse::openedPath(fileName))).first->second;
   } catch (const Exception& exception) {
     KESTparse::console().show(
         KESTparse::level::warning,

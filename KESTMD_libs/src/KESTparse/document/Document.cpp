@@ -172,9 +172,8 @@ class Document::Builder {
         return;
       }
     }
-    try {
-      d_->made_[id] = &parent.getBlock(name, fileName_, 0);
-    } catch (const InputParseError& error) {
+    // A second one is refused by the schema, or by an assertion.
+    if (stopOf([&] { d_->made_[id] = &parent.getBlock(name, fileName_, 0); })) {
       if (name != written) {
         return;
       }
@@ -226,9 +225,7 @@ class Document::Builder {
       }
     }
     InputTag* tag = nullptr;
-    try {
-      tag = &parent.getTag(name);
-    } catch (const InputParseError& error) {
+    if (stopOf([&] { tag = &parent.getTag(name); })) {
       explainSecondTag(id, node, parent);
       return;
     }
