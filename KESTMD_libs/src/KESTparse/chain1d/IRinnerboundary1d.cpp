@@ -157,23 +157,31 @@ void IRinnerboundary1d::createTags() {
 }
 
 void IRinnerboundary1d::checkRules() {
-  const auto* const region = ancestor<IRcalc1d>();
-  if (region == nullptr || region->geom_ptr == nullptr) {
+  const IRgeom1d* const geometry = enclosing<IRcalc1d>().geom_ptr;
+  if (geometry == nullptr) {
     return;
   }
   // Of a name that stands twice in the order the last place counts.
-  const auto require = [this, region](const std::string& crossSection) {
-    const NameIndex::Places places = region->geom_ptr->crossSections(crossSection);
+  const auto require = [this, geometry](const Subject& side, const std::string& crossSection) {
+    const NameIndex::Places places = geometry->crossSections(crossSection);
     if (places.count == 0) {
-      reportUnknownSide(*this, crossSection);
+      reportUnknownSide(
+          *this, side, crossSection, perhaps(crossSection, geometry->cross_section_order),
+          {"unknown-cross-section", "there is no cross section '{0}' in this region",
+           "name one of the 'cross_section_order' in GEOMETRY{1}, or add '{0}' there"});
     }
     return places;
   };
-  const NameIndex::Places side1 = require(cross_section_name_1);
-  const NameIndex::Places side2 = require(cross_section_name_2);
+  const NameIndex::Places side1 =
+      require(about<&Self::cross_section_name_1>(*this), cross_section_name_1);
+  const NameIndex::Places side2 =
+      require(about<&Self::cross_section_name_2>(*this), cross_section_name_2);
   if (side1.count > 0 && side2.count > 0 && side1.last == side2.last) {
-    error("The two cross sections for an inner boundary of type '{}' have to adjacent and are not!",
-          type);
+    error<&Self::cross_section_name_2, &Self::cross_section_name_1>(
+        {"same-cross-sections", "the inner boundary has '{1}' on both sides",
+         "name in 'cross_section_name_2' the next cross section downstream of '{1}'"},
+        "The two cross sections for an inner boundary of type '{}' have to adjacent and are not!",
+        type, cross_section_name_1);
   }
 }
 

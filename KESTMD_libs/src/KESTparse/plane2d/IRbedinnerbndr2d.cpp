@@ -35,7 +35,9 @@ void IRbedinnerbndr2d::checkRules() {
   ASSERT(ancestor<IRmorph2d>() != nullptr, "this->parent_->parent_ != nullptr");
   ASSERT(region != nullptr, "this->parent_->parent_->parent_ != nullptr");
   if (region->geom_ptr != nullptr) {
-    region->geom_ptr->checkInnerBoundary(*this, type, string_name1, string_name2);
+    region->geom_ptr->checkInnerBoundary(*this, type, about<&Self::string_name1>(*this),
+                                         string_name1, about<&Self::string_name2>(*this),
+                                         string_name2);
   }
 }
 

@@ -52,17 +52,19 @@ void IRgeom2d::checkRules() {
 }
 
 void IRgeom2d::checkInnerBoundary(InputBlock& boundary, const std::string& boundaryType,
-                                  const std::string& string_name1,
-                                  const std::string& string_name2) const {
-  const auto require = [this, &boundary](const std::string& name) {
+                                  const Subject& side1, const std::string& string_name1,
+                                  const Subject& side2, const std::string& string_name2) const {
+  const auto require = [this, &boundary](const Subject& side, const std::string& name) {
     const IRstringdef2d* const string = findString(name);
     if (string == nullptr) {
-      reportUnknownSide(boundary, name);
+      reportUnknownSide(boundary, side, name, perhaps(name, stringdef_ptrV, &IRstringdef2d::name),
+                        {"unknown-string", "there is no STRINGDEF named '{0}' in this region",
+                         "name one of the STRINGDEF blocks in GEOMETRY{1}, or define '{0}' there"});
     }
     return string;
   };
-  const IRstringdef2d* const string1 = require(string_name1);
-  const IRstringdef2d* const string2 = require(string_name2);
+  const IRstringdef2d* const string1 = require(side1, string_name1);
+  const IRstringdef2d* const string2 = require(side2, string_name2);
   if (string1 != nullptr && string2 != nullptr &&
       string1->string_nodes.size() != string2->string_nodes.size()) {
     boundary.addError(fmt::format(

@@ -37,8 +37,10 @@ void IRsuspinit2d::checkRules() {
   if (type == "index_table") {
     checkIndexTable();
   }
-  if (type == "continue" && checkRestartFile(*this, file, {})) {
-    checkRestartTime(*this, file, restart_solution_time);
+  if (type == "continue" &&
+      checkRestartFile(*this, {about<&Self::file>(*this), about<&Self::type>(*this)}, file, {})) {
+    checkRestartTime(*this, about<&Self::restart_solution_time>(*this), file,
+                     restart_solution_time);
   }
 }
 
