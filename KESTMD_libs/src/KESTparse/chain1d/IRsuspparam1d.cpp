@@ -96,7 +96,9 @@ void IRsuspparam1d::createTags() {
 
 void IRsuspparam1d::checkRules() {
   if (isOneOf(scheme, {"mdpm", "holly"}) && sediment_exchange == "on") {
-    error(
+    error<&Self::scheme, &Self::sediment_exchange>(
+        {"scheme-without-exchange", "the scheme '{0}' cannot exchange sediment with the bed",
+         "set 'scheme = quick' or 'scheme = quickest', or 'sediment_exchange = off'"},
         "The chosen scheme '{}' works for pollutant transport only! If you would like to take sediment exchange into account, please switch to the QUICK or QUICKEST scheme. If sediment exchange can be neglected, deactivate sediment exchange, i.e. set 'sediment_exchange' to 'off'.",
         scheme);
   }
