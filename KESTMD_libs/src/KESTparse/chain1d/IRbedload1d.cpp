@@ -20,8 +20,7 @@ void IRbedload1d::createTags() {}
 
 void IRbedload1d::checkRules() {
   if (bndr_ptrV.size() != 2) {
-    report(Severity::error, *this,
-           {bndr_ptrV.size() > 2 ? about(*bndr_ptrV[2]) : about(static_cast<InputBlock&>(*this))},
+    report(Severity::error, *this, {bndr_ptrV.size() > 2 ? about(*bndr_ptrV[2]) : about(*this)},
            {"boundary-count", "bed load needs exactly two BOUNDARY blocks, and BEDLOAD has {0}",
             "give one BOUNDARY with 'string = upstream' and one with 'string = downstream'"},
            "Exactly two 'BOUNDARY' blocks are required. One 'upstream' and one 'downstream' ",

@@ -22,8 +22,7 @@ void IRsuspload1d::createTags() {}
 
 void IRsuspload1d::checkRules() {
   if (bndr_ptrV.size() != 2) {
-    report(Severity::error, *this,
-           {bndr_ptrV.size() > 2 ? about(*bndr_ptrV[2]) : about(static_cast<InputBlock&>(*this))},
+    report(Severity::error, *this, {bndr_ptrV.size() > 2 ? about(*bndr_ptrV[2]) : about(*this)},
            {"boundary-count",
             "suspended load needs exactly two BOUNDARY blocks, and SUSPENDED_LOAD has {0}",
             "give one BOUNDARY with 'string = upstream' and one with 'string = downstream'"},
