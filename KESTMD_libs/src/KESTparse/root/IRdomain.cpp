@@ -1,8 +1,10 @@
 #include "KESTparse/root/IRdomain.h"
 
 #include <algorithm>
+#include <set>
 
 #include "KESTparse/chain1d/IRcalc1d.h"
+#include "KESTparse/framework/Rules.h"
 #include "KESTparse/linking/IRcontroller.h"
 #include "KESTparse/linking/IRcouplings.h"
 #include "KESTparse/linking/IRctrlmanipulatedvar.h"
@@ -92,7 +94,7 @@ bool IRdomain::isControlled(std::string_view region, std::string_view location) 
   return places != byRegion.end() && places->second.contains(location);
 }
 
-const std::vector<std::string>& IRdomain::placesControlledAgain() const {
+const std::vector<IRdomain::ControlledAgain>& IRdomain::placesControlledAgain() const {
   return controlledPlaces().again;
 }
 
@@ -103,8 +105,9 @@ const IRdomain::ControlledPlaces& IRdomain::controlledPlaces() const {
       for (const IRctrlmanipulatedvar* variable : controller->manipulated) {
         const std::string& region = variable->position_region;
         const std::string& location = variable->position_identifier;
-        if (!places.byRegion[region].insert(location).second) {
-          places.again.push_back(fmt::format("{}.{}", region, location));
+        const auto [place, isNew] = places.byRegion[region].try_emplace(location, variable);
+        if (!isNew) {
+          places.again.push_back({fmt::format("{}.{}", region, location), variable, place->second});
         }
       }
     }
@@ -120,6 +123,11 @@ const IRcalc1d* IRdomain::findChain(std::string_view region_name) const {
 const IRkestplane* IRdomain::findPlane(std::string_view region_name) const {
   const auto places = planes_.find(region_name, kestplane_ptrV, &IRkestplane::region_name);
   return places.count == 0 ? nullptr : kestplane_ptrV[places.first];
+}
+
+std::string IRdomain::perhapsRegion(std::string_view region_name) const {
+  const std::string chain = perhaps(region_name, cr1d_ptrV, &IRcalc1d::region_name);
+  return chain.empty() ? perhaps(region_name, kestplane_ptrV, &IRkestplane::region_name) : chain;
 }
 
 void IRdomain::checkRules() {
