@@ -69,10 +69,10 @@ void IRgeom1d::checkRulesAlways() {
   const std::string path = resolvePath(file);
   if (!canOpen(path)) {
     error<&Self::file>(
-        {"missing-file", "the topography file '{0}' does not exist or cannot be opened",
+        {"missing-file", "the topography file '{1}' does not exist or cannot be opened",
          "correct the name in 'file', or put the topography file there"},
         "topography file '{}' does not exist. Please give a valid file name for the topography file. Note: Relative path can be inserted manually, e.g. ../gridFolder/grid.2dm (not over the 'load file' botton).",
-        path);
+        path, file);
   }
 }
 

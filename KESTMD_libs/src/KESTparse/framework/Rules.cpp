@@ -115,13 +115,14 @@ bool checkRestartFile(InputBlock& block, std::initializer_list<Subject> fileAndD
     return true;
   }
   report(Severity::error, block, fileAndDemand,
-         {"missing-file", "the restart file '{0}' does not exist or cannot be opened",
+         {"missing-file", "the restart file '{2}' does not exist or cannot be opened",
           "name in 'file' the restart file that an earlier simulation wrote, with its folder"},
          "Restart file '{}' does not exist. Please give a valid file name for the restart file.{}",
          words.showsNameAsGiven ? file : path,
          words.tellsNote ? " Note: Relative path can be inserted manually, e.g. "
                            "../gridFolder/grid.2dm (not over the 'load file' botton)."
-                         : "");
+                         : "",
+         file);
   return false;
 }
 

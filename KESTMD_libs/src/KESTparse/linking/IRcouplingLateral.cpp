@@ -160,7 +160,8 @@ IRcouplingLateral::Fault IRcouplingLateral::readConnections() {
             path),
         .rule = "missing-file",
         .sentence = fmt::format(
-            "the file of the lateral connections '{}' does not exist or cannot be opened", path),
+            "the file of the lateral connections '{}' does not exist or cannot be opened",
+            connections_filename),
         .help = "correct the name in 'connections_filename', or put the file there",
         .subject = about<&Self::connections_filename>(*this)};
   }
