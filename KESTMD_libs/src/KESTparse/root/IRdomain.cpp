@@ -1,7 +1,7 @@
 #include "KESTparse/root/IRdomain.h"
 
 #include <algorithm>
-#include <set>
+#include <map>
 
 #include "KESTparse/chain1d/IRcalc1d.h"
 #include "KESTparse/framework/Rules.h"
@@ -132,12 +132,18 @@ std::string IRdomain::perhapsRegion(std::string_view region_name) const {
 
 void IRdomain::checkRules() {
   ASSERT(this->getNumBlocksNamed("KESTCHAIN_1D") == cr1d_ptrV.size(), "");
-  std::set<std::string_view> names;
-  const auto checkNames = [this, &names](std::string_view keyword, const auto& regions) {
+  std::map<std::string_view, Subject> firstOfName;
+  const auto checkNames = [this, &firstOfName]<class Region>(std::string_view keyword,
+                                                             const std::vector<Region*>& regions) {
     for (std::size_t number = 0; number < regions.size(); ++number) {
       const std::string& name = regions[number]->getTag("region_name", 0).getRawValue();
-      if (!names.insert(name).second) {
-        error("Region name '{}' of {} block nr. {} is already used.", name, keyword, number);
+      const Subject tag = about<&Region::region_name>(*regions[number]);
+      const auto [first, isNew] = firstOfName.try_emplace(name, tag);
+      if (!isNew) {
+        report(Severity::error, *this, {tag, first->second},
+               {"second-region-name", "two regions have the name '{0}'",
+                "give each region a 'region_name' of its own"},
+               "Region name '{}' of {} block nr. {} is already used.", name, keyword, number);
       }
     }
   };
@@ -146,7 +152,9 @@ void IRdomain::checkRules() {
   checkNames("KESTSUB", kestSub_ptrV);
   checkNames("KEST_EXTERN", kestextern_ptrV);
   if (cr1d_ptrV.empty() && kestplane_ptrV.empty() && kestSub_ptrV.empty()) {
-    error("There is no KESTCHAIN_1D, KESTPLANE_2D or KESTSUB block defined.");
+    error({"no-region", "the DOMAIN has no region that could be simulated",
+           "add a KESTCHAIN_1D, KESTPLANE_2D or KESTSUB block"},
+          "There is no KESTCHAIN_1D, KESTPLANE_2D or KESTSUB block defined.");
   }
 }
 
