@@ -39,7 +39,9 @@ void IRmorph1d::checkRulesAlways() {
           "The 'INITIAL' block must be defined for morphological simulations.");
   }
   if (bedmat_ptr != nullptr && bedload_ptr != nullptr && bedload_ptr->formula_ptr != nullptr) {
-    bedmat_ptr->checkBedloadFormula(*this, bedload_ptr->formula_ptr->bedload_formula);
+    const IRbedloadFormula1d& formula = *bedload_ptr->formula_ptr;
+    bedmat_ptr->checkBedloadFormula(*this, about<&IRbedloadFormula1d::bedload_formula>(formula),
+                                    formula.bedload_formula);
   }
 }
 

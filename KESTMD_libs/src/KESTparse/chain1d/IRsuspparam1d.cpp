@@ -104,7 +104,8 @@ void IRsuspparam1d::checkRules() {
   }
   const auto* const morphology = ancestor<IRmorph1d>();
   if (morphology != nullptr && morphology->bedmat_ptr != nullptr) {
-    morphology->bedmat_ptr->checkSettlingVelocities(*this, sink_velocity_type, settling_velocities);
+    morphology->bedmat_ptr->checkSettlingVelocities(*this, about<&Self::settling_velocities>(*this),
+                                                    sink_velocity_type, settling_velocities);
   }
 }
 
