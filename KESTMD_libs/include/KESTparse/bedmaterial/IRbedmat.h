@@ -32,10 +32,16 @@ class IRbedmat : public InputBlock {
   /// "1D" or "2D".
   [[nodiscard]] virtual std::string_view dimension() const = 0;
 
-  /// Reports to `morphology` a bedload formula that the number of grain classes does not suit.
-  void checkBedloadFormula(InputBlock& morphology, const std::string& formula) const;
-  /// Reports to `parameter` settling velocities of its own that are not one for each grain class.
-  void checkSettlingVelocities(InputBlock& parameter, const std::string& sinkVelocityType,
+  /// Reports to `block` that there are no grain classes; `text` is the converter's.
+  void reportNoGrainClasses(InputBlock& block, fmt::format_string<> text) const;
+  /// Reports to `morphology` a bedload formula, named by `tag`, that the number of grain classes
+  /// does not suit.
+  void checkBedloadFormula(InputBlock& morphology, const Subject& tag,
+                           const std::string& formula) const;
+  /// Reports to `parameter` settling velocities of its own, listed by `tag`, that are not one for
+  /// each grain class.
+  void checkSettlingVelocities(InputBlock& parameter, const Subject& tag,
+                               const std::string& sinkVelocityType,
                                const std::vector<double>& velocities) const;
 
  protected:

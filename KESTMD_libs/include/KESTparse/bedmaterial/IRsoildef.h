@@ -7,6 +7,7 @@
 
 namespace KESTparse {
 
+class IRbedmat;
 class IRsublayer;
 
 /// The block `SOIL_DEF` under `BEDMATERIAL`.
@@ -31,6 +32,8 @@ class IRsoildef : public SchemaBlock<IRsoildef> {
   void checkRules() override;
 
  private:
+  /// The bed material that the soil belongs to.
+  [[nodiscard]] const IRbedmat& material() const;
   void reportNoDiameters();
   void checkSingleGrain();
   void checkMultiGrain();

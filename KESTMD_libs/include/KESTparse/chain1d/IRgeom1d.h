@@ -24,8 +24,10 @@ class IRgeom1d : public SchemaBlock<IRgeom1d> {
   [[nodiscard]] int crossSectionIndex(std::string_view name) const;
   /// Where the cross sections of that name stand in the order.
   [[nodiscard]] NameIndex::Places crossSections(std::string_view name) const;
-  /// Reports to `source` a cross section that the order has not.
-  void requireCrossSection(InputBlock& source, const std::string& name) const;
+  /// Reports to `source` a cross section that the order has not. It is about the tag that names it,
+  /// and what demands that.
+  void requireCrossSection(InputBlock& source, std::initializer_list<Subject> tagAndDemand,
+                           const std::string& name) const;
 
  protected:
   void createTags() override;

@@ -12,6 +12,7 @@
 #include <unordered_map>
 #include <vector>
 
+#include "KESTparse/base/Assert.h"
 #include "KESTparse/framework/Message.h"
 
 namespace KESTparse {
@@ -117,6 +118,10 @@ class InputBlock {
   /// The nearest instance of the class `T` above this block; null when there is none.
   template <class T>
   [[nodiscard]] T* ancestor() const;
+  /// The nearest instance of the class `T` above this block, where the schema has one. An assertion
+  /// when there is none.
+  template <class T>
+  [[nodiscard]] T& enclosing() const;
   /// File in which the block stands; empty for a block that population made.
   [[nodiscard]] const std::string& getFileName() const;
   /// Line of the byte behind the opening brace.
@@ -303,6 +308,13 @@ T* InputBlock::ancestor() const {
     }
   }
   return nullptr;
+}
+
+template <class T>
+T& InputBlock::enclosing() const {
+  T* const found = ancestor<T>();
+  ASSERT(found != nullptr, "");
+  return *found;
 }
 
 }  // namespace KESTparse

@@ -4,17 +4,18 @@
 
 #include <fmt/core.h>
 
+#include <functional>
 #include <initializer_list>
 #include <string>
 #include <string_view>
 #include <utility>
 #include <vector>
 
+#include "KESTparse/base/GlobalValues.h"
 #include "KESTparse/framework/Derived.h"
+#include "KESTparse/framework/RuleMessage.h"
 
 namespace KESTparse {
-
-class InputBlock;
 
 /// Two different places in a list.
 using PlacePair = std::pair<std::size_t, std::size_t>;
@@ -67,6 +68,22 @@ const Block* findUnique(const NameIndex& index, const std::vector<Block*>& block
 /// Whether `word` is one of `words`.
 bool isOneOf(std::string_view word, std::initializer_list<std::string_view> words);
 
+/// What a help appends where it asks for one of `known` names: " (perhaps 'x')" with the one that
+/// `written` was most likely meant to be, or nothing.
+std::string perhaps(std::string_view written, const std::vector<std::string_view>& known);
+
+/// The same for the names of `items`, which `nameOf` gives; nothing as long as nobody reads helps.
+template <class Items, class NameOf = std::identity>
+std::string perhaps(std::string_view written, const Items& items, const NameOf& nameOf = {}) {
+  std::vector<std::string_view> known;
+  if (GlobalValues::instance().explainsMessages) {
+    for (const auto& item : items) {
+      known.push_back(std::invoke(nameOf, item));
+    }
+  }
+  return perhaps(written, known);
+}
+
 /// What is said of a list of values and the list of indices that belongs to it.
 struct IndexedListTexts {
   std::string_view indexMissing;   ///< there are values only
@@ -74,12 +91,15 @@ struct IndexedListTexts {
   std::string_view lengthsDiffer;  ///< there are not as many of them
 };
 
-/// Checks that a list of `numValues` in `block` comes with as many indices. Both may be left out.
-void checkIndexedList(InputBlock& block, std::size_t numValues, std::size_t numIndices,
-                      const IndexedListTexts& texts);
+/// Checks that a list of `numValues` in the tag `values` of `block` comes with as many material
+/// indices in the tag `indices`. Both may be left out.
+void checkIndexedList(InputBlock& block, const Subject& values, const Subject& indices,
+                      std::size_t numValues, std::size_t numIndices, const IndexedListTexts& texts);
 
-/// Reports to an inner boundary that what it names as one of its sides is not there.
-void reportUnknownSide(InputBlock& innerBoundary, const std::string& name);
+/// Reports to an inner boundary that what it names as one of its sides is not there. `rule` speaks
+/// of the name and of what `perhaps` made of it.
+void reportUnknownSide(InputBlock& innerBoundary, const Subject& side, const std::string& name,
+                       const std::string& nearest, const RuleWords<std::string, std::string>& rule);
 
 /// How the check of a restart file differs from block to block.
 struct RestartFileWords {
@@ -90,11 +110,13 @@ struct RestartFileWords {
 };
 
 /// Checks that the restart file of `block` can be opened. Returns whether it can; when it cannot,
-/// the block has got its error.
-bool checkRestartFile(InputBlock& block, const std::string& file, const RestartFileWords& words);
+/// the block has got its error, about the tag of the file and the one that demands it.
+bool checkRestartFile(InputBlock& block, std::initializer_list<Subject> fileAndDemand,
+                      const std::string& file, const RestartFileWords& words);
 
-/// Checks that the result file holds the solution at `restartTime` [s] of `block`. A negative time
-/// takes the last stored one, if there is any.
-void checkRestartTime(InputBlock& block, const std::string& file, double& restartTime);
+/// Checks that the result file holds the solution at `restartTime` [s], the tag `time` of `block`.
+/// A negative time takes the last stored one, if there is any.
+void checkRestartTime(InputBlock& block, const Subject& time, const std::string& file,
+                      double& restartTime);
 
 }  // namespace KESTparse

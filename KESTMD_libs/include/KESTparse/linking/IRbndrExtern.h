@@ -18,7 +18,6 @@ class IRbndrExtern : public SchemaBlock<IRbndrExtern> {
 
  protected:
   void createTags() override;
-  void checkRules() override;
 };
 
 }  // namespace KESTparse

@@ -49,12 +49,20 @@ class IRcouplingLateral : public SchemaBlock<IRcouplingLateral> {
   void checkRules() override;
 
  private:
-  /// Fills the connections from their file; returns what is wrong, empty for nothing. What was read
-  /// before a fault stays.
-  std::string readConnections();
-  std::string readConnections(std::string_view text, const IRgeom1d* geometry);
+  /// What is wrong with the connections, and where.
+  struct Fault {
+    std::string text = {};  ///< as the report shows it; empty for nothing
+    std::string_view rule = {};
+    std::string sentence = {};
+    std::string help = {};
+    Subject subject = {.block = nullptr};
+  };
 
-  Derived<std::string> fault_;  ///< what is wrong with the connections
+  /// Fills the connections from their file. What was read before a fault stays.
+  Fault readConnections();
+  Fault readConnections(std::string_view text, const IRgeom1d* geometry);
+
+  Derived<Fault> fault_;
 };
 
 }  // namespace KESTparse

@@ -7,8 +7,6 @@
 
 namespace KESTparse {
 
-class IRhydr2d;
-
 /// The block `BOUNDARY` under `HYDRAULICS` of a 2D region.
 class IRbndr2d : public SchemaBlock<IRbndr2d> {
  public:
@@ -40,8 +38,7 @@ class IRbndr2d : public SchemaBlock<IRbndr2d> {
   void checkRules() override;
 
  private:
-  void checkHqrelation(const IRhydr2d& hydraulics);
-  void checkWeir();
+  void checkHqrelation();
   [[nodiscard]] bool hasNoFile() const;
 };
 

@@ -32,7 +32,8 @@ class IRgeom2d : public SchemaBlock<IRgeom2d> {
   /// Checks that `boundary`, an inner boundary between two strings, names two that exist and have
   /// as many nodes. As long as the strings are not validated, both have none.
   void checkInnerBoundary(InputBlock& boundary, const std::string& boundaryType,
-                          const std::string& string_name1, const std::string& string_name2) const;
+                          const Subject& side1, const std::string& string_name1,
+                          const Subject& side2, const std::string& string_name2) const;
 
  protected:
   void createSubBlocks() override;

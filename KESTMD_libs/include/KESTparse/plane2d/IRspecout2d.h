@@ -52,11 +52,12 @@ class IRspecout2d : public SchemaBlock<IRspecout2d> {
  private:
   void checkSaturation();
   void checkAllDependencies();
-  /// Reports the items of `list` that the transport of the region cannot give.
-  void checkOutputDependencies(const std::vector<std::string>& list,
+  /// Reports the items of `list`, the value of `tag`, that the transport of the region cannot give.
+  void checkOutputDependencies(const std::vector<std::string>& list, const Subject& tag,
                                const std::vector<std::string>& valid_values,
-                               const std::vector<std::uint32_t>& dependencies,
-                               std::string_view listName);
+                               const std::vector<std::uint32_t>& dependencies);
+  /// Reports the output `value`, an `item` of a list, unless the region gives what it depends on.
+  void checkOutputDependency(const Subject& item, std::string_view value, std::uint32_t dependency);
 };
 
 }  // namespace KESTparse

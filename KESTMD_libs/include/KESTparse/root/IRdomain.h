@@ -1,7 +1,6 @@
 #pragma once
 
 #include <map>
-#include <set>
 #include <string>
 #include <vector>
 
@@ -12,6 +11,7 @@ namespace KESTparse {
 
 class IRcalc1d;
 class IRcontroller;
+class IRctrlmanipulatedvar;
 class IRcouplings;
 class IRkestSub;
 class IRkestextern;
@@ -42,13 +42,21 @@ class IRdomain : public SchemaBlock<IRdomain> {
 
   /// Whether a controller moves what is called `location` in the 1D region `region`.
   [[nodiscard]] bool isControlled(std::string_view region, std::string_view location) const;
-  /// The places {region}.{location} that one more controller moves, in the order of the controllers
-  /// and their variables.
-  [[nodiscard]] const std::vector<std::string>& placesControlledAgain() const;
+  /// A place that one more controller moves.
+  struct ControlledAgain {
+    std::string place;  ///< {region}.{location}
+    const IRctrlmanipulatedvar* again;
+    const IRctrlmanipulatedvar* first;
+  };
+  /// The places that one more controller moves, in the order of the controllers and their
+  /// variables.
+  [[nodiscard]] const std::vector<ControlledAgain>& placesControlledAgain() const;
   /// The first 1D region of that name; null when there is none.
   [[nodiscard]] const IRcalc1d* findChain(std::string_view region_name) const;
   /// The first 2D region of that name; null when there is none.
   [[nodiscard]] const IRkestplane* findPlane(std::string_view region_name) const;
+  /// What `perhaps` makes of the name of a 1D or 2D region.
+  [[nodiscard]] std::string perhapsRegion(std::string_view region_name) const;
 
  protected:
   void createSubBlocks() override;
@@ -59,8 +67,9 @@ class IRdomain : public SchemaBlock<IRdomain> {
  private:
   /// The places that controllers move.
   struct ControlledPlaces {
-    std::map<std::string, std::set<std::string, std::less<>>, std::less<>> byRegion;
-    std::vector<std::string> again;
+    using ByLocation = std::map<std::string, const IRctrlmanipulatedvar*, std::less<>>;
+    std::map<std::string, ByLocation, std::less<>> byRegion;  ///< with what moves them first
+    std::vector<ControlledAgain> again;
   };
 
   [[nodiscard]] const ControlledPlaces& controlledPlaces() const;

@@ -21,8 +21,12 @@ void IRsoilass::createTags() {
 
 void IRsoilass::checkRulesAlways() {
   if (index.size() != soil.size()) {
-    error(
-        "'index' and 'soil' do not have the same numbers of entries. Every index needs a soilname assigned. Make sure, both lists have the same number of entries");
+    error<&Self::soil, &Self::index>(
+        {"index-count",
+         "the number of soils in 'soil' ({0}) is not that of the material indices in 'index' ({1})",
+         "name one SOIL_DEF for each material index, in the same order"},
+        "'index' and 'soil' do not have the same numbers of entries. Every index needs a soilname assigned. Make sure, both lists have the same number of entries",
+        soil.size(), index.size());
   }
 }
 

@@ -3,6 +3,7 @@
 #include <cmath>
 
 #include "KESTparse/bedmaterial/IRbedmat.h"
+#include "KESTparse/bedmaterial/IRgrainclass.h"
 #include "KESTparse/bedmaterial/IRsublayer.h"
 
 namespace KESTparse {
@@ -38,33 +39,43 @@ void IRsoildef::initialise() {
   dimension = material == nullptr ? "" : material->dimension();
 }
 
+const IRbedmat& IRsoildef::material() const {
+  return enclosing<IRbedmat>();
+}
+
 void IRsoildef::checkRules() {
   ASSERT(dimension == "1D" || dimension == "2D", "neither 1D nor 2D");
-  const auto* const material = ancestor<IRbedmat>();
-  if (material == nullptr || material->grncls_ptr == nullptr) {
-    error("No grain classes defined. Please complete your input.");
-  } else if (material->numGrainClasses() == 0) {
+  if (material().grncls_ptr == nullptr) {
+    material().reportNoGrainClasses(*this, "No grain classes defined. Please complete your input.");
+  } else if (material().numGrainClasses() == 0) {
     reportNoDiameters();
-  } else if (material->numGrainClasses() == 1) {
+  } else if (material().numGrainClasses() == 1) {
     checkSingleGrain();
   } else {
     checkMultiGrain();
   }
   if (dimension == "1D" && sublay_ptrV.empty()) {
     warning(
-        "No LAYER block has been defined in SOIL_DEF. If no LAYER is defined in 1-D simulations, a fixed bed is assumed at this location (deposition and erosion of the deposition is considered though). Make sure you really want a fixed bed there, otherwise just define a LAYER to avoid the fixed bed.");
+        {"no-layer", "the soil '{0}' has no LAYER, so that the bed is fixed wherever it lies",
+         "add a LAYER with 'mixture' and 'bottom_elevation', unless the bed shall never erode there"},
+        "No LAYER block has been defined in SOIL_DEF. If no LAYER is defined in 1-D simulations, a fixed bed is assumed at this location (deposition and erosion of the deposition is considered though). Make sure you really want a fixed bed there, otherwise just define a LAYER to avoid the fixed bed.",
+        name);
   }
 }
 
 void IRsoildef::reportNoDiameters() {
+  const auto reportAs = [this](fmt::format_string<const std::string&> text) {
+    report(Severity::error, *this, {about<&IRgrainclass::diameters>(*material().grncls_ptr)},
+           {"no-diameter", "GRAIN_CLASS lists no diameter that the soil '{0}' could be made of",
+            "list the mean diameters of all grains in 'diameters'"},
+           text, name);
+  };
   if (dimension == "1D") {
-    error(
-        "A fatal error has occured in SOIL_DEF block '{}'. This should never happen.  Something is possibly wrong with GRAIN_CLASS diameter",
-        name);
+    reportAs(
+        "A fatal error has occured in SOIL_DEF block '{}'. This should never happen.  Something is possibly wrong with GRAIN_CLASS diameter");
   } else {
-    error(
-        "A fatal error has occured in SOIL_DEF block '{}'. This should never happen. Something is possibly wrong with GRAIN_CLASS diameter",
-        name);
+    reportAs(
+        "A fatal error has occured in SOIL_DEF block '{}'. This should never happen. Something is possibly wrong with GRAIN_CLASS diameter");
   }
 }
 
@@ -76,25 +87,39 @@ void IRsoildef::checkSingleGrain() {
   if (!(d90_armored_layer > 0 && tau_erosion_start > 0)) {
     return;
   }
+  const auto reportAs = [this](fmt::format_string<const std::string&> text) {
+    error<&Self::d90_armored_layer, &Self::tau_erosion_start>(
+        {"two-erosion-thresholds",
+         "the soil '{0}' has two thresholds below which it does not erode",
+         "keep either 'd90_armored_layer' or 'tau_erosion_start', or none of them"},
+        text, name);
+  };
   if (dimension == "1D") {
-    error(
-        "In SOIL_DEF '{}', tag 'd90_armored_layer' and 'tau_erosion_start' are both selected. To avoid conflicts, choose just one of them or none.",
-        name);
+    reportAs(
+        "In SOIL_DEF '{}', tag 'd90_armored_layer' and 'tau_erosion_start' are both selected. To avoid conflicts, choose just one of them or none.");
   } else {
-    error(
-        "In SOIL_DEF '{}', d90_armored_layer and tau_erosion_start have been defined. To avoid conflicts, choose either d90_armored_layer or tau_erosion_start or none of them",
-        name);
+    reportAs(
+        "In SOIL_DEF '{}', d90_armored_layer and tau_erosion_start have been defined. To avoid conflicts, choose either d90_armored_layer or tau_erosion_start or none of them");
   }
 }
 
 void IRsoildef::checkMultiGrain() {
   if (d90_armored_layer > 0) {
-    error(
+    report(
+        Severity::error, *this,
+        {about<&Self::d90_armored_layer>(*this),
+         about<&IRgrainclass::diameters>(*material().grncls_ptr)},
+        {"armour-with-several-grains",
+         "the armoured layer of the soil '{0}' is possible with one grain class only, but GRAIN_CLASS lists {1}",
+         "remove 'd90_armored_layer'"},
         "In SOIL_DEF '{}', d90_armored_layer has been given a non-zero value. Using multi grain size simulations, the definition of d90_armored_layer is not permitted.",
-        name);
+        name, material().numGrainClasses());
   }
   if (tau_erosion_start > 0) {
-    warning(
+    warning<&Self::tau_erosion_start>(
+        {"threshold-with-several-grains",
+         "'tau_erosion_start' of the soil '{0}' holds back all grain classes alike",
+         "remove 'tau_erosion_start' if each grain class shall begin to move by itself"},
         "In SOIL_DEF '{}', 'tau_erosion_start' has been given a non-zero value. Be aware that tau_erosion_start is used for multi grain size simulation.",
         name);
   }

@@ -21,7 +21,7 @@ void IRbedic1d::createTags() {
 
 void IRbedic1d::checkRules() {
   if (type == "continue") {
-    checkRestartFile(*this, file,
+    checkRestartFile(*this, {about<&Self::file>(*this), about<&Self::type>(*this)}, file,
                      {.unsetFile = "unspecified_file", .emptyIsUnset = false, .tellsNote = false});
   }
 }

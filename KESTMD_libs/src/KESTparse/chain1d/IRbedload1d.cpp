@@ -20,9 +20,19 @@ void IRbedload1d::createTags() {}
 
 void IRbedload1d::checkRules() {
   if (bndr_ptrV.size() != 2) {
-    error("Exactly two 'BOUNDARY' blocks are required. One 'upstream' and one 'downstream' ");
+    report(Severity::error, *this, {bndr_ptrV.size() > 2 ? about(*bndr_ptrV[2]) : about(*this)},
+           {"boundary-count", "bed load needs exactly two BOUNDARY blocks, and BEDLOAD has {0}",
+            "give one BOUNDARY with 'string = upstream' and one with 'string = downstream'"},
+           "Exactly two 'BOUNDARY' blocks are required. One 'upstream' and one 'downstream' ",
+           bndr_ptrV.size());
   } else if (bndr_ptrV[0]->string == bndr_ptrV[1]->string) {
-    error("Both 'BOUNDARY' blocks are defined on boundary '{}'", bndr_ptrV[0]->string);
+    const std::string& end = bndr_ptrV[0]->string;
+    report(Severity::error, *this,
+           {about<&IRbedbndr1d::string>(*bndr_ptrV[1]), about<&IRbedbndr1d::string>(*bndr_ptrV[0])},
+           {"same-end", "both BOUNDARY blocks of BEDLOAD are at the end '{0}' of the channel",
+            "set 'string = {1}' in one of them"},
+           "Both 'BOUNDARY' blocks are defined on boundary '{}'", end,
+           end == "upstream" ? "downstream" : "upstream");
   }
 }
 

@@ -29,10 +29,15 @@ void IRcalc1d::createTags() {
 Surroundings1d findSurroundings1d(InputBlock& block) {
   const Surroundings1d found{block.ancestor<IRdomain>(), block.ancestor<IRcalc1d>()};
   if (found.domain == nullptr) {
-    block.addError("No DOMAIN block could be found. Please complete your input data.");
+    report(Severity::error, block, {about(block)},
+           {"no-domain", "the block does not stand in a DOMAIN", "move it into the block DOMAIN"},
+           "No DOMAIN block could be found. Please complete your input data.");
   }
   if (found.calc1d == nullptr) {
-    block.addError("No KESTCHAIN block could be found. Please complete your input data.");
+    report(Severity::error, block, {about(block)},
+           {"no-region", "the block does not stand in a KESTCHAIN_1D",
+            "move it into the block KESTCHAIN_1D of its region"},
+           "No KESTCHAIN block could be found. Please complete your input data.");
   }
   return found;
 }

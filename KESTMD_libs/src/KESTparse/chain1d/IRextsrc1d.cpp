@@ -11,6 +11,13 @@ void IRextsrc1d::getDescription(std::ostream& out) const {
   out << "Specifies sources and sinks static or in time for parts or the whole area.";
 }
 
+namespace {
+
+constexpr Words sideWeirs{"sideweir", "coupling_sideweir"};
+constexpr Words outflows{"sideweir", "coupling_sideweir", "bottom_opening"};
+
+}  // namespace
+
 void IRextsrc1d::createTags() {
   word<&Self::name>("Unique identifier which is used to define controllers or couplings.")
       .mandatory()
@@ -38,25 +45,25 @@ void IRextsrc1d::createTags() {
       .oneOf({"left", "right"});
   real<&Self::weir_crest_height>("Absolute sideweir crest elevation [m].")
       .preset("-1.0")
-      .usedIf("type", {"sideweir", "coupling_sideweir"});
+      .usedIf("type", sideWeirs);
   real<&Self::weir_crest_length>("Length of the sideweir [m].")
       .preset("-1.0")
       .above(0)
-      .usedIf("type", {"sideweir", "coupling_sideweir"});
+      .usedIf("type", sideWeirs);
   real<&Self::poleni>("Poleni factor for the sideweir outlfow [-].")
       .preset("-1.0")
       .atLeast(0)
       .atMost(1)
-      .usedIf("type", {"sideweir", "coupling_sideweir"});
+      .usedIf("type", sideWeirs);
   text<&Self::momentum_sink>("Determines if the source also affects the momentum.")
       .defaultsTo("yes")
       .preset("unspecified_momentum_sink")
       .oneOf({"yes", "no"})
-      .usedIf("type", {"sideweir", "coupling_sideweir", "bottom_opening"});
+      .usedIf("type", outflows);
   real<&Self::momentum_factor>("Factor to control the momentum source term [-]. Default: 1.0.")
       .defaultsTo("1.0")
       .atLeast(0)
-      .usedIf("type", {"sideweir", "coupling_sideweir", "bottom_opening"});
+      .usedIf("type", outflows);
   real<&Self::opening_width>("Width of the bottom opening [m].")
       .defaultsTo("-1.0")
       .atLeast(0)
@@ -75,12 +82,12 @@ void IRextsrc1d::createTags() {
 }
 
 void IRextsrc1d::checkRules() {
-  const auto* const region = ancestor<IRcalc1d>();
-  const IRgeom1d* const geometry = region == nullptr ? nullptr : region->geom_ptr;
+  const IRgeom1d* const geometry = enclosing<IRcalc1d>().geom_ptr;
   if (isOneOf(type, {"qlateral", "coupling_qlateral", "sideweir", "coupling_sideweir",
                      "bottom_opening"}) &&
       geometry != nullptr) {
-    geometry->requireCrossSection(*this, cross_section);
+    geometry->requireCrossSection(
+        *this, {about<&Self::cross_section>(*this), about<&Self::type>(*this)}, cross_section);
   }
   if (isOneOf(type, {"qlateral", "coupling_qlateral"})) {
     checkInflow();
@@ -96,8 +103,12 @@ void IRextsrc1d::checkInflow() {
     return;
   }
   if (type == "qlateral" && !hasTag("file") && !domain->isControlled(calc1d->region_name, name)) {
-    error(
-        "For the qlateral source, you have either to define the qseries via a series file or have a controller defining the inflow.");
+    error<&Self::file, &Self::type>(
+        {"inflow-without-file",
+         "the lateral inflow '{0}' has no 'file', and no controller that sets it",
+         "name the series of times and discharges in 'file', or let a CONTROLLER set the inflow"},
+        "For the qlateral source, you have either to define the qseries via a series file or have a controller defining the inflow.",
+        name);
   }
 }
 
@@ -109,21 +120,36 @@ void IRextsrc1d::checkOffChannel(const IRgeom1d& geometry) {
   const int index2 = geometry.crossSectionIndex(section2);
   ASSERT(index1 != -1, "error off-channel source: cross section " << section1 << " not found!");
   ASSERT(index2 != -1, "error off-channel source: cross section " << section2 << " not found!");
-  const auto requireUpstreamNeighbour = [this](int index, const std::string& section) {
+  const auto requireUpstreamNeighbour = [this](int index, std::size_t item,
+                                               const std::string& section) {
     if (index < 1) {
-      error(
+      report(
+          Severity::error, *this, {about<&Self::cross_sections>(*this, item)},
+          {"first-cross-section",
+           "the off-channel source names '{0}', the first cross section of the region",
+           "name in 'cross_sections' two cross sections that have others upstream of them"},
           "Cross section '{}' for offchannel EXTERNAL_SOURCE could not be found in the cross-section order. Use the exact names of the two bounding cross sections as defined in GEOMETRY 'cross_section_order'.",
           section);
     }
   };
-  requireUpstreamNeighbour(index1, section1);
-  requireUpstreamNeighbour(index2, section2);
+  requireUpstreamNeighbour(index1, 1, section1);
+  requireUpstreamNeighbour(index2, 2, section2);
+  const Subject first = about<&Self::cross_sections>(*this, 1);
+  const Subject second = about<&Self::cross_sections>(*this, 2);
   if (index1 == index2) {
-    error(
-        "Both cross sections for offchannel EXTERNAL SOURCE are identical. You have to provide two different cross_sections as defined in GEOMETRY. The offchannel will act between these two cross sections.");
+    report(
+        Severity::error, *this, {second, first},
+        {"same-cross-sections", "the off-channel source lies between '{0}' and '{0}'",
+         "name two different cross sections, the upstream one first"},
+        "Both cross sections for offchannel EXTERNAL SOURCE are identical. You have to provide two different cross_sections as defined in GEOMETRY. The offchannel will act between these two cross sections.",
+        section1);
   }
   if (index2 < index1) {
-    error(
+    report(
+        Severity::error, *this, {second, first},
+        {"cross-section-order",
+         "cross section '{1}' lies upstream of '{0}', which is named before it",
+         "name the upstream cross section first: 'cross_sections = ({1} {0})'"},
         "Cross section '{}' and '{}' for offchannel EXTERNAL SOURCE are not in successive order. Both cross sections need to be in order from up- to downstream according to the definitions in GEOMOETRY block.",
         section1, section2);
   }

@@ -42,11 +42,18 @@ void IRfriction1d::checkRules() {
   const InputBlock* const geometry = getBlockByPath("../../GEOMETRY");
   if (geometry != nullptr && geometry->hasTag("type") &&
       geometry->getTag("type", 0).getRawValue() == "varlen") {
-    warning(
+    warning<&Self::grain_size_friction>(
+        {"friction-overridden",
+         "the friction of a topography file of type 'varlen' counts instead of this one",
+         "give the friction in the topography file, or convert that to the 'kestrix' format"},
         "You are using 'varlen' as the geometry input file format. Note that any friction defined therein will override your friction settings in the basic command file. ");
   }
   if (grain_size_friction && getBlockByPath("../../MORPHOLOGY/BEDMATERIAL") == nullptr) {
-    error("Tag 'grain_size_friction' = 'yes' requires block '../../MORPHOLOGY/BEDMATERIAL'");
+    error<&Self::grain_size_friction>(
+        {"no-bed-material",
+         "friction from the grain size needs the bed material of the region, which has none",
+         "add the block MORPHOLOGY with its BEDMATERIAL, or set 'grain_size_friction = no'"},
+        "Tag 'grain_size_friction' = 'yes' requires block '../../MORPHOLOGY/BEDMATERIAL'");
   }
 }
 

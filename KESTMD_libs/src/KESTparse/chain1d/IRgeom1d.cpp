@@ -38,25 +38,41 @@ NameIndex::Places IRgeom1d::crossSections(std::string_view name) const {
       [this](std::size_t i) -> std::string_view { return cross_section_order[i]; });
 }
 
-void IRgeom1d::requireCrossSection(InputBlock& source, const std::string& name) const {
-  if (crossSectionIndex(name) == -1) {
-    source.addError(fmt::format(
-        "Cross section '{}' for qlateral EXTERNAL_SOURCE could not be found in the cross-section order.  Use the exact name of the cross section as defined in GEOMETRY 'cross_section_order'",
-        name));
+void IRgeom1d::requireCrossSection(InputBlock& source, std::initializer_list<Subject> tagAndDemand,
+                                   const std::string& name) const {
+  if (crossSectionIndex(name) != -1) {
+    return;
+  }
+  static constexpr char text[] =
+      "Cross section '{}' for qlateral EXTERNAL_SOURCE could not be found in the cross-section order.  Use the exact name of the cross section as defined in GEOMETRY 'cross_section_order'";
+  if (source.hasTag("cross_section")) {
+    report(Severity::error, source, tagAndDemand,
+           {"unknown-cross-section", "there is no cross section '{0}' in this region",
+            "name one of the 'cross_section_order' in GEOMETRY{1}, or add '{0}' there"},
+           text, name, perhaps(name, cross_section_order));
+  } else {
+    report(Severity::error, source, tagAndDemand,
+           {"no-cross-section", "the source does not tell at which cross section it acts",
+            "name in 'cross_section' one of the 'cross_section_order' in GEOMETRY"},
+           text, name);
   }
 }
 
 void IRgeom1d::checkRulesAlways() {
   if (isOneOf(type, {"varlen", "hecras"})) {
-    warning(
+    warning<&Self::type>(
+        {"old-format", "topography files of type '{0}' are not read any more",
+         "convert the topography file, and set 'type = kestrix'"},
         "The grid format '{}' is deprecated and is not supported any more. Please convert your projects to the 'kestrix' format. You can download python-scripts which you can use as converters for your grid files from our website.",
         type);
   }
   const std::string path = resolvePath(file);
   if (!canOpen(path)) {
-    error(
+    error<&Self::file>(
+        {"missing-file", "the topography file '{1}' does not exist or cannot be opened",
+         "correct the name in 'file', or put the topography file there"},
         "topography file '{}' does not exist. Please give a valid file name for the topography file. Note: Relative path can be inserted manually, e.g. ../gridFolder/grid.2dm (not over the 'load file' botton).",
-        path);
+        path, file);
   }
 }
 

@@ -52,10 +52,14 @@ void IRhydr1d::checkRules() {
     });
   };
   if (!hasBoundaryAt("UPSTREAM")) {
-    error("The 'upstream' boundary condition is missing");
+    error({"no-upstream-boundary", "no BOUNDARY is at the upstream end of the channel",
+           "add a BOUNDARY with 'string = upstream'"},
+          "The 'upstream' boundary condition is missing");
   }
   if (!hasBoundaryAt("DOWNSTREAM")) {
-    error("The 'downstream' boundary condition is missing");
+    error({"no-downstream-boundary", "no BOUNDARY is at the downstream end of the channel",
+           "add a BOUNDARY with 'string = downstream'"},
+          "The 'downstream' boundary condition is missing");
   }
 }
 

@@ -12,6 +12,14 @@ void IRinnerboundary1d::getDescription(std::ostream& out) const {
   out << "This block is used to define inner boundaries within a 1D grid. Possible choices are weir and gate.";
 }
 
+namespace {
+
+constexpr Words gates{"gate", "coupling_gate"};
+constexpr Words weirsAndGates{"weir", "coupling_weir", "gate", "coupling_gate"};
+constexpr Words gatesWithFlap{"gate_with_flap", "radial_gate_with_flap"};
+
+}  // namespace
+
 void IRinnerboundary1d::createTags() {
   text<&Self::type>("weir: The location of the inner weir is defined by the tag string_name1.")
       .mandatory()
@@ -29,102 +37,102 @@ void IRinnerboundary1d::createTags() {
       .preset("-100.0")
       .unit("[m]")
       .above(0)
-      .usedIf("type", {"weir", "coupling_weir", "gate", "coupling_gate"})
+      .usedIf("type", weirsAndGates)
       .exclusiveWith("width_file");
   seriesFile<&Self::width_file, &Self::width_file_table>(
       "Name of the file containing the time evolution of the weir width or gate width.")
       .preset("unspecified_widthfile.txt")
-      .usedIf("type", {"weir", "coupling_weir", "gate", "coupling_gate"})
+      .usedIf("type", weirsAndGates)
       .exclusiveWith("width");
   real<&Self::weir_level>("Constant level of weir crest.")
       .preset("-100.0")
       .unit("[m a.s.l.]")
-      .usedIf("type", {"weir", "coupling_weir", "gate", "coupling_gate"})
+      .usedIf("type", weirsAndGates)
       .exclusiveWith("weir_level_file");
   seriesFile<&Self::weir_level_file, &Self::weir_level_file_table>(
       "Name of the file containing the time evolution of the weir level.")
       .preset("unspecified_levelfile.txt")
-      .usedIf("type", {"weir", "coupling_weir", "gate", "coupling_gate"})
+      .usedIf("type", weirsAndGates)
       .exclusiveWith("weir_level");
   real<&Self::weir_bottom_level>(
       "Bottom level of weir cross section (minimal weir level and level for fully opened gate)")
       .preset("0.0")
       .unit("[m a.s.l.]")
       .above(0)
-      .usedIf("type", {"weir", "coupling_weir", "gate", "coupling_gate"});
+      .usedIf("type", weirsAndGates);
   real<&Self::embankement_slope>(
       "Slope of weir embankments = 1:embankement_slope (symmetric). A value of 999 corresponds to rectangular embankements.")
       .defaultsTo("999")
       .preset("NO_EMBANKEMENT_SLOPE")
       .above(0)
-      .usedIf("type", {"weir", "coupling_weir", "gate", "coupling_gate"});
+      .usedIf("type", weirsAndGates);
   real<&Self::weir_my>("Weir factor μ according to Poleni.")
       .defaultsTo("0.65")
       .preset("-100000.0")
       .above(0)
-      .usedIf("type", {"weir", "coupling_weir", "gate", "coupling_gate"});
+      .usedIf("type", weirsAndGates);
   real<&Self::num_piers>("Number of piers at weir cross section.")
       .defaultsTo("0.0")
       .atLeast(0)
-      .usedIf("type", {"weir", "coupling_weir", "gate", "coupling_gate"});
+      .usedIf("type", weirsAndGates);
   real<&Self::c_pier>("Pier coefficient for calculation of reduced width.")
       .defaultsTo("0.0")
       .atLeast(0)
-      .usedIf("type", {"weir", "coupling_weir", "gate", "coupling_gate"});
+      .usedIf("type", weirsAndGates);
   real<&Self::c_abutments>("Abutment coefficient for calculation of reduced width.")
       .defaultsTo("0.0")
       .atLeast(0)
-      .usedIf("type", {"weir", "coupling_weir", "gate", "coupling_gate"});
+      .usedIf("type", weirsAndGates);
   text<&Self::calculation_type>("Type for control of momentum balance at weir:critical")
       .defaultsTo("critical")
       .oneOf({"critical", "standard"})
-      .usedIf("type", {"weir", "coupling_weir", "gate", "coupling_gate"});
+      .usedIf("type", weirsAndGates);
   real<&Self::zweir_fac_a>(
       "Scaling factor for weir water level (calculation_type = critical, zCorr = zCritWeir + F * (z - zCritWeir)): F = zweir_fac_a + zweir_fac_b * flowdepth")
       .defaultsTo("1.0")
       .preset("0.0")
-      .usedIf("type", {"weir", "coupling_weir", "gate", "coupling_gate"});
+      .usedIf("type", weirsAndGates);
   real<&Self::zweir_fac_b>(
       "Scaling factor for weir water level (calculation_type = critical, zCorr = zCritWeir + F * (z - zCritWeir))): F = zweir_fac_a + zweir_fac_b * flowdepth")
       .defaultsTo("0.0")
-      .usedIf("type", {"weir", "coupling_weir", "gate", "coupling_gate"});
+      .usedIf("type", weirsAndGates);
   text<&Self::gate_type>("Type of gate: sluice gate: simple sluice gate gate with flap")
       .preset("no_gate_type")
       .oneOf({"sluice_gate", "gate_with_flap", "radial_gate_with_flap"})
-      .usedIf("type", {"gate", "coupling_gate"});
+      .usedIf("type", gates);
   real<&Self::gate_my>(
       "Weir coefficient μ used in discharge formula for flow over gate with flap. Can be used for calibration of the discharge.")
       .defaultsTo("0.65")
       .preset("-100000.0")
       .above(0)
-      .usedIf("gate_type", {"gate_with_flap", "radial_gate_with_flap"});
+      .usedIf("gate_type", gatesWithFlap);
   real<&Self::gate_level>("Level of gate bottom, i.e. top of gate opening.")
       .preset("-100.0")
       .unit("[m rel.]")
-      .usedIf("type", {"gate", "coupling_gate"})
+      .usedIf("type", gates)
       .exclusiveWith("gate_level_file");
   seriesFile<&Self::gate_level_file, &Self::gate_level_file_table>(
       "Name of the file containing the evolution of the gate level (i.e. top of gate opening) in time.")
       .preset("unspecified_levelfile.txt")
-      .usedIf("type", {"gate", "coupling_gate"})
+      .usedIf("type", gates)
       .exclusiveWith("gate_level");
   real<&Self::gate_bottom_level>(
       "Level of bottom sill of gate cross section (level for closed gate).")
       .preset("-100.0")
       .unit("[m a.s.l.]")
       .above(0)
-      .usedIf("type", {"gate", "coupling_gate"});
+      .usedIf("type", gates);
   real<&Self::gate_size>(
       "Size of gate is used for definition of the level of the flap; level of the flap = gate_level + gate_size")
       .preset("-100.0")
       .unit("[m]")
       .above(0)
-      .usedIf("gate_type", {"gate_with_flap", "radial_gate_with_flap"})
+      .usedIf("gate_type", gatesWithFlap)
       .exclusiveWith("gate_size_file");
   seriesFile<&Self::gate_size_file, &Self::gate_size_file_table>(
       "Name of the file containing the evolution of the gate size (movement of flap) in time.Specify size in [m].")
       .preset("unspecified_widthfile.txt")
-      .usedIf("gate_type", {"gate_with_flap", "radial_gate_with_flap"})
+      .usedIf("gate_type", gatesWithFlap)
       .exclusiveWith("gate_size");
   real<&Self::contraction_factor>(
       "Contraciton factor δ for calculation of gate coefficient considering the reduction of the opening height due to the 'vena contracta'.")
@@ -157,23 +165,31 @@ void IRinnerboundary1d::createTags() {
 }
 
 void IRinnerboundary1d::checkRules() {
-  const auto* const region = ancestor<IRcalc1d>();
-  if (region == nullptr || region->geom_ptr == nullptr) {
+  const IRgeom1d* const geometry = enclosing<IRcalc1d>().geom_ptr;
+  if (geometry == nullptr) {
     return;
   }
   // Of a name that stands twice in the order the last place counts.
-  const auto require = [this, region](const std::string& crossSection) {
-    const NameIndex::Places places = region->geom_ptr->crossSections(crossSection);
+  const auto require = [this, geometry](const Subject& side, const std::string& crossSection) {
+    const NameIndex::Places places = geometry->crossSections(crossSection);
     if (places.count == 0) {
-      reportUnknownSide(*this, crossSection);
+      reportUnknownSide(
+          *this, side, crossSection, perhaps(crossSection, geometry->cross_section_order),
+          {"unknown-cross-section", "there is no cross section '{0}' in this region",
+           "name one of the 'cross_section_order' in GEOMETRY{1}, or add '{0}' there"});
     }
     return places;
   };
-  const NameIndex::Places side1 = require(cross_section_name_1);
-  const NameIndex::Places side2 = require(cross_section_name_2);
+  const NameIndex::Places side1 =
+      require(about<&Self::cross_section_name_1>(*this), cross_section_name_1);
+  const NameIndex::Places side2 =
+      require(about<&Self::cross_section_name_2>(*this), cross_section_name_2);
   if (side1.count > 0 && side2.count > 0 && side1.last == side2.last) {
-    error("The two cross sections for an inner boundary of type '{}' have to adjacent and are not!",
-          type);
+    error<&Self::cross_section_name_2, &Self::cross_section_name_1>(
+        {"same-cross-sections", "the inner boundary has '{1}' on both sides",
+         "name in 'cross_section_name_2' the next cross section downstream of '{1}'"},
+        "The two cross sections for an inner boundary of type '{}' have to adjacent and are not!",
+        type, cross_section_name_1);
   }
 }
 

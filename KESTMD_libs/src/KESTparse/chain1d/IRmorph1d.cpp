@@ -29,13 +29,19 @@ void IRmorph1d::createTags() {}
 
 void IRmorph1d::checkRulesAlways() {
   if (bedload_ptr == nullptr && susp_load_ptr == nullptr) {
-    error("At least block 'BEDLOAD' or 'SUSPENDED_LOAD' must be defined.");
+    error({"no-transport", "MORPHOLOGY has neither BEDLOAD nor SUSPENDED_LOAD",
+           "add the block BEDLOAD, the block SUSPENDED_LOAD, or both"},
+          "At least block 'BEDLOAD' or 'SUSPENDED_LOAD' must be defined.");
   }
   if (initial_ptr == nullptr) {
-    error("The 'INITIAL' block must be defined for morphological simulations.");
+    error({"no-initial", "MORPHOLOGY does not tell how the bed is at the start",
+           "add the block INITIAL, such as 'INITIAL {{ type = initial_mesh }}'"},
+          "The 'INITIAL' block must be defined for morphological simulations.");
   }
   if (bedmat_ptr != nullptr && bedload_ptr != nullptr && bedload_ptr->formula_ptr != nullptr) {
-    bedmat_ptr->checkBedloadFormula(*this, bedload_ptr->formula_ptr->bedload_formula);
+    const IRbedloadFormula1d& formula = *bedload_ptr->formula_ptr;
+    bedmat_ptr->checkBedloadFormula(*this, about<&IRbedloadFormula1d::bedload_formula>(formula),
+                                    formula.bedload_formula);
   }
 }
 

@@ -2,6 +2,7 @@
 
 #include "KESTparse/chain1d/IRcalc1d.h"
 #include "KESTparse/chain1d/IRgeom1d.h"
+#include "KESTparse/framework/Rules.h"
 
 namespace KESTparse {
 
@@ -63,15 +64,19 @@ void IRmorphextsrc1d::createTags() {
 }
 
 void IRmorphextsrc1d::checkRules() {
-  const auto* const region = ancestor<IRcalc1d>();
-  if (region == nullptr || region->geom_ptr == nullptr) {
+  const IRgeom1d* const geometry = enclosing<IRcalc1d>().geom_ptr;
+  if (geometry == nullptr) {
     return;
   }
-  if (region->geom_ptr->crossSectionIndex(cross_section) == -1) {
-    error("'cross section' '{}' could not be found within the geometry", cross_section);
+  if (geometry->crossSectionIndex(cross_section) == -1) {
+    error<&Self::cross_section>(
+        {"unknown-cross-section", "there is no cross section '{0}' in this region",
+         "name one of the 'cross_section_order' in GEOMETRY{1}, or add '{0}' there"},
+        "'cross section' '{}' could not be found within the geometry", cross_section,
+        perhaps(cross_section, geometry->cross_section_order));
   }
   if (type == "bed_load_function") {
-    region->geom_ptr->requireCrossSection(*this, cross_section);
+    geometry->requireCrossSection(*this, {about<&Self::cross_section>(*this)}, cross_section);
   }
 }
 

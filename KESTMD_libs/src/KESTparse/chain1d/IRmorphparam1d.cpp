@@ -63,16 +63,28 @@ void IRmorphparam1d::createTags() {
 
 void IRmorphparam1d::checkRulesAlways() {
   if (create_new_layers == "on" && !(max_layer_thickness > control_volume_thickness)) {
-    error(
-        "The 'max_layer_thickness' is smaller than the thickness of the bed-load control volume 'control_volume_thickness'. This is not permitted. Please correct the input.");
+    error<&Self::max_layer_thickness, &Self::control_volume_thickness, &Self::create_new_layers>(
+        {"thin-layers",
+         "new layers of at most {0} m are not thicker than the bed load control volume of {1} m",
+         "give a 'max_layer_thickness' above {1} m, or set 'create_new_layers = off'"},
+        "The 'max_layer_thickness' is smaller than the thickness of the bed-load control volume 'control_volume_thickness'. This is not permitted. Please correct the input.",
+        doubleToString(max_layer_thickness), doubleToString(control_volume_thickness));
   }
-  if (density > 5000 || density < 10) {
-    warning(
+  constexpr double leastDensity = 10;  // [kg/m3]
+  constexpr double mostDensity = 5000;
+  if (density > mostDensity || density < leastDensity) {
+    warning<&Self::density>(
+        {"unusual-density", "a sediment density of {0} kg/m3 is unusual",
+         "give 'density' in kg/m3: quartz has 2650"},
         "Your defined density = {} seems to be out of range of common values. Are you really sure the input is correct?",
         doubleToString(density));
   }
-  if (porosity > 85 || porosity < 5) {
-    warning(
+  constexpr double leastPorosity = 5;  // [%]
+  constexpr double mostPorosity = 85;
+  if (porosity > mostPorosity || porosity < leastPorosity) {
+    warning<&Self::porosity>(
+        {"unusual-porosity", "a porosity of {0} % is unusual",
+         "give 'porosity' in per cent: sand and gravel have 25 to 45"},
         "Your defined porosity = {} seems to be out of range of common values. Are you really sure the input is correct?",
         doubleToString(porosity));
   }

@@ -1,5 +1,6 @@
 #include "KESTparse/chain1d/IRparam1d.h"
 
+#include "KESTparse/chain1d/IRcalc1d.h"
 #include "KESTparse/chain1d/IRsect_comp1d.h"
 #include "KESTparse/framework/InputTag.h"
 #include "KESTparse/framework/Rules.h"
@@ -34,7 +35,9 @@ void IRparam1d::createTags() {
 void IRparam1d::checkRulesAlways() {
   const InputBlock* const geometry = getBlockByPath("../../GEOMETRY");
   if (geometry == nullptr) {
-    error("No GEOMETRY-Block was found. Please complete the input file.");
+    report(Severity::error, *this, {about(enclosing<IRcalc1d>())},
+           {"no-geometry", "the region has no GEOMETRY block", "add GEOMETRY to KESTCHAIN_1D"},
+           "No GEOMETRY-Block was found. Please complete the input file.");
     return;
   }
   if (!geometry->hasTag("type")) {
@@ -44,10 +47,17 @@ void IRparam1d::checkRulesAlways() {
   ASSERT(isOneOf(format, {"varlen", "hecras", "kestrix"}),
          "geometry type " << format << " is unknown. Fix me!");
   if (sect_comp_ptr != nullptr && format == "varlen") {
-    warning(
+    report(
+        Severity::warning, *this, {about(*sect_comp_ptr)},
+        {"section-computation-overridden",
+         "the topography file of type 'varlen' may tell the same as SECTION_COMPUTATION",
+         "tell it in one of the two places"},
         "SECTION_COMPUTATION block is used in input file combined with a geometry input type 'varlen', where the same information can be defined. If you defined the section_computation in the varlen-topography-file, the values from the .kcf file will be overridden.");
   } else if (sect_comp_ptr == nullptr && format != "varlen") {
     error(
+        {"no-section-computation",
+         "PARAMETER does not tell how the values of the cross sections are computed",
+         "add the block SECTION_COMPUTATION to PARAMETER"},
         "SECTION_COMPUTATION block has not been defined. When using 'hecras' or 'kestirx' as geometry input type, the SECTION_COMPUTATION is mandatory");
   }
 }

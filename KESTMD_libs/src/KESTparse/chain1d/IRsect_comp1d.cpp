@@ -38,8 +38,12 @@ void IRsect_comp1d::createTags() {
 
 void IRsect_comp1d::checkRules() {
   if (hasTag("max_interval") && hasTag("min_interval") && !(max_interval > min_interval)) {
-    error("The condition 'max_interval' ( = {}) > 'min_interval' ( = {}) fails!",
-          doubleToString(max_interval), doubleToString(min_interval));
+    error<&Self::max_interval, &Self::min_interval>(
+        {"interval-order",
+         "the largest interval of {0} m is not greater than the smallest one of {1} m",
+         "give a 'max_interval' above {1} m, or a smaller 'min_interval'"},
+        "The condition 'max_interval' ( = {}) > 'min_interval' ( = {}) fails!",
+        doubleToString(max_interval), doubleToString(min_interval));
   }
 }
 

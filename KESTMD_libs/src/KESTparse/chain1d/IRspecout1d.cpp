@@ -6,6 +6,13 @@ void IRspecout1d::getDescription(std::ostream& out) const {
   out << "Besides the default output, some extra output can be defined.";
 }
 
+namespace {
+
+constexpr Words moments{"time", "max", "min"};
+constexpr Words momentsAndSum{"time", "max", "min", "sum"};
+
+}  // namespace
+
 void IRspecout1d::createTags() {
   text<&Self::type>(
       "Defines the type of the special output. The following optional outputs can be generated")
@@ -22,24 +29,23 @@ void IRspecout1d::createTags() {
       "Names of the cross sections for which the monitoring point output has to be created.")
       .mandatory()
       .requiredIf("type", {"monitor"});
-  words<&Self::A>("Wetted area of the cross section.").validEntries({"time", "max", "min"});
-  words<&Self::b>("Mean bottom level of the cross section.").validEntries({"time", "max", "min"});
-  words<&Self::Q>("Discharge in [m3/s].").validEntries({"time", "max", "min", "sum"});
-  words<&Self::Qb>("Bedload discharge in [m3/s].").validEntries({"time", "max", "min", "sum"});
+  words<&Self::A>("Wetted area of the cross section.").validEntries(moments);
+  words<&Self::b>("Mean bottom level of the cross section.").validEntries(moments);
+  words<&Self::Q>("Discharge in [m3/s].").validEntries(momentsAndSum);
+  words<&Self::Qb>("Bedload discharge in [m3/s].").validEntries(momentsAndSum);
   words<&Self::TC>("Bedload transport capacity in [m3/s] without porosity.")
-      .validEntries({"time", "max", "min", "sum"});
-  words<&Self::GT>("Gravitational sediment transport in [m3/s].")
-      .validEntries({"time", "max", "min", "sum"});
-  words<&Self::wse>("Water suface elevation.").validEntries({"time", "max", "min"});
-  words<&Self::energy_line>("Energy line.").validEntries({"time", "max", "min"});
-  words<&Self::v>("Velocity.").validEntries({"time", "max", "min"});
-  words<&Self::c>("Concentration.").validEntries({"time", "max", "min", "sum"});
+      .validEntries(momentsAndSum);
+  words<&Self::GT>("Gravitational sediment transport in [m3/s].").validEntries(momentsAndSum);
+  words<&Self::wse>("Water suface elevation.").validEntries(moments);
+  words<&Self::energy_line>("Energy line.").validEntries(moments);
+  words<&Self::v>("Velocity.").validEntries(moments);
+  words<&Self::c>("Concentration.").validEntries(momentsAndSum);
   words<&Self::F>(
       "Froude number [-], calculated as F = v/(g·R)0.5 with v = Q/A [m/s] and R = A/L [m] v = flow velocity [m/s] R = hydraulic radius [m] Q = discharge [m3/s] A = flow area ...")
-      .validEntries({"time", "max", "min"});
+      .validEntries(moments);
   words<&Self::h>(
       "mean (average) flow depth [m], calculated as h = A/w A = flow area [m2] w = water surface width [m]")
-      .validEntries({"time", "max", "min"});
+      .validEntries(moments);
   text<&Self::variable>("Output (plot) of a specified variable")
       .defaultsTo("depth")
       .oneOf({"depth", "wse", "velocity", "tau"})

@@ -1,7 +1,9 @@
 #include "KESTparse/chain1d/IRsuspinit1d.h"
 
+#include "KESTparse/bedmaterial/IRmixtr.h"
 #include "KESTparse/chain1d/IRbedmat1d.h"
 #include "KESTparse/chain1d/IRmorph1d.h"
+#include "KESTparse/framework/Rules.h"
 
 namespace KESTparse {
 
@@ -36,18 +38,19 @@ void IRsuspinit1d::checkRules() {
     return;
   }
   if (mixture == "noMixtureDefinedYet") {
-    error(
+    error<&Self::mixture, &Self::type>(
+        {"no-mixture", "the suspended load at the start has no mixture",
+         "name in 'mixture' one of the MIXTURE blocks in BEDMATERIAL"},
         "The tag 'mixture' has not yet been set. Please assign one of the mixtures names defined in BEDMATERIAL block to this tag.");
     return;
   }
-  const auto* const morphology = ancestor<IRmorph1d>();
-  if (morphology == nullptr || morphology->bedmat_ptr == nullptr) {
-    return;
-  }
-  if (!morphology->bedmat_ptr->hasMixture(mixture)) {
-    error(
+  const IRbedmat1d* const material = enclosing<IRmorph1d>().bedmat_ptr;
+  if (material != nullptr && !material->hasMixture(mixture)) {
+    error<&Self::mixture>(
+        {"unknown-mixture", "there is no MIXTURE named '{0}' in this region",
+         "name one of the MIXTURE blocks in BEDMATERIAL{1}, or define '{0}' there"},
         "The mixture '{}' is not defined in the BEDMATERIAL block. Please define this mixture or choose a mixture that already exists!",
-        mixture);
+        mixture, perhaps(mixture, material->mixtr_ptrV, &IRmixtr::name));
   }
 }
 

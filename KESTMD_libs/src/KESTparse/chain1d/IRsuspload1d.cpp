@@ -22,7 +22,11 @@ void IRsuspload1d::createTags() {}
 
 void IRsuspload1d::checkRules() {
   if (bndr_ptrV.size() != 2) {
-    error("SUSPENDED_LOAD block needs exactly two boundaries defined. ");
+    report(Severity::error, *this, {bndr_ptrV.size() > 2 ? about(*bndr_ptrV[2]) : about(*this)},
+           {"boundary-count",
+            "suspended load needs exactly two BOUNDARY blocks, and SUSPENDED_LOAD has {0}",
+            "give one BOUNDARY with 'string = upstream' and one with 'string = downstream'"},
+           "SUSPENDED_LOAD block needs exactly two boundaries defined. ", bndr_ptrV.size());
   }
 }
 

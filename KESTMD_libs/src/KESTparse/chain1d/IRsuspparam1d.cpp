@@ -96,13 +96,16 @@ void IRsuspparam1d::createTags() {
 
 void IRsuspparam1d::checkRules() {
   if (isOneOf(scheme, {"mdpm", "holly"}) && sediment_exchange == "on") {
-    error(
+    error<&Self::scheme, &Self::sediment_exchange>(
+        {"scheme-without-exchange", "the scheme '{0}' cannot exchange sediment with the bed",
+         "set 'scheme = quick' or 'scheme = quickest', or 'sediment_exchange = off'"},
         "The chosen scheme '{}' works for pollutant transport only! If you would like to take sediment exchange into account, please switch to the QUICK or QUICKEST scheme. If sediment exchange can be neglected, deactivate sediment exchange, i.e. set 'sediment_exchange' to 'off'.",
         scheme);
   }
   const auto* const morphology = ancestor<IRmorph1d>();
   if (morphology != nullptr && morphology->bedmat_ptr != nullptr) {
-    morphology->bedmat_ptr->checkSettlingVelocities(*this, sink_velocity_type, settling_velocities);
+    morphology->bedmat_ptr->checkSettlingVelocities(*this, about<&Self::settling_velocities>(*this),
+                                                    sink_velocity_type, settling_velocities);
   }
 }
 

@@ -5,10 +5,12 @@
 #include <algorithm>
 #include <cmath>
 #include <functional>
+#include <limits>
 #include <tuple>
 
 #include "KESTparse/base/Conversions.h"
 #include "KESTparse/base/GlobalValues.h"
+#include "KESTparse/base/Suggestion.h"
 #include "KESTparse/framework/InputBlock.h"
 #include "h5io/SolutionTimes.h"
 
@@ -57,30 +59,54 @@ bool isOneOf(std::string_view word, std::initializer_list<std::string_view> word
   return std::find(words.begin(), words.end(), word) != words.end();
 }
 
-void checkIndexedList(InputBlock& block, std::size_t numValues, std::size_t numIndices,
+std::string perhaps(std::string_view written, const std::vector<std::string_view>& known) {
+  const std::string_view nearest = nearestName(written, known);
+  return nearest.empty() ? std::string() : fmt::format(" (perhaps '{}')", nearest);
+}
+
+void checkIndexedList(InputBlock& block, const Subject& values, const Subject& indices,
+                      std::size_t numValues, std::size_t numIndices,
                       const IndexedListTexts& texts) {
   if (numValues == numIndices) {
     return;
   }
   if (numIndices == 0) {
-    block.addError(std::string(texts.indexMissing));
+    report(Severity::error, block, {indices, values},
+           {"index-missing", "'{1}' is given without the material indices of its values",
+            "list in '{2}' one material index for each value of '{1}'"},
+           "{}", texts.indexMissing, values.member, indices.member);
   } else if (numValues == 0) {
-    block.addError(std::string(texts.valuesMissing));
+    report(
+        Severity::error, block, {values, indices},
+        {"values-missing", "'{2}' lists material indices, but '{1}' with their values is missing",
+         "list in '{1}' one value for each material index of '{2}'"},
+        "{}", texts.valuesMissing, values.member, indices.member);
   } else {
-    block.addError(std::string(texts.lengthsDiffer));
+    report(Severity::error, block, {values, indices},
+           {"index-count",
+            "the lists '{1}' and '{2}' differ in length: values {3}, material indices {4}",
+            "give as many values in '{1}' as material indices in '{2}'"},
+           "{}", texts.lengthsDiffer, values.member, indices.member, numValues, numIndices);
   }
 }
 
-void reportUnknownSide(InputBlock& innerBoundary, const std::string& name) {
-  innerBoundary.addError(fmt::format(
+void reportUnknownSide(InputBlock& innerBoundary, const Subject& side, const std::string& name,
+                       const std::string& nearest,
+                       const RuleWords<std::string, std::string>& rule) {
+  report(
+      Severity::error, innerBoundary, {side}, rule,
       "Inner Boundary string_name '{}' not found in STRINGDEF block. Make sure the Inner Boundary string_name has the same name as a defined unique string in the STRINGDEF block.",
-      name));
+      name, nearest);
 }
 
-bool checkRestartFile(InputBlock& block, const std::string& file, const RestartFileWords& words) {
+bool checkRestartFile(InputBlock& block, std::initializer_list<Subject> fileAndDemand,
+                      const std::string& file, const RestartFileWords& words) {
   const bool asksForFile = !words.unsetFile.empty();
   if (asksForFile && (file == words.unsetFile || (file.empty() && words.emptyIsUnset))) {
-    block.addError(
+    report(
+        Severity::error, block, fileAndDemand,
+        {"no-restart-file", "to continue a simulation, the file that it stored is needed",
+         "name the restart file of that simulation in 'file'"},
         "No restart file was specified. To 'continue' a simulation a restart file must be given!");
     return false;
   }
@@ -88,16 +114,20 @@ bool checkRestartFile(InputBlock& block, const std::string& file, const RestartF
   if (canOpen(path)) {
     return true;
   }
-  block.addError(fmt::format(
-      "Restart file '{}' does not exist. Please give a valid file name for the restart file.{}",
-      words.showsNameAsGiven ? file : path,
-      words.tellsNote ? " Note: Relative path can be inserted manually, e.g. "
-                        "../gridFolder/grid.2dm (not over the 'load file' botton)."
-                      : ""));
+  report(Severity::error, block, fileAndDemand,
+         {"missing-file", "the restart file '{2}' does not exist or cannot be opened",
+          "name in 'file' the restart file that an earlier simulation wrote, with its folder"},
+         "Restart file '{}' does not exist. Please give a valid file name for the restart file.{}",
+         words.showsNameAsGiven ? file : path,
+         words.tellsNote ? " Note: Relative path can be inserted manually, e.g. "
+                           "../gridFolder/grid.2dm (not over the 'load file' botton)."
+                         : "",
+         file);
   return false;
 }
 
-void checkRestartTime(InputBlock& block, const std::string& file, double& restartTime) {
+void checkRestartTime(InputBlock& block, const Subject& time, const std::string& file,
+                      double& restartTime) {
   if (restartTime < 0) {
     const std::vector<double> times = h5io::getSolutionTimes(file);
     if (!times.empty()) {
@@ -107,15 +137,33 @@ void checkRestartTime(InputBlock& block, const std::string& file, double& restar
   constexpr double tolerance = 0.001;
   const std::vector<double> times = h5io::getSolutionTimes(file);
   std::string validTimes;
-  for (const double time : times) {
-    if (std::abs(time - restartTime) < tolerance) {
+  double nearest = 0;
+  double leastDistance = std::numeric_limits<double>::infinity();
+  for (const double stored : times) {
+    const double distance = std::abs(stored - restartTime);
+    if (distance < tolerance) {
       return;
     }
-    validTimes += doubleToFixed(time) + " ";
+    if (distance < leastDistance) {
+      leastDistance = distance;
+      nearest = stored;
+    }
+    validTimes += doubleToFixed(stored) + " ";
   }
-  block.addError(fmt::format(
+  const std::string text = fmt::format(
       "Restart solution time '{}' does not exist within the file. Please choose a valid restart solution time. Valid times are:<br>{}",
-      doubleToString(restartTime), validTimes));
+      doubleToString(restartTime), validTimes);
+  if (times.empty()) {
+    report(Severity::error, block, {time},
+           {"no-solution", "no solution is stored in the restart file '{1}'",
+            "name in 'file' the results of a simulation that stored a solution"},
+           "{}", text, file);
+  } else {
+    report(Severity::error, block, {time},
+           {"unknown-restart-time", "no solution at {1} s is stored in the restart file '{2}'",
+            "choose one of the stored times, which go from {3} s to {4} s: nearest is '{5} = {6}'"},
+           "{}", text, restartTime, file, times.front(), times.back(), time.member, nearest);
+  }
 }
 
 }  // namespace KESTparse

@@ -17,8 +17,4 @@ void IRbndrExtern::createTags() {
   identifiedBy({"name"});
 }
 
-void IRbndrExtern::checkRules() {
-  ASSERT(getActualParent() != nullptr, "this->parent_ != nullptr");
-}
-
 }  // namespace KESTparse

@@ -51,18 +51,25 @@ bool IRcontroller::hasManipulated(std::string_view variable) const {
 }
 
 void IRcontroller::checkRules() {
-  const auto* const domain_ptr_ = ancestor<IRdomain>();
-  ASSERT(domain_ptr_ != nullptr, "");
   // Each controller tells all double uses of the domain.
-  for (const std::string& key : domain_ptr_->placesControlledAgain()) {
-    error("Boundary condition '{}' is already controlled by another controller.", key);
+  for (const auto& [place, again, first] : enclosing<IRdomain>().placesControlledAgain()) {
+    report(Severity::error, *this,
+           {about<&IRctrlmanipulatedvar::position_identifier>(*again),
+            about<&IRctrlmanipulatedvar::position_identifier>(*first)},
+           {"controlled-twice", "two MANIPULATED_VARIABLE blocks move '{0}'",
+            "remove one of them, or give it the 'position' of another boundary or source"},
+           "Boundary condition '{}' is already controlled by another controller.", place);
   }
   if (output && output_time_step == 0) {
-    warning(
+    warning<&Self::output_time_step, &Self::output>(
+        {"output-every-step", "the controller writes its output at each time step",
+         "give an 'output_time_step' above 0 s for a smaller file"},
         "The output_time_step for controller output is set to 0 (or not defined). This may lead to large output files. Set the time_step to a positive number in [s] to decrease the output file size.");
   }
   if (!output && output_time_step > 0) {
-    warning(
+    warning<&Self::output, &Self::output_time_step>(
+        {"output-off", "an 'output_time_step' is given, but the controller writes no output",
+         "set 'output = yes', or remove 'output_time_step'"},
         "An output_time_step has been defined but output is set to no (or not defined). Set output to yes if you want a controller output.");
   }
 }

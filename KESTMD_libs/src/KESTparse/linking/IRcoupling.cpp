@@ -91,6 +91,8 @@ void IRcoupling::checkRules() {
   if (couplinghyd_ptr == nullptr && couplingbed_ptr == nullptr && couplingsusp_ptr == nullptr &&
       coupling_subsurface_ptr == nullptr) {
     error(
+        {"nothing-coupled", "the COUPLING does not tell what its regions exchange",
+         "add at least one of the blocks HYDRAULICS, BEDLOAD, SUSPENSION and SUBSURFACE"},
         "At least one type of coupling must be specified in the COUPLING block. Choose hydraulic, bed load and/or suspension coupling.");
   }
 }

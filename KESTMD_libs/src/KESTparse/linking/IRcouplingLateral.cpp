@@ -1,11 +1,13 @@
 #include "KESTparse/linking/IRcouplingLateral.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "KESTparse/base/Conversions.h"
 #include "KESTparse/base/Files.h"
 #include "KESTparse/chain1d/IRcalc1d.h"
 #include "KESTparse/chain1d/IRgeom1d.h"
+#include "KESTparse/framework/Rules.h"
 #include "KESTparse/root/IRdomain.h"
 
 namespace KESTparse {
@@ -76,7 +78,7 @@ namespace {
 /// Takes tokens off a text; line ends are white space like any other.
 class Tokens {
  public:
-  explicit Tokens(std::string_view text) : rest_(text) {}
+  explicit Tokens(std::string_view text) : text_(text), rest_(text) {}
 
   /// The next token; empty at the end of the text.
   std::string_view next() {
@@ -89,7 +91,17 @@ class Tokens {
   }
   void skipLine() { rest_.remove_prefix(std::min(rest_.find('\n'), rest_.size())); }
 
+  /// Sets the line and the column of `subject` to those of a token.
+  void place(std::string_view token, Subject& subject) const {
+    const std::string_view before =
+        text_.substr(0, static_cast<std::size_t>(token.data() - text_.data()));
+    const std::size_t lineBegin = before.rfind('\n') + 1;
+    subject.line = static_cast<std::uint32_t>(std::count(before.begin(), before.end(), '\n') + 1);
+    subject.column = static_cast<std::uint32_t>(before.size() - lineBegin + 1);
+  }
+
  private:
+  std::string_view text_;
   std::string_view rest_;
 };
 
@@ -109,45 +121,65 @@ void IRcouplingLateral::checkRules() {
     return;
   }
   if (connections_filename.empty()) {
-    error(
+    error<&Self::connections_filename, &Self::connections_automatic>(
+        {"no-file", "nothing tells which cross sections and edges are connected",
+         "name their file in 'connections_filename', or set 'connections_automatic = yes'"},
         "A file must be given, which defines the lateral connections (you may use the automatic generation of coupling connections, to ease this process!).");
     return;
   }
-  const std::string& fault = fault_.get([this] { return readConnections(); });
-  if (!fault.empty()) {
-    error(
+  const Fault& fault = fault_.get([this] { return readConnections(); });
+  if (!fault.text.empty()) {
+    report(
+        Severity::error, *this, {fault.subject}, {fault.rule, "{2}", "{3}"},
         "There was an error while reading the lateral connections file '{}':\n\nError:\t\tfound in the COUPLING block.{}\n",
-        connections_filename, fault);
+        connections_filename, fault.text, fault.sentence, fault.help);
   }
 }
 
-std::string IRcouplingLateral::readConnections() {
+IRcouplingLateral::Fault IRcouplingLateral::readConnections() {
   connections = {};
-  const auto* const domain = ancestor<IRdomain>();
-  const IRcalc1d* const chain =
-      domain == nullptr ? nullptr : findChain(domain->cr1d_ptrV, kestchain);
+  const auto& chains = enclosing<IRdomain>().cr1d_ptrV;
+  const IRcalc1d* const chain = findChain(chains, kestchain);
   if (chain == nullptr) {
-    return fmt::format(
-        "\nError:\t\tA lateral coupling with unknwon kestchain subdomain '{}'.\n\t\tPlease correct the input data in the input file.",
-        kestchain);
+    return {
+        .text = fmt::format(
+            "\nError:\t\tA lateral coupling with unknwon kestchain subdomain '{}'.\n\t\tPlease correct the input data in the input file.",
+            kestchain),
+        .rule = "unknown-region",
+        .sentence = fmt::format("there is no 1D region named '{}'", kestchain),
+        .help = "give the 'region_name' of a KESTCHAIN_1D" +
+                perhaps(kestchain, chains, &IRcalc1d::region_name),
+        .subject = about<&Self::kestchain>(*this)};
   }
   const std::string path = resolvePath(connections_filename);
   const FileText file = readFile(path);
   if (!file.wasRead) {
-    return fmt::format(
-        "\nError:\t\tError trying to access the data file for lateral coupling.\nError:\t\t'{}' could not be opened.\n\t\tMake sure, the file exists and restart the simulation.",
-        path);
+    return {
+        .text = fmt::format(
+            "\nError:\t\tError trying to access the data file for lateral coupling.\nError:\t\t'{}' could not be opened.\n\t\tMake sure, the file exists and restart the simulation.",
+            path),
+        .rule = "missing-file",
+        .sentence = fmt::format(
+            "the file of the lateral connections '{}' does not exist or cannot be opened",
+            connections_filename),
+        .help = "correct the name in 'connections_filename', or put the file there",
+        .subject = about<&Self::connections_filename>(*this)};
   }
-  const std::string fault = readConnections(file.content, chain->geom_ptr);
-  if (fault.empty()) {
-    return {};
+  Fault fault = readConnections(file.content, chain->geom_ptr);
+  if (!fault.text.empty()) {
+    fault.text = fmt::format(
+        "\nError:\t\tError reading the file '{}'.{}\n\t\tPlease correct the input file and restart the simulation.",
+        path, fault.text);
+    fault.subject.file = path;
   }
-  return fmt::format(
-      "\nError:\t\tError reading the file '{}'.{}\n\t\tPlease correct the input file and restart the simulation.",
-      path, fault);
+  return fault;
 }
 
-std::string IRcouplingLateral::readConnections(std::string_view text, const IRgeom1d* geometry) {
+IRcouplingLateral::Fault IRcouplingLateral::readConnections(std::string_view text,
+                                                            const IRgeom1d* geometry) {
+  constexpr std::string_view rowHelp =
+      "write four columns: the cross section, the side of its dyke (0 left, 1 right, looking "
+      "downstream) and the two nodes of the 2D edge";
   Tokens tokens(text);
   for (std::string_view name = tokens.next(); !name.empty() && name != "end" && name != "end/";
        name = tokens.next()) {
@@ -155,24 +187,41 @@ std::string IRcouplingLateral::readConnections(std::string_view text, const IRge
       tokens.skipLine();
       continue;
     }
+    const auto fault = [this, &tokens, rowHelp](std::string faultText, std::string_view rule,
+                                                std::string sentence, std::string_view token) {
+      Fault found{.text = std::move(faultText),
+                  .rule = rule,
+                  .sentence = std::move(sentence),
+                  .help = std::string(rowHelp),
+                  .subject = about<&Self::connections_filename>(*this)};
+      tokens.place(token, found.subject);
+      return found;
+    };
     // An unknown cross section points to the first one.
     const int known = geometry == nullptr ? -1 : geometry->crossSectionIndex(name);
     connections.crossSectionNames.emplace_back(name);
     connections.crossSectionIndices.push_back(std::max(known, 0));
     const std::string_view dyke = tokens.next();
     if (dyke.empty()) {
-      return "\nError:\t\tThe definition of the dyke location (1/0) could not be found.";
+      return fault("\nError:\t\tThe definition of the dyke location (1/0) could not be found.",
+                   "no-dyke-side",
+                   fmt::format("the connection of '{}' does not tell the side of the dyke", name),
+                   name);
     }
     const int dykeLocation = stringToInt(dyke);
     if (dykeLocation != 0 && dykeLocation != 1) {
-      return fmt::format("\nError:\t\tThe definition of the dyke location (0/1) is not valid: {}",
-                         dykeLocation);
+      return fault(
+          fmt::format("\nError:\t\tThe definition of the dyke location (0/1) is not valid: {}",
+                      dykeLocation),
+          "unknown-dyke-side",
+          fmt::format("the side of the dyke at '{}' is '{}', neither 0 nor 1", name, dyke), dyke);
     }
     connections.dykeLocations.push_back(dykeLocation);
     for (std::vector<int>* nodes : {&connections.firstNodes, &connections.secondNodes}) {
       const std::string_view node = tokens.next();
       if (node.empty()) {
-        return "\nError:\t\tThe node ids could not be read.";
+        return fault("\nError:\t\tThe node ids could not be read.", "no-nodes",
+                     fmt::format("the connection of '{}' lacks a node of its 2D edge", name), name);
       }
       nodes->push_back(stringToInt(node));
     }

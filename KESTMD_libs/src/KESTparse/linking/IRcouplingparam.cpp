@@ -41,7 +41,10 @@ void IRcouplingparam::createTags() {
 
 void IRcouplingparam::checkRules() {
   if (packet_size > max_buffer) {
-    error("packet_size: {} must not be larger than max_buffer: {}", packet_size, max_buffer);
+    error<&Self::packet_size, &Self::max_buffer>(
+        {"packet-above-buffer", "a packet of size {0} does not fit into the buffer of size {1}",
+         "set 'packet_size' to {1} at most, or 'max_buffer' to {0} at least"},
+        "packet_size: {} must not be larger than max_buffer: {}", packet_size, max_buffer);
   }
 }
 

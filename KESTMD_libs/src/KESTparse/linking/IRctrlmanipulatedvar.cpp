@@ -5,6 +5,7 @@
 #include "KESTparse/chain1d/IRextsrc1d.h"
 #include "KESTparse/chain1d/IRhydr1d.h"
 #include "KESTparse/chain1d/IRinnerboundary1d.h"
+#include "KESTparse/framework/Rules.h"
 #include "KESTparse/plane2d/IRbndr2d.h"
 #include "KESTparse/plane2d/IRextsrc2d.h"
 #include "KESTparse/plane2d/IRhydr2d.h"
@@ -48,25 +49,34 @@ void IRctrlmanipulatedvar::checkRules() {
   has_max_change_rate = hasTag("max_change_rate");
   has_range = hasTag("range");
   if (has_range && range[0] > range[1]) {
-    error("Invalid range as min > max");
+    error<&Self::range>({"range-order", "the range begins at {0}, above its end at {1}",
+                         "give the smaller value first, such as 'range = ({1} {0})'"},
+                        "Invalid range as min > max", range[0], range[1]);
   }
   has_time_range = hasTag("time_range");
   if (has_time_range && time_range[0] > time_range[1]) {
-    error("Time range is invalid as min > max");
+    error<&Self::time_range>(
+        {"time-range-order", "the time range begins at {0} s, after its end at {1} s",
+         "give the earlier time first, such as 'time_range = ({1} {0})'"},
+        "Time range is invalid as min > max", time_range[0], time_range[1]);
   }
-  const auto* const domain = ancestor<IRdomain>();
-  if (domain == nullptr) {
-    return;
-  }
-  const IRcalc1d* const chain = domain->findChain(position_region);
-  const IRkestplane* const plane = domain->findPlane(position_region);
+  const auto& domain = enclosing<IRdomain>();
+  const IRcalc1d* const chain = domain.findChain(position_region);
+  const IRkestplane* const plane = domain.findPlane(position_region);
   if (chain != nullptr && plane != nullptr) {
-    error("There is a 1D and a 2D region named {}. So I don't know which one to use.",
-          position_region);
+    report(Severity::error, *this,
+           {about<&Self::position_identifier>(*this), about<&IRcalc1d::region_name>(*chain),
+            about<&IRkestplane::region_name>(*plane)},
+           {"ambiguous-region", "a 1D and a 2D region are both named '{0}'",
+            "give one of the two another 'region_name'"},
+           "There is a 1D and a 2D region named {}. So I don't know which one to use.",
+           position_region);
   } else if (chain == nullptr && plane == nullptr) {
-    error(
+    error<&Self::position_identifier>(
+        {"unknown-region", "there is no 1D or 2D region named '{0}'",
+         "give the 'region_name' and the place, such as 'position = my_region.my_weir'{1}"},
         "Region '{}' is not a valid region name. Please use the <regionname>.<identifier> syntax to define it properly",
-        position_region);
+        position_region, domain.perhapsRegion(position_region));
   } else if (chain != nullptr) {
     checkPlace(*chain);
   } else {
@@ -85,10 +95,16 @@ void IRctrlmanipulatedvar::checkPlace(const IRcalc1d& chain) {
   const bool isSource = hydraulics.findExternalSource(position_identifier) != nullptr;
   const int found = int{isBoundary} + int{isInnerBoundary} + int{isSource};
   if (found == 0) {
-    error("Boundary, inner boundary or source '{}' does not exist in region {}.",
-          position_identifier, position_region);
+    error<&Self::position_identifier>(
+        {"unknown-place", "region '{1}' has no BOUNDARY or EXTERNAL_SOURCE named '{0}'",
+         "give the 'name' of one of them{2}"},
+        "Boundary, inner boundary or source '{}' does not exist in region {}.", position_identifier,
+        position_region, perhaps(position_identifier, hydraulics.bndr_ptrV, &IRbndr1d::name));
   } else if (found > 1) {
-    error(
+    error<&Self::position_identifier>(
+        {"ambiguous-place",
+         "a BOUNDARY and an EXTERNAL_SOURCE of region '{1}' are both named '{0}'",
+         "give one of the two another 'name'"},
         "There is a boundary and/or innerboundary and/or an external source named '{}' in region {}.",
         position_identifier, position_region);
   }
@@ -115,7 +131,11 @@ void IRctrlmanipulatedvar::checkPlace(const IRkestplane& plane) {
   const InputBlock* const src =
       find([&] { return hydraulics.findExternalSource(position_identifier); });
   if (allThrew) {
-    error("There is no boundary and no external source named {}.", position_identifier);
+    error<&Self::position_identifier>(
+        {"second-name", "several EXTERNAL_SOURCE blocks of region '{1}' are named '{0}'",
+         "give each EXTERNAL_SOURCE a 'name' of its own"},
+        "There is no boundary and no external source named {}.", position_identifier,
+        position_region);
     return;
   }
   // A source that does not exist throws nothing, so a place that names nothing ends here.

@@ -2,9 +2,12 @@
 
 #include "KESTparse/chain1d/IRcalc1d.h"
 #include "KESTparse/chain1d/IRgeom1d.h"
+#include "KESTparse/framework/Rules.h"
 #include "KESTparse/linking/IRcontroller.h"
+#include "KESTparse/linking/IRctrlmanipulatedvar.h"
 #include "KESTparse/plane2d/IRgeom2d.h"
 #include "KESTparse/plane2d/IRkestplane.h"
+#include "KESTparse/plane2d/IRstringdef2d.h"
 #include "KESTparse/root/IRdomain.h"
 
 namespace KESTparse {
@@ -56,24 +59,23 @@ void IRctrlmonitoredvar::createTags() {
 }
 
 void IRctrlmonitoredvar::checkRules() {
-  const auto* const controller = ancestor<IRcontroller>();
-  const auto* const domain = ancestor<IRdomain>();
-  if (controller == nullptr || domain == nullptr) {
-    return;
-  }
+  const auto& controller = enclosing<IRcontroller>();
   if (root_value_type == RootValueType::discharge_series) {
-    checkDischargeName(*controller);
+    checkDischargeName(controller);
   }
-  checkPosition(*domain);
+  checkPosition(enclosing<IRdomain>());
   if (hasTag("root_value_series_file")) {
     checkSeries();
   }
   std::size_t i = 0;
   for (const auto& [variable, values] : coefficients) {
     ++i;
-    if (!controller->hasManipulated(variable)) {
-      error("The mapped coefficients nr. {} point to an non-existing manipulated variable '{}'", i,
-            variable);
+    if (!controller.hasManipulated(variable)) {
+      error<&Self::coefficients>(
+          {"unknown-variable", "the controller has no MANIPULATED_VARIABLE named '{1}'",
+           "give the 'name' of one of its MANIPULATED_VARIABLE blocks{2}, or define '{1}' there"},
+          "The mapped coefficients nr. {} point to an non-existing manipulated variable '{}'", i,
+          variable, perhaps(variable, controller.manipulated, &IRctrlmanipulatedvar::name));
     }
   }
 }
@@ -81,12 +83,19 @@ void IRctrlmonitoredvar::checkRules() {
 void IRctrlmonitoredvar::checkDischargeName(const IRcontroller& controller) {
   const IRctrlmonitoredvar* const discharge = controller.findMonitored(root_value_qseries_varname);
   if (discharge == nullptr) {
-    error("root_value uses 'discharge_series', but no monitored value named '{}' exists.",
-          root_value_qseries_varname);
+    error<&Self::root_value_qseries_varname>(
+        {"unknown-discharge", "the controller has no MONITORED_VARIABLE named '{0}'",
+         "give the 'name' of one that has 'type = Q'{1}"},
+        "root_value uses 'discharge_series', but no monitored value named '{}' exists.",
+        root_value_qseries_varname,
+        perhaps(root_value_qseries_varname, controller.monitored, &Self::name));
   } else if (discharge->type != MonitorVarType::Q) {
-    warning(
-        "root_value uses 'discharge_series', but monitored value named '{}' does not monitor Q.",
-        root_value_qseries_varname);
+    report(Severity::warning, *this,
+           {about<&Self::root_value_qseries_varname>(*this), about<&Self::type>(*discharge)},
+           {"not-a-discharge", "the MONITORED_VARIABLE '{0}' does not measure a discharge",
+            "set 'type = Q' in it, or name another one that has this type"},
+           "root_value uses 'discharge_series', but monitored value named '{}' does not monitor Q.",
+           root_value_qseries_varname);
   }
 }
 
@@ -94,18 +103,34 @@ void IRctrlmonitoredvar::checkPosition(const IRdomain& domain) {
   const IRcalc1d* const chain = domain.findChain(position_region);
   const IRkestplane* const plane = domain.findPlane(position_region);
   if (chain == nullptr && plane == nullptr) {
-    error("There is no region named '{}'.", position_region);
+    error<&Self::position_identifier>(
+        {"unknown-region", "there is no 1D or 2D region named '{0}'",
+         "give the 'region_name' and the place, such as 'position = my_region.my_section'{1}"},
+        "There is no region named '{}'.", position_region, domain.perhapsRegion(position_region));
   } else if (chain != nullptr && plane != nullptr) {
-    error("There is a 1D and a 2D region named '{}'. So I don't know which one to use.",
-          position_region);
+    report(Severity::error, *this,
+           {about<&Self::position_identifier>(*this), about<&IRcalc1d::region_name>(*chain),
+            about<&IRkestplane::region_name>(*plane)},
+           {"ambiguous-region", "a 1D and a 2D region are both named '{0}'",
+            "give one of the two another 'region_name'"},
+           "There is a 1D and a 2D region named '{}'. So I don't know which one to use.",
+           position_region);
   } else if (chain != nullptr) {
     if (chain->geom_ptr != nullptr &&
         chain->geom_ptr->crossSectionIndex(position_identifier) == -1) {
-      error("Cross section '{}' does not exist.", position_identifier);
+      error<&Self::position_identifier>(
+          {"unknown-cross-section", "region '{1}' has no cross section '{0}'",
+           "name one of the 'cross_section_order' in its GEOMETRY{2}"},
+          "Cross section '{}' does not exist.", position_identifier, position_region,
+          perhaps(position_identifier, chain->geom_ptr->cross_section_order));
     }
   } else if (type == MonitorVarType::Q && plane->geom_ptr != nullptr &&
              plane->geom_ptr->findString(position_identifier) == nullptr) {
-    error("Stringdef '{}' does not exist.", position_identifier);
+    error<&Self::position_identifier>(
+        {"unknown-string", "region '{1}' has no STRINGDEF named '{0}'",
+         "name one of the STRINGDEF blocks in its GEOMETRY{2}, or define '{0}' there"},
+        "Stringdef '{}' does not exist.", position_identifier, position_region,
+        perhaps(position_identifier, plane->geom_ptr->stringdef_ptrV, &IRstringdef2d::name));
   }
 }
 
@@ -113,15 +138,24 @@ void IRctrlmonitoredvar::checkSeries() {
   const std::string& file = getTag("root_value_series_file", 0).getRawValue();
   const std::size_t rows = root_value_series_file_table.size();
   if (rows < 2) {
-    error("The series file '{}' has {} data rows while at least 2 are expected", file, rows);
+    error<&Self::root_value_series_file>(
+        {"short-series", "the series '{0}' needs two rows of numbers or more, and has {1}",
+         "write one row for each time or discharge into the file"},
+        "The series file '{}' has {} data rows while at least 2 are expected", file, rows);
     return;
   }
   const std::size_t columns = root_value_series_file_table[0].size();
   if (columns < 2) {
-    error("The series file '{}' has {} data column(s)", file, columns);
+    error<&Self::root_value_series_file>(
+        {"series-columns", "the series '{0}' needs two columns of numbers or more, and has {1}",
+         "write two numbers into each row of the file: the time or discharge, and the target"},
+        "The series file '{}' has {} data column(s)", file, columns);
   } else if (columns > 2 && (root_value_type == RootValueType::time_series ||
                              root_value_type == RootValueType::discharge_series)) {
-    error("The series file '{}' has {} data column(s) while expected 2", file, columns);
+    error<&Self::root_value_series_file, &Self::root_value_type>(
+        {"series-columns", "the series '{0}' needs two columns of numbers, and has {1}",
+         "write two numbers into each row of the file: the time or discharge, and the target"},
+        "The series file '{}' has {} data column(s) while expected 2", file, columns);
   }
 }
 

@@ -30,11 +30,18 @@ void IRkestextern::createTags() {
 
 void IRkestextern::checkRules() {
   if (bndr_ptrV.empty()) {
-    warning("No BOUNDARY block has been defined for KESTextern subdomain!");
+    warning({"no-boundary", "the external region has no BOUNDARY by which others can reach it",
+             "add a BOUNDARY with 'type = discharge' and a 'name'"},
+            "No BOUNDARY block has been defined for KESTextern subdomain!");
   }
   for (const auto& [i, j] : equalPairs(bndr_ptrV, &IRbndrExtern::name)) {
-    error("Two boundaries share the same name '{}' Every BOUNDARY needs a unique name assigned.",
-          bndr_ptrV[i]->name);
+    report(Severity::error, *this,
+           {about<&IRbndrExtern::name>(*bndr_ptrV[j]), about<&IRbndrExtern::name>(*bndr_ptrV[i])},
+           {"second-name", "two BOUNDARY blocks {1}", "give each BOUNDARY a 'name' of its own"},
+           "Two boundaries share the same name '{}' Every BOUNDARY needs a unique name assigned.",
+           bndr_ptrV[i]->name,
+           bndr_ptrV[i]->hasTag("name") ? fmt::format("share the name '{}'", bndr_ptrV[i]->name)
+                                        : "have no name");
   }
 }
 

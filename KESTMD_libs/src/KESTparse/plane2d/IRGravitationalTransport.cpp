@@ -1,5 +1,7 @@
 #include "KESTparse/plane2d/IRGravitationalTransport.h"
 
+#include "KESTparse/framework/ListRules.h"
+
 namespace KESTparse {
 
 void IRGravitationalTransport::getDescription(std::ostream& out) const {
@@ -57,16 +59,19 @@ void IRGravitationalTransport::checkRules() {
     return;
   }
   if (angle_failure_deposited.size() != index.size()) {
-    error(
+    reportIndexCount<&Self::angle_failure_deposited, &Self::index>(
+        *this,
         "Number of entries in 'index' and 'angle_failure_deposited' do not match in GRAVITATIONAL_TRANSPORT block for MORPHOLOGY.");
   }
   if (angle_failure_dry.size() != index.size()) {
-    error(
+    reportIndexCount<&Self::angle_failure_dry, &Self::index>(
+        *this,
         "Number of entries in 'index' and 'angle_failure_dry' do not match in GRAVITATIONAL_TRANSPORT block for MORPHOLOGY.");
   }
   // The third list may have any length: this asks whether both are empty, which they never are.
   if (angle_failure_wetted.empty() && index.empty()) {
-    error(
+    reportIndexCount<&Self::angle_failure_wetted, &Self::index>(
+        *this,
         "Number of entries in 'index' and 'angle_failure_wetted' do not match in GRAVITATIONAL_TRANSPORT block for MORPHOLOGY.");
   }
 }

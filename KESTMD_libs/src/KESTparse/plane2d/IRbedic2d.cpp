@@ -27,8 +27,11 @@ void IRbedic2d::createTags() {
 }
 
 void IRbedic2d::checkRules() {
-  if (type == "continue" && checkRestartFile(*this, file, {.unsetFile = "unspecified_file"})) {
-    checkRestartTime(*this, file, restart_solution_time);
+  if (type == "continue" &&
+      checkRestartFile(*this, {about<&Self::file>(*this), about<&Self::type>(*this)}, file,
+                       {.unsetFile = "unspecified_file"})) {
+    checkRestartTime(*this, about<&Self::restart_solution_time>(*this), file,
+                     restart_solution_time);
   }
 }
 

@@ -1,9 +1,7 @@
 #include "KESTparse/plane2d/IRbedinnerbndr2d.h"
 
-#include "KESTparse/plane2d/IRbedload2d.h"
 #include "KESTparse/plane2d/IRgeom2d.h"
 #include "KESTparse/plane2d/IRkestplane.h"
-#include "KESTparse/plane2d/IRmorph2d.h"
 
 namespace KESTparse {
 
@@ -30,12 +28,9 @@ void IRbedinnerbndr2d::createTags() {
 }
 
 void IRbedinnerbndr2d::checkRules() {
-  const auto* const region = ancestor<IRkestplane>();
-  ASSERT(ancestor<IRbedload2d>() != nullptr, "this->parent_ != nullptr");
-  ASSERT(ancestor<IRmorph2d>() != nullptr, "this->parent_->parent_ != nullptr");
-  ASSERT(region != nullptr, "this->parent_->parent_->parent_ != nullptr");
-  if (region->geom_ptr != nullptr) {
-    region->geom_ptr->checkInnerBoundary(*this, type, string_name1, string_name2);
+  if (const IRgeom2d* const geometry = enclosing<IRkestplane>().geom_ptr; geometry != nullptr) {
+    geometry->checkInnerBoundary(*this, type, about<&Self::string_name1>(*this), string_name1,
+                                 about<&Self::string_name2>(*this), string_name2);
   }
 }
 

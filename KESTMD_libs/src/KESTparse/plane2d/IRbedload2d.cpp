@@ -6,6 +6,7 @@
 #include "KESTparse/plane2d/IRbedloadDirection.h"
 #include "KESTparse/plane2d/IRbedloadFormula2d.h"
 #include "KESTparse/plane2d/IRbedparameter2d.h"
+#include "KESTparse/plane2d/InnerBoundaries.h"
 
 namespace KESTparse {
 
@@ -26,6 +27,8 @@ void IRbedload2d::createTags() {}
 void IRbedload2d::checkRulesAlways() {
   if (lat_bedload_ptrV.empty()) {
     warning(
+        {"no-direction", "no DIRECTION block says how a lateral bed slope turns the bed load",
+         "add a DIRECTION block with 'lateral_transport_type = lateral_bed_slope' and the material indices in 'lateral_index'"},
         "No block DIRECTION is defined in block BEDLOAD. For morphological simulations a block DIRECTION of type 'lateral_bed_slope' is recommended.");
   }
 }
@@ -33,19 +36,26 @@ void IRbedload2d::checkRulesAlways() {
 void IRbedload2d::checkRules() {
   if (bndr_ptrV.empty()) {
     warning(
+        {"no-boundary", "there is no BOUNDARY for the bed load, so that all edges are walls to it",
+         "add a BOUNDARY for each string that bed load passes, unless none does"},
         "No BOUNDARY block has been defined for BEDLOAD. Undefined boundaries are automatically treated as 'wall'.");
   }
   for (const auto& [i, j] : equalPairs(bndr_ptrV, &IRbedbndr2d::string_name)) {
-    error(
+    report(
+        Severity::error, *this,
+        {about<&IRbedbndr2d::string_name>(*bndr_ptrV[j]),
+         about<&IRbedbndr2d::string_name>(*bndr_ptrV[i])},
+        {"shared-string", "two BOUNDARY blocks of the bed load stand on the string '{0}'",
+         "give each BOUNDARY a string of its own"},
         "Two morphologic boundaries share the same boundary_string_name '{}' Every BOUNDARY needs a unique boundary_string_name assigned.",
         bndr_ptrV[i]->string_name);
   }
-  const std::size_t sharing = pairsSharingName(bedinnerbndr_ptrV, &IRbedinnerbndr2d::string_name1,
-                                               &IRbedinnerbndr2d::string_name2)
-                                  .size();
-  for (std::size_t pair = 0; pair < sharing; ++pair) {
-    error(
-        "Two inner boundaries share the same boundary_string_name... Every INNER BOUNDARY needs a unique boundary_string_name assigned.");
+  for (const auto& [i, j] : pairsSharingName(bedinnerbndr_ptrV, &IRbedinnerbndr2d::string_name1,
+                                             &IRbedinnerbndr2d::string_name2)) {
+    reportSharedSide(
+        *this, *bedinnerbndr_ptrV[i], *bedinnerbndr_ptrV[j],
+        "Two inner boundaries share the same boundary_string_name... Every INNER BOUNDARY needs a unique boundary_string_name assigned.",
+        {});
   }
 }
 

@@ -1,5 +1,7 @@
 #include "KESTparse/plane2d/IRbedloadDirection.h"
 
+#include "KESTparse/framework/ListRules.h"
+
 namespace KESTparse {
 
 void IRbedloadDirection::getDescription(std::ostream& out) const {
@@ -91,10 +93,13 @@ void IRbedloadDirection::checkRules() {
     return;
   }
   if (radius_static.empty()) {
-    error(
+    error<&Self::radius_static, &Self::lateral_transport_type>(
+        {"no-radius", "'curvature_effect_static' lacks the radii of the bends",
+         "list in 'radius_static' one radius in m for each material index of 'lateral_index'"},
         "'curvature_effect_static' has been specified in DIRECTION block but 'radius_static' is missing. Please specify 'radius_static'!");
   } else if (radius_static.size() != lateral_index.size()) {
-    error(
+    reportIndexCount<&Self::radius_static, &Self::lateral_index>(
+        *this,
         "Number of entries in 'lateral_index' and 'radius_static' do not match in DIRECTION block.");
   }
 }

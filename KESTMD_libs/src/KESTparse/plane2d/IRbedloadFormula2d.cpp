@@ -116,7 +116,8 @@ void IRbedloadFormula2d::createTags() {
 
 void IRbedloadFormula2d::checkRules() {
   checkIndexedList(
-      *this, theta_critical.size(), theta_critical_index.size(),
+      *this, about<&Self::theta_critical>(*this), about<&Self::theta_critical_index>(*this),
+      theta_critical.size(), theta_critical_index.size(),
       {.indexMissing =
            "'theta_crit' has been specified in PARAMETER block for BEDLOAD but 'theta_crit_index' is missing. Please specify 'theta_crit_index'!",
        .valuesMissing =
@@ -124,7 +125,8 @@ void IRbedloadFormula2d::checkRules() {
        .lengthsDiffer =
            "Number of entries in 'theta_critical_index' and 'theta_critic' do not match in PARAMETER block for BEDLOAD."});
   checkIndexedList(
-      *this, bedforms_factor.size(), bedforms_index.size(),
+      *this, about<&Self::bedforms_factor>(*this), about<&Self::bedforms_index>(*this),
+      bedforms_factor.size(), bedforms_index.size(),
       {.indexMissing =
            "'bedforms_factor' has been specified in PARAMETER block for BEDLOAD but 'bedforms_index' is missing. Please specify 'bedforms_index'!",
        .valuesMissing =

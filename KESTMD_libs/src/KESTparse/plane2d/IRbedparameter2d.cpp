@@ -33,7 +33,8 @@ void IRbedparameter2d::createTags() {
 
 void IRbedparameter2d::checkRules() {
   checkIndexedList(
-      *this, upwind.size(), upwind_index.size(),
+      *this, about<&Self::upwind>(*this), about<&Self::upwind_index>(*this), upwind.size(),
+      upwind_index.size(),
       {.indexMissing =
            "'upwind' has been specified in PARAMETER block for BEDLOAD but 'upwind_index' is missing. Please specify 'upwind_index'!",
        .valuesMissing =

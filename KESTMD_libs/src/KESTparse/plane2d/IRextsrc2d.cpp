@@ -27,10 +27,15 @@ void IRextsrc2d::createTags() {
 
 void IRextsrc2d::checkRules() {
   if (element_ids.empty() && index.empty()) {
-    error("Define 'element_ids' or 'index' for external water source.");
+    error<&Self::element_ids, &Self::index>(
+        {"no-place", "the source does not tell where the water flows in or out",
+         "list elements of the mesh in 'element_ids', or material indices in 'index'"},
+        "Define 'element_ids' or 'index' for external water source.");
   }
   if (!element_ids.empty() && !index.empty()) {
-    error(
+    error<&Self::index, &Self::element_ids>(
+        {"two-places", "the source is placed twice, by 'element_ids' and by 'index'",
+         "keep one of the two lists"},
         "'element_ids' and 'index' are defined for external water source. However, not both can be defined, please choose only one of them.");
   }
 }

@@ -30,15 +30,22 @@ void IRfixbed2d::createTags() {
 
 void IRfixbed2d::checkRules() {
   if (node_ids.size() != zb_fix.size()) {
-    error(
-        "'node_ids' and 'zb_fix' have not the same number of entries in FIXED_BED block. Make sure, every index has a value for zb_fix assigned when using 'nodes' as input_type.");
+    error<&Self::zb_fix, &Self::node_ids>(
+        {"node-count",
+         "the number of levels in 'zb_fix' ({1}) is not that of the nodes in 'node_ids' ({0})",
+         "give one level in m a.s.l. for each node, in the same order"},
+        "'node_ids' and 'zb_fix' have not the same number of entries in FIXED_BED block. Make sure, every index has a value for zb_fix assigned when using 'nodes' as input_type.",
+        node_ids.size(), zb_fix.size());
   }
   if (type == "meshfile") {
     const std::string path = resolvePath(file);
     if (!canOpen(path)) {
-      error(
+      error<&Self::file>(
+          {"missing-file",
+           "the mesh file '{1}' of the fixed bed does not exist or cannot be opened",
+           "name in 'file' the mesh with the levels of the fixed bed, with its folder"},
           "meshfile file '{}' does not exist. Please give a valid file name for the meshfile file. Note: Relative path can be inserted manually, e.g. ../gridFolder/grid.2dm (not over the 'load file' botton).",
-          path);
+          path, file);
     }
   }
 }

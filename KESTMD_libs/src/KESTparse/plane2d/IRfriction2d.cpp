@@ -1,5 +1,6 @@
 #include "KESTparse/plane2d/IRfriction2d.h"
 
+#include "KESTparse/framework/ListRules.h"
 #include "KESTparse/plane2d/IRkestplane.h"
 #include "KESTparse/plane2d/IRmorph2d.h"
 
@@ -64,17 +65,24 @@ void IRfriction2d::createTags() {
 }
 
 void IRfriction2d::checkRules() {
-  const auto* const region = ancestor<IRkestplane>();
-  if (grain_size_friction == "yes" && region != nullptr &&
-      (region->morph_ptr == nullptr || region->morph_ptr->bedmat_ptr == nullptr)) {
-    error("It is not allowed to set grain_size_friction to \"on\" if no bed material is defined.");
+  const IRmorph2d* const morphology = enclosing<IRkestplane>().morph_ptr;
+  if (grain_size_friction == "yes" &&
+      (morphology == nullptr || morphology->bedmat_ptr == nullptr)) {
+    error<&Self::grain_size_friction>(
+        {"no-bed-material",
+         "the friction shall follow from the grain size, but the region has no bed material",
+         "describe the bed in MORPHOLOGY with a BEDMATERIAL block, or set 'grain_size_friction = no'"},
+        "It is not allowed to set grain_size_friction to \"on\" if no bed material is defined.");
   }
   if ((input_type.empty() || input_type == "undefined") && (!index.empty() || !friction.empty())) {
-    warning(
+    warning<&Self::index, &Self::friction>(
+        {"unused-lists", "'index' and 'friction' have no effect, since 'input_type' is not given",
+         "add 'input_type = index_table', or remove both lists"},
         "You have defined values for the 'index' or 'friction' tags. But these values will never be used because the 'input_type' is not set to 'index_table' !");
   }
   if (index.size() != friction.size()) {
-    error(
+    reportIndexCount<&Self::friction, &Self::index>(
+        *this,
         "For each index defined in the tag 'index' a friction value has to be defined in the tag 'friction'.");
   }
 }

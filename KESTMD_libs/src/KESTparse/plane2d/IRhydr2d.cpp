@@ -11,6 +11,7 @@
 #include "KESTparse/plane2d/IRparam2d.h"
 #include "KESTparse/plane2d/IRsrc2d.h"
 #include "KESTparse/plane2d/IRturbulence2d.h"
+#include "KESTparse/plane2d/InnerBoundaries.h"
 
 namespace KESTparse {
 
@@ -64,17 +65,33 @@ bool IRhydr2d::hasDynamicInflow() const {
 void IRhydr2d::checkRules() {
   if (bndr_ptrV.empty()) {
     warning(
+        {"no-boundary", "the region has no BOUNDARY, so that all its edges are walls",
+         "add a BOUNDARY for each string over which water flows in or out, unless there is none"},
         "No BOUNDARY block has been defined for HYDRAULICS. Undefined boundaries are automatically treated as 'wall'.");
   }
   for (const auto& [i, j] : equalPairs(bndr_ptrV, &IRbndr2d::string_name)) {
-    error(
-        "Two hydraulic boundaries share the same boundary_string_name '{}' Every BOUNDARY needs a unique boundary_string_name assigned.",
-        bndr_ptrV[i]->string_name);
+    const IRbndr2d& earlier = *bndr_ptrV[i];
+    const IRbndr2d& later = *bndr_ptrV[j];
+    constexpr const char* text =
+        "Two hydraulic boundaries share the same boundary_string_name '{}' Every BOUNDARY needs a unique boundary_string_name assigned.";
+    if (later.hasTag("string_name")) {
+      report(Severity::error, *this,
+             {about<&IRbndr2d::string_name>(later), about<&IRbndr2d::string_name>(earlier)},
+             {"shared-string", "two BOUNDARY blocks stand on the string '{0}'",
+              "give each BOUNDARY a string of its own"},
+             text, later.string_name);
+    } else {
+      report(Severity::error, *this, {about(later), about(earlier)},
+             {"no-string", "more than one BOUNDARY is without a 'string_name'",
+              "name a string of its own for each BOUNDARY"},
+             text, later.string_name);
+    }
   }
   for (const auto& [i, j] : pairsSharingName(innerbndr_ptrV, &IRinnerboundary2d::string_name1,
                                              &IRinnerboundary2d::string_name2)) {
     // The name shown is that of the ordinary boundary at this place.
-    error(
+    reportSharedSide(
+        *this, *innerbndr_ptrV[i], *innerbndr_ptrV[j],
         "Two inner boundaries share the same boundary_string_name '{}' Every INNER BOUNDARY needs a unique boundary_string_name assigned.",
         i < bndr_ptrV.size() ? bndr_ptrV[i]->string_name : std::string());
   }

@@ -1,5 +1,6 @@
 #include "KESTparse/plane2d/IRic2d.h"
 
+#include "KESTparse/framework/ListRules.h"
 #include "KESTparse/framework/Rules.h"
 
 namespace KESTparse {
@@ -57,46 +58,69 @@ void IRic2d::checkRules() {
   if (!index.empty()) {
     checkIndexTable();
   }
-  if (type == "continue" && checkRestartFile(*this, file, {})) {
-    checkRestartTime(*this, file, restart_solution_time);
+  if (type == "continue" &&
+      checkRestartFile(*this, {about<&Self::file>(*this), about<&Self::type>(*this)}, file, {})) {
+    checkRestartTime(*this, about<&Self::restart_solution_time>(*this), file,
+                     restart_solution_time);
   }
   if (saturations_lower_upper.empty() && saturations_z_lower_upper.empty()) {
     return;
   }
   if (saturations_lower_upper.size() != 2) {
-    error(
-        "Exactly two values of effective saturations must be specified. A minimum and a maximum value. Please correct the input file.");
+    error<&Self::saturations_lower_upper, &Self::saturations_z_lower_upper>(
+        {"saturation-count",
+         "the number of saturations in 'saturations_lower_upper' is {0} and not 2",
+         "give the saturations at the lower and at the upper elevation, such as 'saturations_lower_upper = ( 1.0 0.3 )'"},
+        "Exactly two values of effective saturations must be specified. A minimum and a maximum value. Please correct the input file.",
+        saturations_lower_upper.size());
   }
   if (saturations_z_lower_upper.size() != 2) {
-    error(
-        "Exactly two values of elevation for effective saturations must be specified. A minimum and a maximum value. Please correct the input file.");
+    error<&Self::saturations_z_lower_upper, &Self::saturations_lower_upper>(
+        {"saturation-elevation-count",
+         "the number of elevations in 'saturations_z_lower_upper' is {0} and not 2",
+         "give the lower and the upper elevation in m, such as 'saturations_z_lower_upper = ( 380.0 390.0 )'"},
+        "Exactly two values of elevation for effective saturations must be specified. A minimum and a maximum value. Please correct the input file.",
+        saturations_z_lower_upper.size());
   }
 }
 
 void IRic2d::checkIndexTable() {
   if (v.size() != index.size()) {
-    error(
+    reportIndexCount<&Self::v, &Self::index>(
+        *this,
         "Number of entries in 'index' and 'v' do not match in INITIAL block for HYDRAULICS. Make sure, materialindex in 'index' has assigned a velocity in 'v'.");
   }
   if (u.size() != index.size()) {
-    error(
+    reportIndexCount<&Self::u, &Self::index>(
+        *this,
         "Number of entries in 'index' and 'u' do not match in INITIAL block for HYDRAULICS. Make sure, materialindex in 'index' has assigned a velocity in 'u'.");
   }
+  constexpr const char* wseCount =
+      "Number of entries in 'index' and 'wse' do not match in INITIAL block for HYDRAULICS. Make sure, materialindex in 'index' has assigned a velocity in 'wse'.";
   if (h.empty() && wse.empty()) {
-    error("Neither 'h' nor 'wse' has been defined. You have to define at least one of these.");
-  }
-  if (h.empty()) {
+    // The report counts the missing list too; that is the same fault.
+    for (const char* text :
+         {"Neither 'h' nor 'wse' has been defined. You have to define at least one of these.",
+          wseCount}) {
+      error<&Self::index>(
+          {"no-depth", "the material indices lack their water depths or water levels",
+           "give either 'h' or 'wse' one value in m for each material index"},
+          "{}", text);
+    }
+  } else if (h.empty()) {
     if (wse.size() != index.size()) {
-      error(
-          "Number of entries in 'index' and 'wse' do not match in INITIAL block for HYDRAULICS. Make sure, materialindex in 'index' has assigned a velocity in 'wse'.");
+      reportIndexCount<&Self::wse, &Self::index>(*this, wseCount);
     }
   } else if (wse.empty()) {
     if (h.size() != index.size()) {
-      error(
+      reportIndexCount<&Self::h, &Self::index>(
+          *this,
           "Number of entries in 'index' and 'h' do not match in INITIAL block for HYDRAULICS. Make sure, materialindex in 'index' has assigned a velocity in 'h'.");
     }
   } else {
-    error(
+    error<&Self::wse, &Self::h>(
+        {"two-depths", "both the water depths 'h' and the water levels 'wse' are given",
+         "keep one of the two lists"},
         "Both, 'h' and 'wse' have been assigned to a material index in INITIAL block for HYDRAULICS. Using 'index_table' as initial type, the definition of 'h' OR 'wse' is mandatory.");
   }
 }

@@ -39,9 +39,9 @@ void IRinnerboundary2d::createTags() {
 }
 
 void IRinnerboundary2d::checkRules() {
-  const auto* const region = ancestor<IRkestplane>();
-  if (region != nullptr && region->geom_ptr != nullptr) {
-    region->geom_ptr->checkInnerBoundary(*this, type, string_name1, string_name2);
+  if (const IRgeom2d* const geometry = enclosing<IRkestplane>().geom_ptr; geometry != nullptr) {
+    geometry->checkInnerBoundary(*this, type, about<&Self::string_name1>(*this), string_name1,
+                                 about<&Self::string_name2>(*this), string_name2);
   }
 }
 

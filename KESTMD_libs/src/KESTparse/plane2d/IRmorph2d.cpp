@@ -35,11 +35,17 @@ void IRmorph2d::checkRules() {
                                 susp_load_ptr->susp_param_ptr != nullptr &&
                                 susp_load_ptr->susp_param_ptr->sediment_exchange == "on";
   if (src_ptr != nullptr && bedload_ptr == nullptr && !exchangesWithBed) {
-    warning(
+    report(
+        Severity::warning, *this, {about(*src_ptr)},
+        {"source-without-transport",
+         "sediment from SOURCE stays where it is put, since neither BEDLOAD nor an exchange of SUSPENDED_LOAD with the bed moves it",
+         "add BEDLOAD, or SUSPENDED_LOAD with 'sediment_exchange = on', or remove SOURCE"},
         "A source block for external sources has been defined without bedload or suspension with soil exchange being activated. This doesnt make a lot of sense unless you want to play some kind of bagger-simulator.");
   }
   if (bedmat_ptr != nullptr && bedload_ptr != nullptr && bedload_ptr->formula_ptr != nullptr) {
-    bedmat_ptr->checkBedloadFormula(*this, bedload_ptr->formula_ptr->bedload_formula);
+    const IRbedloadFormula2d& formula = *bedload_ptr->formula_ptr;
+    bedmat_ptr->checkBedloadFormula(*this, about<&IRbedloadFormula2d::bedload_formula>(formula),
+                                    formula.bedload_formula);
   }
 }
 

@@ -60,7 +60,9 @@ void IRmorphextsrc2d::createTags() {
 
 void IRmorphextsrc2d::checkRules() {
   if (node_ids.empty() && elem_ids.empty() && index.empty()) {
-    error(
+    error<&Self::node_ids, &Self::elem_ids, &Self::index>(
+        {"no-place", "the source does not tell where sediment is added or taken",
+         "list nodes of the mesh in 'node_ids', elements in 'elem_ids', or material indices in 'index'"},
         "No 'node_id', 'elem_id, or 'index' were defined to allocate the external sediment source. Please correct the input.");
   }
   if (type != "dredge") {
@@ -69,11 +71,16 @@ void IRmorphextsrc2d::checkRules() {
   const bool hasLevel = dredge_level_absolute != -1.0;
   const bool hasHeight = dredge_height_relative != -1.0;
   if (!hasLevel && !hasHeight) {
-    error(
+    error<&Self::dredge_level_absolute, &Self::dredge_height_relative, &Self::type>(
+        {"dredge-without-level", "the dredging has no bed level to reach",
+         "give 'dredge_level_absolute' in m a.s.l., or 'dredge_height_relative' in m above the original bed; -1 stands for neither"},
         "For a 'dredge' source neither the 'absolute_dredge_level' nor the 'relative_dredge_height' are specified. This is not permitted. Please correct the input.");
   }
   if (hasLevel && hasHeight) {
-    error(
+    error<&Self::dredge_height_relative, &Self::dredge_level_absolute>(
+        {"dredge-with-two-levels",
+         "the dredging has two bed levels to reach, an absolute and a relative one",
+         "keep either 'dredge_level_absolute' or 'dredge_height_relative'"},
         "For a 'dredge' source an absolute dredge level is given as well as an relative dredge height. This is not permitted. Please correct the input.");
     return;
   }

@@ -1,6 +1,7 @@
 #include "KESTparse/plane2d/IRmorphparam2d.h"
 
 #include "KESTparse/base/Conversions.h"
+#include "KESTparse/framework/ListRules.h"
 
 namespace KESTparse {
 
@@ -89,24 +90,37 @@ void IRmorphparam2d::createTags() {
 
 void IRmorphparam2d::checkRules() {
   if (create_new_layers == "on") {
-    for (const double thickness : control_volume_thickness) {
+    for (std::size_t i = 0; i < control_volume_thickness.size(); ++i) {
+      const double thickness = control_volume_thickness[i];
       if (thickness >= max_layer_thickness) {
-        error(
-            "The 'max_layer_thickness' is smaller than the thickness of the bed-load control volume 'control_volume_thickness'. This is not permitted. Please correct the input.");
+        report(
+            Severity::error, *this,
+            {about<&Self::control_volume_thickness>(*this, i + 1),
+             about<&Self::max_layer_thickness>(*this)},
+            {"thick-control-volume",
+             "the control volume of {0} m is not thinner than 'max_layer_thickness', which is {1} m",
+             "give 'max_layer_thickness' more than {0} m, or make the control volume thinner"},
+            "The 'max_layer_thickness' is smaller than the thickness of the bed-load control volume 'control_volume_thickness'. This is not permitted. Please correct the input.",
+            thickness, max_layer_thickness);
       }
     }
   }
   if (control_volume_thickness.size() != control_volume_thickness_index.size()) {
-    error(
+    reportIndexCount<&Self::control_volume_thickness, &Self::control_volume_thickness_index>(
+        *this,
         "The list 'control_volume_thickness' has not the same size as the list 'control_volume_thickness_index'. Please correct the input.");
   }
   if (density > 5000 || density < 10) {
-    warning(
+    warning<&Self::density>(
+        {"unusual-density", "a sediment density of {0} kg/m3 is unusual",
+         "give the density in kg/m3; that of quartz is 2650"},
         "Your defined density = {} [kg/m3] seems to be out of range of common values. Are you really sure the input is correct?",
         doubleToString(density));
   }
   if (porosity > 85 || porosity < 5) {
-    warning(
+    warning<&Self::porosity>(
+        {"unusual-porosity", "a bed with a porosity of {0} % is unusual",
+         "give the share of pores in percent, such as 'porosity = 37'"},
         "Your defined porosity = {} [%] seems to be out of range of common values. Are you really sure the input is correct?",
         doubleToString(porosity));
   }

@@ -34,7 +34,9 @@ void IRoutput2d::initialise() {
 
 void IRoutput2d::checkRules() {
   if (restart_time_step == noRestartTime) {
-    warning(
+    warning<&Self::restart_time_step>(
+        {"no-restart-time", "only the last time step will be written to the restart file",
+         "give the interval for restart files in s with 'restart_time_step'"},
         "No restart time has been chosen. In this case only the last time step is written to the restart file. ");
   }
 }

@@ -8,6 +8,13 @@
 #include "KESTparse/root/IRdomain.h"
 
 namespace KESTparse {
+namespace {
+
+constexpr Words centered = {"node_centered", "element_centered"};
+constexpr Words histories = {"node_history", "element_history", "stringdef_history",
+                             "boundary_history", "edge_history"};
+
+}  // namespace
 
 void IRspecout2d::getDescription(std::ostream& out) const {
   out << "The Special Output block defines a desired output of a simulation.";
@@ -31,12 +38,12 @@ void IRspecout2d::createTags() {
       "These are the variables which can be written either on the nodes or on the element centers of the grid.")
       .mandatory()
       .validEntries(OutputAllBaseInfo::allValueNames(true))
-      .requiredIf("type", {"node_centered", "element_centered"});
+      .requiredIf("type", centered);
   text<&Self::format>(
       "This option provides a choice between different formats for the output of salar or vector data on the mesh.")
       .mandatory()
       .oneOf({"ascii", "sms", "shape", "vtk", "hdf5"})
-      .requiredIf("type", {"node_centered", "element_centered"});
+      .requiredIf("type", centered);
   boolean<&Self::ids_instead_coords>(
       "This option provides the choice between two different idsmsentification types of nodes or elements respectively.")
       .defaultsTo("no")
@@ -51,13 +58,11 @@ void IRspecout2d::createTags() {
       .preset("-1.0")
       .unit("output steps")
       .atLeast(0)
-      .usedIf("type", {"node_history", "element_history", "stringdef_history", "boundary_history",
-                       "edge_history"});
+      .usedIf("type", histories);
   boolean<&Self::history_one_file>(
       "If set to 'yes', the time history outputs are written to one file instead of separate files.")
       .defaultsTo("no")
-      .usedIf("type", {"node_history", "element_history", "stringdef_history", "boundary_history",
-                       "edge_history"});
+      .usedIf("type", histories);
   integers<&Self::element_ids>(
       "This is a list of element indices for the use with output type 'element_history'.")
       .mandatory()
@@ -140,7 +145,7 @@ void IRspecout2d::createTags() {
                        "stringdef_history", "edge_history", "boundary_history"});
   integers<&Self::ids>("Write output values only for the given element- or node-ids.")
       .items(2)
-      .usedIf("type", {"node_centered", "element_centered"});
+      .usedIf("type", centered);
   real<&Self::threshold_wse>(
       "This parameter can be used to set a threshold for the output of the water surface elevation.")
       .defaultsTo("-1000000");
@@ -151,7 +156,10 @@ void IRspecout2d::checkRules() {
   if (has_value_range) {
     ASSERT(value_range.size() == 2, "");
     if (value_range[0] > value_range[1]) {
-      error("Tag 'value_range' is invalid (min > max)");
+      error<&Self::value_range>(
+          {"reversed-range", "the lower end of 'value_range' ({0}) is above the upper one ({1})",
+           "write the smaller value first"},
+          "Tag 'value_range' is invalid (min > max)", value_range[0], value_range[1]);
     }
   }
   const auto has = [](const std::vector<std::string>& list, std::string_view item) {
@@ -164,29 +172,42 @@ void IRspecout2d::checkRules() {
   checkSaturation();
   checkAllDependencies();
   if (format == "sms" && type == "element_centered") {
-    warning(
+    warning<&Self::format, &Self::type>(
+        {"sms-on-elements", "SMS shows values on nodes only, but the output is on elements",
+         "set 'type = node_centered', or choose another 'format'"},
         "The software SMS is only capable to visualize node centred data. It is therefore recommended to use the <b><i>node_centered</i></b> output type when using SMS for postprocessing. Use the QGIS plugin Crayfish for both <b><i>node_centered</i></b> and <b><i>element_centered</i></b> format");
   }
 }
 
 void IRspecout2d::checkSaturation() {
-  const auto* const domain = ancestor<IRdomain>();
-  const bool hasSubsurface = domain != nullptr && !domain->kestSub_ptrV.empty();
-  for (const std::string& item : values) {
-    if (item != "saturation") {
+  const bool hasSubsurface = !enclosing<IRdomain>().kestSub_ptrV.empty();
+  const auto reportNoSubsurface = [this](const Subject& item, fmt::format_string<> text) {
+    report(Severity::error, *this, {item},
+           {"no-subsurface",
+            "the saturation is known only where groundwater is simulated, but there is no KESTSUB",
+            "add a KESTSUB block to DOMAIN, or remove 'saturation' from the list"},
+           text);
+  };
+  for (std::size_t i = 0; i < values.size(); ++i) {
+    if (values[i] != "saturation") {
       continue;
     }
     if (type == "node_centered") {
-      error(
+      report(
+          Severity::error, *this, {about<&Self::values>(*this, i + 1), about<&Self::type>(*this)},
+          {"saturation-on-nodes", "the saturation is known on elements and not on nodes",
+           "set 'type = element_centered', or remove 'saturation' from the list"},
           "Output 'saturation' in 'values' can not be generated for type 'node_centered'. Please choose 'element_centered' for this ouput.");
     } else if (type == "element_centered" && !hasSubsurface) {
-      error(
+      reportNoSubsurface(
+          about<&Self::values>(*this, i + 1),
           "Output 'saturation' in 'values' can not be generated without subsurface simulation. Please define a KESTSUB block!");
     }
   }
-  for (const std::string& item : element_values) {
-    if (item == "saturation" && type == "element_history" && !hasSubsurface) {
-      error(
+  for (std::size_t i = 0; i < element_values.size(); ++i) {
+    if (element_values[i] == "saturation" && type == "element_history" && !hasSubsurface) {
+      reportNoSubsurface(
+          about<&Self::element_values>(*this, i + 1),
           "Output 'saturation' in 'element_values' can not be generated without subsurface simulation. Please define a KESTSUB block!");
     }
   }
@@ -195,68 +216,90 @@ void IRspecout2d::checkSaturation() {
 void IRspecout2d::checkAllDependencies() {
   namespace catalogue = OutputAllBaseInfo;
   // Most lists are empty, and then the catalogue is not asked.
-  const auto check = [this](const std::vector<std::string>& list, auto names, auto dependencies,
-                            std::string_view listName) {
+  const auto check = [this](const std::vector<std::string>& list, const Subject& tag, auto names,
+                            auto dependencies) {
     if (!list.empty()) {
-      checkOutputDependencies(list, names(), dependencies(), listName);
+      checkOutputDependencies(list, tag, names(), dependencies());
     }
   };
-  check(node_values, catalogue::nodeValueNames, catalogue::nodeValueDependencies, "node_values");
+  check(node_values, about<&Self::node_values>(*this), catalogue::nodeValueNames,
+        catalogue::nodeValueDependencies);
   check(
-      element_values, [] { return catalogue::elementValueNames(true); },
-      [] { return catalogue::elementValueDependencies(true); }, "element_values");
-  check(stringdef_values, catalogue::stringdefValueNames, catalogue::stringdefValueDependencies,
-        "stringdef_values");
-  check(edge_values, catalogue::edgeValueNames, catalogue::edgeValueDependencies, "edge_values");
-  check(boundary_values, catalogue::boundaryValueNames, catalogue::boundaryValueDependencies,
-        "boundary_values");
-  check(balance_values, catalogue::balanceValueNames, catalogue::balanceValueDependencies,
-        "balance_values");
+      element_values, about<&Self::element_values>(*this),
+      [] { return catalogue::elementValueNames(true); },
+      [] { return catalogue::elementValueDependencies(true); });
+  check(stringdef_values, about<&Self::stringdef_values>(*this), catalogue::stringdefValueNames,
+        catalogue::stringdefValueDependencies);
+  check(edge_values, about<&Self::edge_values>(*this), catalogue::edgeValueNames,
+        catalogue::edgeValueDependencies);
+  check(boundary_values, about<&Self::boundary_values>(*this), catalogue::boundaryValueNames,
+        catalogue::boundaryValueDependencies);
+  check(balance_values, about<&Self::balance_values>(*this), catalogue::balanceValueNames,
+        catalogue::balanceValueDependencies);
   check(
-      values, [] { return catalogue::allValueNames(true); },
-      [] { return catalogue::allValueDependencies(true); }, "values");
+      values, about<&Self::values>(*this), [] { return catalogue::allValueNames(true); },
+      [] { return catalogue::allValueDependencies(true); });
 }
 
-void IRspecout2d::checkOutputDependencies(const std::vector<std::string>& list,
+void IRspecout2d::checkOutputDependencies(const std::vector<std::string>& list, const Subject& tag,
                                           const std::vector<std::string>& valid_values,
-                                          const std::vector<std::uint32_t>& dependencies,
-                                          std::string_view listName) {
+                                          const std::vector<std::uint32_t>& dependencies) {
+  const std::string_view listName = tag.member;
   ASSERT(valid_values.size() == dependencies.size(),
          "error, dependencies and valid_values arrays have not the same length for "
              << listName << ". fix it in the OutputXXXData class");
-  const auto* const region = ancestor<IRkestplane>();
-  const IRmorph2d* const morphology = region == nullptr ? nullptr : region->morph_ptr;
-  const bool hasBedload = morphology != nullptr && (morphology->bedload_ptr != nullptr ||
-                                                    morphology->gravity_ptr != nullptr);
-  const bool hasSuspension = morphology != nullptr && morphology->susp_load_ptr != nullptr;
-  for (const std::string& item : list) {
-    ASSERT(item.find('[') == std::string::npos || item.back() == ']', "tmp.size() == 2");
-    const std::string_view value = splitOutputItem(item).value;
+  for (std::size_t i = 0; i < list.size(); ++i) {
+    ASSERT(list[i].find('[') == std::string::npos || list[i].back() == ']', "tmp.size() == 2");
+    const std::string_view value = splitOutputItem(list[i]).value;
     const auto last = std::find(valid_values.rbegin(), valid_values.rend(), value);
     const auto idx = valid_values.rend() - last - 1;
     ASSERT(idx != -1, "");
     const std::uint32_t dependency = dependencies[static_cast<std::size_t>(idx)];
-    if (dependency == OutputAllBaseInfo::always) {
-      continue;
+    if (dependency != OutputAllBaseInfo::always) {
+      Subject item = tag;
+      item.item = static_cast<std::uint32_t>(i + 1);
+      checkOutputDependency(item, value, dependency);
     }
-    if (morphology == nullptr) {
-      error(
-          "Output of type '{}' defined in '{}' can not be generated without morphological simulation.",
-          value, listName);
-    } else if (dependency == OutputAllBaseInfo::needsBedload && !hasBedload) {
-      error(
-          "Output of type '{}' defined in '{}' can not be generated without bedload or gravitational transport simulation.",
-          value, listName);
-    } else if (dependency == OutputAllBaseInfo::needsSuspension && !hasSuspension) {
-      error(
-          "Output of type '{}' defined in '{}' can not be generated without suspended solid simulation.",
-          value, listName);
-    } else if (dependency == OutputAllBaseInfo::needsAnyTransport && !hasBedload &&
-               !hasSuspension) {
-      error(
-          "Output of type '{}' defined in '{}' can not be generated without bedload or suspended solid simulation.",
-          value, listName);
-    }
+  }
+}
+
+void IRspecout2d::checkOutputDependency(const Subject& item, std::string_view value,
+                                        std::uint32_t dependency) {
+  const std::string_view listName = item.member;
+  const IRmorph2d* const morphology = enclosing<IRkestplane>().morph_ptr;
+  const bool hasBedload = morphology != nullptr && (morphology->bedload_ptr != nullptr ||
+                                                    morphology->gravity_ptr != nullptr);
+  const bool hasSuspension = morphology != nullptr && morphology->susp_load_ptr != nullptr;
+  if (morphology == nullptr) {
+    report(
+        Severity::error, *this, {item},
+        {"no-morphology",
+         "'{0}' comes from the simulation of sediment, but the region has no MORPHOLOGY",
+         "add a MORPHOLOGY block to the region, or remove '{0}' from '{1}'"},
+        "Output of type '{}' defined in '{}' can not be generated without morphological simulation.",
+        value, listName);
+  } else if (dependency == OutputAllBaseInfo::needsBedload && !hasBedload) {
+    report(
+        Severity::error, *this, {item},
+        {"no-bedload",
+         "'{0}' comes from bed load or gravitational transport, but MORPHOLOGY has neither",
+         "add BEDLOAD or GRAVITATIONAL_TRANSPORT to MORPHOLOGY, or remove '{0}' from '{1}'"},
+        "Output of type '{}' defined in '{}' can not be generated without bedload or gravitational transport simulation.",
+        value, listName);
+  } else if (dependency == OutputAllBaseInfo::needsSuspension && !hasSuspension) {
+    report(
+        Severity::error, *this, {item},
+        {"no-suspension", "'{0}' comes from suspended load, but MORPHOLOGY has none",
+         "add SUSPENDED_LOAD to MORPHOLOGY, or remove '{0}' from '{1}'"},
+        "Output of type '{}' defined in '{}' can not be generated without suspended solid simulation.",
+        value, listName);
+  } else if (dependency == OutputAllBaseInfo::needsAnyTransport && !hasBedload && !hasSuspension) {
+    report(
+        Severity::error, *this, {item},
+        {"no-transport", "'{0}' comes from moving sediment, but MORPHOLOGY moves none",
+         "add BEDLOAD, GRAVITATIONAL_TRANSPORT or SUSPENDED_LOAD to MORPHOLOGY, or remove '{0}' from '{1}'"},
+        "Output of type '{}' defined in '{}' can not be generated without bedload or suspended solid simulation.",
+        value, listName);
   }
 }
 

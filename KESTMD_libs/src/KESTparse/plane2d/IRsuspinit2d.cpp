@@ -1,5 +1,6 @@
 #include "KESTparse/plane2d/IRsuspinit2d.h"
 
+#include "KESTparse/framework/ListRules.h"
 #include "KESTparse/framework/Rules.h"
 
 namespace KESTparse {
@@ -37,26 +38,41 @@ void IRsuspinit2d::checkRules() {
   if (type == "index_table") {
     checkIndexTable();
   }
-  if (type == "continue" && checkRestartFile(*this, file, {})) {
-    checkRestartTime(*this, file, restart_solution_time);
+  if (type == "continue" &&
+      checkRestartFile(*this, {about<&Self::file>(*this), about<&Self::type>(*this)}, file, {})) {
+    checkRestartTime(*this, about<&Self::restart_solution_time>(*this), file,
+                     restart_solution_time);
   }
 }
 
 void IRsuspinit2d::checkIndexTable() {
   if (index.size() != concentration.size()) {
-    error("The number of values in the index list is not the same as in the concentrations list.");
+    reportIndexCount<&Self::concentration, &Self::index>(
+        *this,
+        "The number of values in the index list is not the same as in the concentrations list.");
   }
   if (index.size() != mixture.size()) {
-    error("The number of values in the index list is not the same as in the mixtures list.");
+    reportIndexCount<&Self::mixture, &Self::index>(
+        *this, "The number of values in the index list is not the same as in the mixtures list.");
   }
-  for (const double value : concentration) {
+  for (std::size_t i = 0; i < concentration.size(); ++i) {
+    const double value = concentration[i];
+    const Subject item = about<&Self::concentration>(*this, i + 1);
     if (value < 0) {
-      error(
-          "Negative concentrations in the concentration list for index_table is not allowed. Concentrations are between 0 and 1.");
+      report(
+          Severity::error, *this, {item},
+          {"negative-concentration", "the concentration {0} is negative",
+           "give the concentration as a share between 0 and 1"},
+          "Negative concentrations in the concentration list for index_table is not allowed. Concentrations are between 0 and 1.",
+          value);
     }
     if (value > 1.0) {
-      error(
-          "Concentrations above 1.0 in the concentration list for index_table is not allowed. Concentrations are between 0 and 1.");
+      report(
+          Severity::error, *this, {item},
+          {"concentration-above-one", "the concentration {0} is more than the whole, which is 1",
+           "give the concentration as a share between 0 and 1"},
+          "Concentrations above 1.0 in the concentration list for index_table is not allowed. Concentrations are between 0 and 1.",
+          value);
     }
   }
 }

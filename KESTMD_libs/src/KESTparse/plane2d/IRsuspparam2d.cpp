@@ -1,5 +1,6 @@
 #include "KESTparse/plane2d/IRsuspparam2d.h"
 
+#include "KESTparse/bedmaterial/IRgrainclass.h"
 #include "KESTparse/plane2d/IRbedmat2d.h"
 #include "KESTparse/plane2d/IRmorph2d.h"
 
@@ -125,22 +126,33 @@ void IRsuspparam2d::createTags() {
 }
 
 void IRsuspparam2d::checkRules() {
-  const auto* const morphology = ancestor<IRmorph2d>();
-  const IRbedmat2d* const material = morphology == nullptr ? nullptr : morphology->bedmat_ptr;
+  const IRbedmat2d* const material = enclosing<IRmorph2d>().bedmat_ptr;
   // Without grain classes there is nothing to compare with; that they are missing is told above.
   const bool hasGrains = material != nullptr && material->grncls_ptr != nullptr;
   const std::size_t numDiameters = hasGrains ? material->numGrainClasses() : 0;
   const auto numFractions = static_cast<std::size_t>(number_susp_fractions);
   if (hasGrains && numFractions > numDiameters) {
-    error(
-        "number of suspended fractions is higher than the amount of grain classes defined in the bed material block!");
+    report(
+        Severity::error, *this,
+        {about<&Self::number_susp_fractions>(*this),
+         about<&IRgrainclass::diameters>(*material->grncls_ptr)},
+        {"too-many-fractions",
+         "more grain classes shall be suspended ({0}) than GRAIN_CLASS lists ({1})",
+         "lower 'number_susp_fractions' to the number of diameters in GRAIN_CLASS, or list more diameters there"},
+        "number of suspended fractions is higher than the amount of grain classes defined in the bed material block!",
+        numFractions, numDiameters);
   }
   if (numFractions != pickup_factors.size() && sediment_exchange == "on") {
-    error(
-        "The amount of pickup factors is different from the number of suspended fractions. Make sure to assign a pickup factor for every fraction.");
+    error<&Self::pickup_factors, &Self::number_susp_fractions>(
+        {"pickup-count",
+         "the number of values in 'pickup_factors' ({0}) is not that of the suspended grain classes ({1})",
+         "give 'pickup_factors' as many values as 'number_susp_fractions' tells"},
+        "The amount of pickup factors is different from the number of suspended fractions. Make sure to assign a pickup factor for every fraction.",
+        pickup_factors.size(), numFractions);
   }
   if (material != nullptr) {
-    material->checkSettlingVelocities(*this, sink_velocity_type, settling_velocities);
+    material->checkSettlingVelocities(*this, about<&Self::settling_velocities>(*this),
+                                      sink_velocity_type, settling_velocities);
   }
 }
 

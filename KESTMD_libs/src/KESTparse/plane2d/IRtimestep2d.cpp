@@ -62,7 +62,11 @@ void IRtimestep2d::createTags() {
 
 void IRtimestep2d::checkRules() {
   if (morph_cycle == "dynamic" && isOneOf(cycle_step_file, {"", "UnspecifiedHydroStepFile"})) {
-    error("A 'filename' must be defined for a morph cycle with dynamic cycle steps in time. ");
+    error<&Self::cycle_step_file, &Self::morph_cycle>(
+        {"dynamic-cycle-without-file",
+         "a dynamic 'morph_cycle' needs a file with its cycle steps over time",
+         "name it in 'cycle_step_file', or set 'morph_cycle = constant' and give 'cycle_step'"},
+        "A 'filename' must be defined for a morph cycle with dynamic cycle steps in time. ");
   }
 }
 

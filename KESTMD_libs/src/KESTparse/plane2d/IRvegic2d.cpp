@@ -42,8 +42,11 @@ void IRvegic2d::createTags() {
 void IRvegic2d::checkRules() {
   const RestartFileWords words{
       .unsetFile = "unspecified_file", .showsNameAsGiven = true, .tellsNote = false};
-  if (type == "continue" && checkRestartFile(*this, file, words)) {
-    checkRestartTime(*this, file, restart_solution_time);
+  if (type == "continue" &&
+      checkRestartFile(*this, {about<&Self::file>(*this), about<&Self::type>(*this)}, file,
+                       words)) {
+    checkRestartTime(*this, about<&Self::restart_solution_time>(*this), file,
+                     restart_solution_time);
   }
 }
 

@@ -1,8 +1,10 @@
 #include "KESTparse/root/IRdomain.h"
 
 #include <algorithm>
+#include <map>
 
 #include "KESTparse/chain1d/IRcalc1d.h"
+#include "KESTparse/framework/Rules.h"
 #include "KESTparse/linking/IRcontroller.h"
 #include "KESTparse/linking/IRcouplings.h"
 #include "KESTparse/linking/IRctrlmanipulatedvar.h"
@@ -92,7 +94,7 @@ bool IRdomain::isControlled(std::string_view region, std::string_view location) 
   return places != byRegion.end() && places->second.contains(location);
 }
 
-const std::vector<std::string>& IRdomain::placesControlledAgain() const {
+const std::vector<IRdomain::ControlledAgain>& IRdomain::placesControlledAgain() const {
   return controlledPlaces().again;
 }
 
@@ -103,8 +105,9 @@ const IRdomain::ControlledPlaces& IRdomain::controlledPlaces() const {
       for (const IRctrlmanipulatedvar* variable : controller->manipulated) {
         const std::string& region = variable->position_region;
         const std::string& location = variable->position_identifier;
-        if (!places.byRegion[region].insert(location).second) {
-          places.again.push_back(fmt::format("{}.{}", region, location));
+        const auto [place, isNew] = places.byRegion[region].try_emplace(location, variable);
+        if (!isNew) {
+          places.again.push_back({fmt::format("{}.{}", region, location), variable, place->second});
         }
       }
     }
@@ -122,14 +125,25 @@ const IRkestplane* IRdomain::findPlane(std::string_view region_name) const {
   return places.count == 0 ? nullptr : kestplane_ptrV[places.first];
 }
 
+std::string IRdomain::perhapsRegion(std::string_view region_name) const {
+  const std::string chain = perhaps(region_name, cr1d_ptrV, &IRcalc1d::region_name);
+  return chain.empty() ? perhaps(region_name, kestplane_ptrV, &IRkestplane::region_name) : chain;
+}
+
 void IRdomain::checkRules() {
   ASSERT(this->getNumBlocksNamed("KESTCHAIN_1D") == cr1d_ptrV.size(), "");
-  std::set<std::string_view> names;
-  const auto checkNames = [this, &names](std::string_view keyword, const auto& regions) {
+  std::map<std::string_view, Subject> firstOfName;
+  const auto checkNames = [this, &firstOfName]<class Region>(std::string_view keyword,
+                                                             const std::vector<Region*>& regions) {
     for (std::size_t number = 0; number < regions.size(); ++number) {
       const std::string& name = regions[number]->getTag("region_name", 0).getRawValue();
-      if (!names.insert(name).second) {
-        error("Region name '{}' of {} block nr. {} is already used.", name, keyword, number);
+      const Subject tag = about<&Region::region_name>(*regions[number]);
+      const auto [first, isNew] = firstOfName.try_emplace(name, tag);
+      if (!isNew) {
+        report(Severity::error, *this, {tag, first->second},
+               {"second-region-name", "two regions have the name '{0}'",
+                "give each region a 'region_name' of its own"},
+               "Region name '{}' of {} block nr. {} is already used.", name, keyword, number);
       }
     }
   };
@@ -138,7 +152,9 @@ void IRdomain::checkRules() {
   checkNames("KESTSUB", kestSub_ptrV);
   checkNames("KEST_EXTERN", kestextern_ptrV);
   if (cr1d_ptrV.empty() && kestplane_ptrV.empty() && kestSub_ptrV.empty()) {
-    error("There is no KESTCHAIN_1D, KESTPLANE_2D or KESTSUB block defined.");
+    error({"no-region", "the DOMAIN has no region that could be simulated",
+           "add a KESTCHAIN_1D, KESTPLANE_2D or KESTSUB block"},
+          "There is no KESTCHAIN_1D, KESTPLANE_2D or KESTSUB block defined.");
   }
 }
 

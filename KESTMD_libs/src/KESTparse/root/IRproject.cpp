@@ -23,7 +23,9 @@ void IRproject::getExample(std::ostream& out) const {
 
 void IRproject::checkRules() {
   if (real_time_factor != -1.0) {
-    warning(
+    warning<&Self::real_time_factor>(
+        {"slowed-down", "'real_time_factor' can slow down the simulation very much",
+         "remove 'real_time_factor', unless the simulation shall keep pace with a clock"},
         " !!! Attention !!!:\n if the real_time_factor is set, the simulation can extremely be slowed down!\nBe sure that you know what you are doing...");
   }
 }

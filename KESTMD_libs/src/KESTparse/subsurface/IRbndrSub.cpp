@@ -12,6 +12,13 @@ void IRbndrSub::getDescription(std::ostream& out) const {
   out << "Defines boundary conditions for subsurface model.";
 }
 
+namespace {
+
+constexpr Words onFaces{"bounce_back", "pressure",      "saturation",
+                        "hydrostatic", "zero_gradient", "seepage"};
+
+}  // namespace
+
 void IRbndrSub::createTags() {
   text<&Self::type>("pressure: Applies given pressure on the boundary nodes.")
       .mandatory()
@@ -22,18 +29,15 @@ void IRbndrSub::createTags() {
       .mandatory()
       .preset("north")
       .oneOf({"west", "east", "north", "south", "back", "front"})
-      .requiredIf("type", {"bounce_back", "pressure", "saturation", "hydrostatic", "zero_gradient",
-                           "seepage"});
+      .requiredIf("type", onFaces);
   reals<&Self::from_to1>(
       "Specification of boundary region which is given as rectangle. Coordinate range at axis 1. Sequence of coordinates = xz, yz, xy.")
       .mandatory()
-      .requiredIf("type", {"bounce_back", "pressure", "saturation", "hydrostatic", "zero_gradient",
-                           "seepage"});
+      .requiredIf("type", onFaces);
   reals<&Self::from_to2>(
       "Specification of boundary region which is given as rectangle. Coordinate range at axis 2. Sequence of coordinates = xz, yz, xy.")
       .mandatory()
-      .requiredIf("type", {"bounce_back", "pressure", "saturation", "hydrostatic", "zero_gradient",
-                           "seepage"});
+      .requiredIf("type", onFaces);
   seriesFile<&Self::file, &Self::file_table>("Filename of the file containing the time series")
       .preset("UnspecifiedBoundaryFile");
   real<&Self::depth_min>(
@@ -54,15 +58,22 @@ void IRbndrSub::createTags() {
 
 void IRbndrSub::checkRules() {
   if (!deriveKind()) {
-    error("The boundary type '{}' is not supported. Please correct the input.", type);
+    error<&Self::type>({"unknown-type", "there is no boundary type '{0}'",
+                        "choose one of the types that the manual lists, such as 'type = seepage'"},
+                       "The boundary type '{}' is not supported. Please correct the input.", type);
   }
   if (!deriveFaceLetter()) {
-    error("The boundary face '{}' is not supported. Please correct the input.", face);
+    error<&Self::face>({"unknown-face", "the mesh has no face '{0}'",
+                        "choose 'west', 'east', 'north', 'south', 'back' or 'front'"},
+                       "The boundary face '{}' is not supported. Please correct the input.", face);
   }
   const bool needsFile =
       kind == Kind::saturation || kind == Kind::pressure || kind == Kind::hydrostatic;
   if (needsFile && file == "UnspecifiedBoundaryFile") {
-    error("No file is given for boundary type '{}'. Please correct the input.", type);
+    error<&Self::file, &Self::type>(
+        {"boundary-without-file", "a boundary of type '{0}' needs its values over time",
+         "name the series of times and values in 'file'"},
+        "No file is given for boundary type '{}'. Please correct the input.", type);
   }
   if (material_index.empty()) {
     material_index.push_back(1);
@@ -71,9 +82,14 @@ void IRbndrSub::checkRules() {
     return list.empty() || list.size() == 2;
   };
   if (!isRange(from_to1) || !isRange(from_to2)) {
-    error(
+    const bool isFirst = !isRange(from_to1);
+    const Subject wrong = isFirst ? about<&Self::from_to1>(*this) : about<&Self::from_to2>(*this);
+    report(
+        Severity::error, *this, {wrong},
+        {"range-count", "'{1}' needs two coordinates, from and to, and has {2}",
+         "give two coordinates, such as '{1} = (0.0 10.0)'"},
         "The boundary range must contain 2 values (from->to) for boundary type '{}'. Please correct the input.",
-        type);
+        type, wrong.member, isFirst ? from_to1.size() : from_to2.size());
   }
 }
 

@@ -14,9 +14,16 @@ void IRextsrcSub::createTags() {
 
 void IRextsrcSub::checkRules() {
   if (x_values.size() != y_values.size()) {
-    error("Number of x- and y-values must be the same.");
+    error<&Self::y_values, &Self::x_values>(
+        {"point-count",
+         "the lists 'x_values' and 'y_values' of the points differ in length: {0} and {1}",
+         "give one x and one y coordinate for each point"},
+        "Number of x- and y-values must be the same.", x_values.size(), y_values.size());
   } else if (x_values.empty()) {
-    error("No x- and y-values are specified.");
+    error<&Self::x_values, &Self::y_values>(
+        {"no-points", "the source has no points",
+         "list the coordinates of its points in 'x_values' and 'y_values'"},
+        "No x- and y-values are specified.");
   }
 }
 

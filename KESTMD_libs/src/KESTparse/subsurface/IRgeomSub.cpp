@@ -47,19 +47,25 @@ void IRgeomSub::checkRules() {
   // The number shown is always that of the reference coordinates.
   constexpr std::size_t numCoordinates = 3;
   if (ref_coordinates.size() != numCoordinates) {
-    error(
+    error<&Self::ref_coordinates>(
+        {"coordinate-count", "'ref_coordinates' needs three coordinates, x, y and z, and has {0}",
+         "give three, such as 'ref_coordinates = (0.0 0.0 0.0)'"},
         "Exactly three reference coordinates must be given. Only '{}' are given. \nPlease correct the input.",
         ref_coordinates.size());
   }
   if (base_vector_i.size() != numCoordinates) {
-    error(
+    error<&Self::base_vector_i>(
+        {"coordinate-count", "'base_vector_i' needs three coordinates, x, y and z, and has {1}",
+         "give three, such as 'base_vector_i = (1.0 0.0 0.0)'"},
         "Exactly three vector coordinates for the base vector in i-direction of the lattice must be given. Only '{}' are given. \nPlease correct the input.",
-        ref_coordinates.size());
+        ref_coordinates.size(), base_vector_i.size());
   }
   if (base_vector_j.size() != numCoordinates) {
-    error(
+    error<&Self::base_vector_j>(
+        {"coordinate-count", "'base_vector_j' needs three coordinates, x, y and z, and has {1}",
+         "give three, such as 'base_vector_j = (0.0 1.0 0.0)'"},
         "Exactly three vector coordinates for the base vector in j-direction of the lattice must be given. Only '{}' are given. \nPlease correct the input.",
-        ref_coordinates.size());
+        ref_coordinates.size(), base_vector_j.size());
   }
 }
 
@@ -71,13 +77,21 @@ void IRgeomSub::checkZones() {
   const auto walkEnd = static_cast<std::size_t>(defaultZone - zones_ptrV.begin());
   for (const auto& [i, j] : equalPairs(zones_ptrV, &IRzoneSub::name)) {
     if (i <= walkEnd) {
-      error(
+      report(
+          Severity::error, *this,
+          {about<&IRzoneSub::name>(*zones_ptrV[j]), about<&IRzoneSub::name>(*zones_ptrV[i])},
+          {"second-name", "two ZONE blocks share the name '{0}'",
+           "give each ZONE a 'name' of its own"},
           "Two zone definitions in ZONE blocks share the same name: '{}' Every zone definition should have a unique name.",
           zones_ptrV[i]->name);
     }
   }
   if (defaultZone == last) {
-    error("A ZONE with type 'default'  must be given in the ZONE blocks.");
+    report(Severity::error, *this,
+           {(*last)->type == "default" ? about<&IRzoneSub::type>(**last) : about(*this)},
+           {"no-default-zone", "none of the ZONE blocks before the last one has the type 'default'",
+            "put a ZONE with 'type = default' before the last one"},
+           "A ZONE with type 'default'  must be given in the ZONE blocks.");
   }
 }
 

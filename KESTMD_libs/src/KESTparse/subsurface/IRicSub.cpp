@@ -33,7 +33,7 @@ void IRicSub::createTags() {
 
 void IRicSub::checkRules() {
   if (type == "continue") {
-    checkRestartFile(*this, file, {});
+    checkRestartFile(*this, {about<&Self::file>(*this), about<&Self::type>(*this)}, file, {});
   }
 }
 

@@ -2,6 +2,7 @@
 
 #include <map>
 
+#include "KESTparse/framework/Rules.h"
 #include "KESTparse/subsurface/IRbndrSub.h"
 #include "KESTparse/subsurface/IRgeomSub.h"
 #include "KESTparse/subsurface/IRicSub.h"
@@ -51,7 +52,18 @@ void IRkestSub::checkRules() {
       soil->zoneSub_ptr_ = it->second;
     }
     if (soil->zoneSub_ptr_ == nullptr) {
-      error("The soil refers to the zone '{}' which could not be found.", soil->zone);
+      static constexpr char text[] = "The soil refers to the zone '{}' which could not be found.";
+      if (soil->hasTag("zone")) {
+        report(Severity::error, *this, {about<&IRsoilSub::zone>(*soil)},
+               {"unknown-zone", "there is no ZONE named '{0}' in this region",
+                "name one of the ZONE blocks in GEOMETRY{1}, or define '{0}' there"},
+               text, soil->zone, perhaps(soil->zone, geom_ptr->zones_ptrV, &IRzoneSub::name));
+      } else {
+        report(Severity::error, *this, {about(*soil)},
+               {"soil-without-zone", "the soil does not tell in which zone it lies",
+                "name in 'zone' one of the ZONE blocks in GEOMETRY"},
+               text, soil->zone);
+      }
     }
   }
 }

@@ -16,7 +16,8 @@ void IRmaterialSub::createTags() {}
 
 void IRmaterialSub::checkRules() {
   if (soil_ptrV.empty()) {
-    error("No SOIL was defined within the MATERIAL block. At least one soil is required.");
+    error({"no-soil", "MATERIAL has no soil", "add at least one block SOIL_DEF"},
+          "No SOIL was defined within the MATERIAL block. At least one soil is required.");
   }
 }
 

@@ -27,7 +27,9 @@ void IRsoilSub::createTags() {
 
 void IRsoilSub::checkRules() {
   if (retentionmodel_ptr_ == nullptr) {
-    error("In SOIL_DEF block , a RETENTION_MODEL block must be specified");
+    error({"no-retention-model", "the soil does not tell how it retains water",
+           "add a block RETENTION_MODEL to SOIL_DEF"},
+          "In SOIL_DEF block , a RETENTION_MODEL block must be specified");
   }
 }
 
