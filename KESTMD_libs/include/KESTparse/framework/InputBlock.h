@@ -188,8 +188,6 @@ class InputBlock {
   [[nodiscard]] const std::vector<Message>& getWarnings() const;
   /// Adds an error or a warning; rules add theirs by the words of `RuleMessage.h`.
   void addMessage(Severity severity, Message message);
-  // TRANSITION: goes when all rules say what they are about.
-  void addError(std::string text) { addMessage(Severity::error, {std::move(text), nullptr}); }
   /// The place in the schema of the tag that is bound to `member`; -1 when there is none.
   [[nodiscard]] int getTagPositionOfMember(std::string_view member) const;
 

@@ -189,17 +189,6 @@ class SchemaBlock : public Base {
     report(Severity::error, *this, {about<Members>(static_cast<const Self&>(*this))...}, rule, text,
            values...);
   }
-  // TRANSITION: goes when all rules say what they are about.
-  template <typename... Values>
-  void error(fmt::format_string<const Values&...> text, const Values&... values) {
-    this->addMessage(Severity::error,
-                     {fmt::vformat(text, fmt::make_format_args(values...)), nullptr});
-  }
-  template <typename... Values>
-  void warning(fmt::format_string<const Values&...> text, const Values&... values) {
-    this->addMessage(Severity::warning,
-                     {fmt::vformat(text, fmt::make_format_args(values...)), nullptr});
-  }
   /// Reports a warning of this block likewise.
   template <auto... Members, typename... Values>
   void warning(const RuleWords<std::type_identity_t<Values>...>& rule,
