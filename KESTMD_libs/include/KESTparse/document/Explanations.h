@@ -32,10 +32,22 @@ struct FaultySyntax {
   const SyntaxTree& tree;
   const TreeFaultAt& fault;
   const InputBlock* block;  ///< the block that the faulty node stands in; null where none is known
+  const LineTable& lines;   ///< of the text of the tree
 };
 
 /// What is wrong with the syntax.
 Diagnostic explainSyntax(const FaultySyntax& faulty);
+
+/// Why a file cannot be opened.
+struct MissingFile {
+  std::string_view code;
+  std::string message;
+  std::string help;
+  std::string meant = {};  ///< the name that must be meant, of a file that exists; or empty
+};
+
+/// What is wrong with `name`, the value of a tag, as the name of a file that cannot be opened.
+MissingFile explainMissingFile(std::string_view name);
 
 /// The names of the tags or of the sub-blocks of a block, in the order of the schema.
 std::vector<std::string_view> tagNamesOf(const InputBlock& block);
