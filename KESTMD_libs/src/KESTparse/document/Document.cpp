@@ -451,7 +451,8 @@ class Document::Checker {
   void explainSyntaxFaults() {
     for (const TreeFaultAt& fault : d_->syntax_.faults()) {
       const NodeId parent = fault.node == noNode ? noNode : d_->syntax_[fault.node].parent;
-      d_->diagnostics_.push_back(explainSyntax({d_->syntax_, fault, b_->blockAt(parent)}));
+      d_->diagnostics_.push_back(
+          explainSyntax({d_->syntax_, fault, b_->blockAt(parent), d_->lines_}));
     }
   }
 

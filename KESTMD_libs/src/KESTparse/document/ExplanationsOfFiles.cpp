@@ -20,8 +20,11 @@ enum class Found { nothing, folder, file, unreadable };
 
 /// The one place that looks at the disk by the name that a command file gives.
 Found findFile(const std::string& name) {
-  const std::string path = resolvePath(name);
+  const std::string path = openedPath(resolvePath(name));
   std::error_code error;
+  if (!GlobalValues::instance().readsFiles) {
+    return Found::nothing;
+  }
   if (std::filesystem::is_directory(path, error)) {
     return Found::folder;
   }
@@ -37,7 +40,7 @@ std::vector<std::string> namesIn(const std::string& name) {
   constexpr std::size_t most = 10000;
   std::vector<std::string> names;
   std::error_code error;
-  const std::string path = resolvePath(name.empty() ? "." : name);
+  const std::string path = openedPath(resolvePath(name.empty() ? "." : name));
   for (std::filesystem::directory_iterator entry(path, error), end; entry != end && !error;
        entry.increment(error)) {
     names.push_back(entry->path().filename().string());
