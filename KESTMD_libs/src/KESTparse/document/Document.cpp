@@ -58,6 +58,13 @@ bool isUtf8(std::string_view text) {
   return true;
 }
 
+/// A tag of the setup, whatever instance of it there is.
+using TagPlace = std::pair<const InputBlock*, std::size_t>;
+
+TagPlace placeOf(const InputTag& tag) {
+  return {tag.getActualParent(), tag.getPosition()};
+}
+
 void relate(Diagnostic& told, Span at, std::string message) {
   Related& related = told.related.emplace_back();
   related.at.at = at;
@@ -98,6 +105,10 @@ class Document::Builder {
       } else if (node.kind == NodeKind::tag) {
         makeTag(id, node, *parent);
       }
+    }
+    // Rules take a tag that is there for one that holds a value.
+    for (InputTag* const tag : toRemove_) {
+      tag->getActualParent()->removeTag(*tag);
     }
     d_->root_->addStandingBlocks();
     complete(*d_->root_);
@@ -231,11 +242,11 @@ class Document::Builder {
     }
     d_->made_[id] = tag;
     if (hasFaultyValue_.contains(id)) {
-      refusedTags.insert(tag);
+      refuse(id, *tag);
       skip(node);
       return;
     }
-    setValue(node, *tag, parent);
+    setValue(id, node, *tag, parent);
   }
 
   void explainSecondTag(NodeId id, const SyntaxNode& node, const InputBlock& parent) {
@@ -273,7 +284,7 @@ class Document::Builder {
     told.fixes = std::move(fixes);
   }
 
-  void setValue(const SyntaxNode& node, InputTag& tag, const InputBlock& parent) {
+  void setValue(NodeId id, const SyntaxNode& node, InputTag& tag, const InputBlock& parent) {
     const Span value = d_->syntax_.valueOf(node);
     std::string refusal;
     const auto stop = stopOf([&] {
@@ -284,7 +295,7 @@ class Document::Builder {
       }
     });
     if (!refusal.empty()) {
-      refusedTags.insert(&tag);
+      refuse(id, tag);
       Diagnostic told =
           explainValue({tag, parent, d_->syntax_.text(), value, node.name(), refusal});
       if (told.code == code::exclusiveTags) {
@@ -293,7 +304,7 @@ class Document::Builder {
       diagnostics.push_back(std::move(told));
       skip(node);
     } else if (stop && stop->kind != Stopped::Kind::skipped) {
-      stoppedTags.insert(&tag);
+      unknown.insert(placeOf(tag));
       addStop(*stop, value);
     }
   }
@@ -366,6 +377,12 @@ class Document::Builder {
     return longest;
   }
 
+  void refuse(NodeId id, InputTag& tag) {
+    d_->made_[id] = nullptr;
+    unknown.insert(placeOf(tag));
+    toRemove_.push_back(&tag);
+  }
+
   /// Remembers the words of what could not be read: what is missing elsewhere may stand there.
   void skip(const SyntaxNode& node) { skipped_.push_back(node.whole()); }
 
@@ -394,7 +411,7 @@ class Document::Builder {
       goesOn = stop.has_value() && block.getNumTags() > before;
       if (stop) {
         const InputTag& tag = block.getTag(block.getNumTags() - 1);
-        refusedTags.insert(&tag);
+        unknown.insert(placeOf(tag));
         badDefaults.emplace_back(&block, &tag);
       }
     }
@@ -409,11 +426,11 @@ class Document::Builder {
   std::shared_ptr<const std::string> fileName_ = std::make_shared<const std::string>();
   std::unordered_set<NodeId> hasFaultyValue_;  // told as faults of syntax
   std::vector<Span> skipped_;
+  std::vector<InputTag*> toRemove_;
 
  public:
   std::vector<Diagnostic> diagnostics;
-  std::unordered_set<const InputTag*> refusedTags;
-  std::unordered_set<const InputTag*> stoppedTags;
+  std::set<TagPlace> unknown;  ///< tags whose values could not be read
   std::vector<std::pair<const InputBlock*, const InputTag*>> badDefaults;
 };
 
@@ -520,7 +537,7 @@ class Document::Checker {
 
   /// Whether the value of a tag could not be read.
   [[nodiscard]] bool isUnknown(const InputTag& tag) const {
-    return b_->refusedTags.contains(&tag) || b_->stoppedTags.contains(&tag);
+    return b_->unknown.contains(placeOf(tag));
   }
 
   void tellWarnings(const InputBlock& block, const InputTag& tag, const SyntaxNode& node) {
@@ -593,7 +610,9 @@ class Document::Checker {
 
   void tellMissingTag(const InputBlock& block, const InputTag& prototype) {
     hasGaps_ = true;
-    if (mayBeMeant(block, prototype.getName())) {
+    if (mayBeMeant(block, prototype.getName()) ||
+        (b_->unknown.contains({&block, prototype.getPosition()}) &&
+         block.findTag(prototype.getPosition()) == nullptr)) {
       return;
     }
     const TagTraits traits = traitsOf(prototype);
@@ -601,6 +620,9 @@ class Document::Checker {
     for (const TagRule& rule : traits.rules) {
       const InputTag* const sibling =
           rule.condition == nullptr ? nullptr : rule.condition->findSibling(block);
+      if (sibling != nullptr && isUnknown(*sibling)) {
+        return;
+      }
       if (sibling != nullptr && why.empty()) {
         why = fmt::format(", which '{} = {}' needs", sibling->getName(), sibling->getRawValue());
       }
@@ -643,7 +665,7 @@ class Document::Checker {
   }
 
   /// Where a subject stands in the command file; nothing when it was not given.
-  [[nodiscard]] std::optional<TextPlace> placeOf(const Subject& subject) const {
+  [[nodiscard]] std::optional<TextPlace> textOf(const Subject& subject) const {
     if (!subject.file.empty()) {
       TextPlace place{.at = headerOf(*subject.block), .file = subject.file, .line = subject.line};
       place.column = std::max(1U, subject.column);
@@ -695,10 +717,11 @@ class Document::Checker {
     for (const Subject& subject : details.subjects) {
       const bool isTag = !subject.member.empty();
       const InputTag* const tag = isTag ? tagOf(subject) : nullptr;
-      if (tag != nullptr && isUnknown(*tag)) {
+      const int position = isTag ? subject.block->getTagPositionOfMember(subject.member) : -1;
+      if (position >= 0 &&
+          b_->unknown.contains({subject.block, static_cast<std::size_t>(position)})) {
         return true;
       }
-      const int position = isTag ? subject.block->getTagPositionOfMember(subject.member) : -1;
       if (position >= 0 && tag == nullptr) {
         const InputTag& prototype =
             subject.block->getLogicalTag(static_cast<std::size_t>(position));
@@ -738,7 +761,7 @@ class Document::Checker {
                     .help = details.help};
     bool isPlaced = false;
     for (const Subject& subject : details.subjects) {
-      const std::optional<TextPlace> place = placeOf(subject);
+      const std::optional<TextPlace> place = textOf(subject);
       if (!place) {
         continue;
       }
@@ -786,7 +809,7 @@ class Document::Checker {
     std::set<std::string> told;
     for (const auto& [block, stop] : stops_) {
       const bool isMesh = stop.text.starts_with("Cannot open the grid file");
-      if (isMesh || hasGaps_ || !b_->refusedTags.empty() || !b_->skipped_.empty() ||
+      if (isMesh || hasGaps_ || !b_->unknown.empty() || !b_->skipped_.empty() ||
           !told.insert(stop.text).second) {
         continue;
       }
