@@ -24,7 +24,9 @@ using PlacePair = std::pair<std::size_t, std::size_t>;
 enum class PairOrder { once, both };
 
 /// The pairs of places whose items share a key, in the order of a walk over all pairs. `keys[i]`
-/// holds the keys of item i. The cost grows with the number of keys and of pairs found.
+/// holds the keys of item i. The cost grows with the number of keys and of pairs found. Where
+/// messages are explained, only the pairs with the first of several equals count: their number
+/// would grow with the square.
 std::vector<PlacePair> pairsWithSharedKey(const std::vector<std::vector<std::string_view>>& keys,
                                           PairOrder order = PairOrder::once);
 

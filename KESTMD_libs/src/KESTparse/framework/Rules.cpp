@@ -38,7 +38,9 @@ std::vector<PlacePair> pairsWithSharedKey(const std::vector<std::vector<std::str
     while (end < places.size() && places[end].key == places[begin].key) {
       ++end;
     }
-    for (std::size_t i = begin; i < end; ++i) {
+    // Who is told of each item once reads the first of its equals beside it.
+    const std::size_t lastPartner = GlobalValues::instance().explainsMessages ? begin + 1 : end;
+    for (std::size_t i = begin; i < lastPartner; ++i) {
       for (std::size_t j = i + 1; j < end; ++j) {
         if (places[i].item == places[j].item) {
           continue;
