@@ -8,6 +8,7 @@
 
 #include "Help.h"
 #include "KESTparse/base/Suggestion.h"
+#include "Licences.h"
 
 namespace kcf {
 namespace {
@@ -127,6 +128,7 @@ int parseAndRun(const std::vector<std::string>& arguments) {
   }
   CLI::App app;
   app.set_version_flag("--version", std::string(program().name) + " " + KESTRIX_VERSION);
+  const CLI::Option* const wantsLicences = app.add_flag("--licences");
   app.require_subcommand(0, 1);
   const Verb* chosen = nullptr;
   CLI::App* chosenApp = nullptr;
@@ -158,6 +160,10 @@ int parseAndRun(const std::vector<std::string>& arguments) {
   } catch (const CLI::ParseError& error) {
     fault = chosen == nullptr ? "" : optionFault(*chosen, *chosenApp);
     return refuse(fault.empty() ? error.what() : fault, chosen == nullptr ? "" : chosen->name);
+  }
+  if (wantsLicences->count() != 0) {
+    std::cout << licences();
+    return status::done;
   }
   if (chosen == nullptr) {
     return refuse("there is no verb");

@@ -14,7 +14,8 @@ const Program& program() {
       .details = R"(Command files describe simulations of KESTRIX in nested blocks of tags. This
 program holds the vocabulary that main-converter(1) checks them against.)",
       .options = {{.name = "--help", .help = "Print this help, or that of a verb", .letter = 'h'},
-                  {.name = "--version", .help = "Print the version"}},
+                  {.name = "--version", .help = "Print the version"},
+                  {.name = "--licences", .help = "Print the licences of what it is built with"}},
       .verbs =
           {
               templateVerb(),

@@ -69,6 +69,25 @@ class RecordingConsole : public Console {
   Told* told_;
 };
 
+/// Writes to the end of a text.
+class Appending : public std::streambuf {
+ public:
+  explicit Appending(std::string& text) : text_(&text) {}
+
+ protected:
+  int overflow(int c) override {
+    text_->push_back(static_cast<char>(c));
+    return c;
+  }
+  std::streamsize xsputn(const char* text, std::streamsize size) override {
+    text_->append(text, static_cast<std::size_t>(size));
+    return size;
+  }
+
+ private:
+  std::string* text_;
+};
+
 /// What depends on the build is left out, and so is what the runtime says of an exception.
 std::string comparable(const std::string& text) {
   static const std::regex build(R"(,\s+in\s+file:(.|\n)*)");
@@ -89,14 +108,9 @@ Told convertHere(const KestrixInputRoot& schema, const fs::path& file) {
     InputParser parser(*root);
     std::ifstream in(file);
     parser.parse(in, false, file.filename().string());
-    std::ostringstream summary;
-    const bool isValid = [&] {
-      // The summary stands in front of the reports.
-      const std::size_t before = told.errors.size();
-      const bool valid = parser.validateSummary(summary);
-      told.errors.insert(before, summary.str());
-      return valid;
-    }();
+    Appending errors(told.errors);
+    std::ostream summary(&errors);
+    const bool isValid = parser.validateSummary(summary);
     ASSERT(isValid, "Parsing the input file failed.");
     std::ostringstream document;
     document << buildDocument(takeApart(*root)).dump(2);

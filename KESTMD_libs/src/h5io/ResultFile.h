@@ -1,6 +1,5 @@
 /// \file
-/// The reader of result files, which stands in a library of its own: HDF5 brings in dozens of
-/// shared libraries, and a conversion without restart must not wait for them.
+/// The reader of result files.
 #pragma once
 
 #include <string>
@@ -8,9 +7,9 @@
 
 namespace h5io {
 
-/// Name of the entry point of the reader's library.
-inline constexpr const char* readerSymbol = "kestReadSolutionTimes";
-/// Its type: appends the times to `times`; throws an `Exception`.
-using Reader = void (*)(const std::string& fileName, std::vector<double>& times);
+/// The times [s] of all solutions in the result file, in the order in which its group lists them;
+/// throws an `Exception`. A damaged file can crash it or keep it busy for ever, so it is called in
+/// a process of its own.
+std::vector<double> readTimes(const std::string& fileName);
 
 }  // namespace h5io

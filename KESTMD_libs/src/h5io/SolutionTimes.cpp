@@ -1,6 +1,5 @@
 #include "h5io/SolutionTimes.h"
 
-#include <dlfcn.h>
 #include <fcntl.h>
 #include <sys/resource.h>
 #include <sys/wait.h>
@@ -11,10 +10,10 @@
 #include <csignal>
 #include <cstdlib>
 #include <cstring>
-#include <filesystem>
 #include <fstream>
+#include <mutex>
+#include <new>
 #include <string_view>
-#include <system_error>
 
 #include "KESTparse/base/Console.h"
 #include "KESTparse/base/Files.h"
@@ -26,20 +25,14 @@ namespace {
 
 // HDF5 trusts what it reads: a damaged file can crash it or keep it busy for ever. It therefore
 // reads in a process of its own, with limits, which sends the times or its fault through a pipe.
+// Any thread may split it off: it calls HDF5, which only such processes call, so that its locks are
+// free, and the C library, which makes its memory usable behind a fork. It must not touch what
+// another thread may have locked: the console, and all else that threads share.
 
 constexpr unsigned longestReading = 120;              // [s]
 constexpr rlim_t memoryForReading = rlim_t{4} << 30;  // [bytes]
 constexpr char timesFollow = 'T';
 constexpr char faultFollows = 'F';
-
-/// The reader, whose library stands beside the program. Null when it is not there.
-Reader loadReader() {
-  std::error_code unknown;
-  const auto program = std::filesystem::read_symlink("/proc/self/exe", unknown);
-  const auto path = program.parent_path() / KESTRIX_RESULT_READER;
-  void* const library = dlopen(path.c_str(), RTLD_NOW | RTLD_LOCAL);
-  return library == nullptr ? nullptr : reinterpret_cast<Reader>(dlsym(library, readerSymbol));
-}
 
 /// Keeps the process from running for ever, from taking all memory of the machine, and from telling
 /// of its end what its parent tells.
@@ -47,6 +40,9 @@ void limitProcess() {
   for (const int signal : {SIGABRT, SIGALRM, SIGBUS, SIGFPE, SIGILL, SIGSEGV}) {
     std::signal(signal, SIG_DFL);
   }
+  // The thread may have blocked the alarm.
+  sigset_t none{};
+  sigprocmask(SIG_SETMASK, &none, nullptr);
   const rlimit noCore{};
   setrlimit(RLIMIT_CORE, &noCore);
   alarm(longestReading);
@@ -60,19 +56,19 @@ void limitProcess() {
   }
 }
 
-/// What the reading process sends.
+/// What the reading process sends; nothing when the file cannot be opened, or memory does not
+/// suffice.
 std::string answerFor(const std::string& fileName) {
   try {
-    const Reader read = loadReader();
-    if (read == nullptr) {
-      throw OpenFileFailed(fileName);
-    }
-    std::vector<double> times;
-    read(fileName, times);
+    const std::vector<double> times = readTimes(fileName);
     return timesFollow +
            std::string(reinterpret_cast<const char*>(times.data()), times.size() * sizeof(double));
+  } catch (const OpenFileFailed&) {
+    return {};
   } catch (const Exception& exception) {
     return faultFollows + exception.getMessage();
+  } catch (const std::bad_alloc&) {
+    return {};
   }
 }
 
@@ -106,8 +102,16 @@ std::string receiveAll(int pipe) {
   _exit(EXIT_SUCCESS);
 }
 
-/// The answer of the reading process; empty when it came to harm.
-std::string askReader(const std::string& fileName) {
+/// A reading process, and the pipe on which it sends; none when the system refuses it.
+struct ReadingProcess {
+  pid_t id = -1;
+  int pipe = -1;
+};
+
+ReadingProcess startReader(const std::string& fileName) {
+  // A process that another thread splits off meanwhile would hold this pipe open.
+  static std::mutex oneAtATime;
+  const std::lock_guard lock(oneAtATime);
   int ends[2] = {};
   if (pipe2(ends, O_CLOEXEC) != 0) {
     return {};
@@ -118,16 +122,22 @@ std::string askReader(const std::string& fileName) {
     runReader(fileName, ends[1]);
   }
   close(ends[1]);
-  std::string answer = child < 0 ? std::string() : receiveAll(ends[0]);
-  close(ends[0]);
+  return {child, ends[0]};
+}
+
+/// The answer of a reading process; empty when it came to harm.
+std::string askReader(const std::string& fileName) {
+  const ReadingProcess reader = startReader(fileName);
+  std::string answer = receiveAll(reader.pipe);
+  close(reader.pipe);
   int status = 0;
-  while (child > 0 && waitpid(child, &status, 0) < 0 && errno == EINTR) {
+  while (reader.id > 0 && waitpid(reader.id, &status, 0) < 0 && errno == EINTR) {
   }
   return status == 0 ? answer : std::string();
 }
 
 std::vector<double> readSolutionTimes(const std::string& fileName) {
-  const std::string answer = askReader(fileName);
+  const std::string answer = askReader(KESTparse::openedPath(fileName));
   if (answer.empty()) {
     throw OpenFileFailed(fileName);
   }
@@ -151,7 +161,7 @@ std::vector<double> getSolutionTimes(const std::string& fileName) {
     return it->second;
   }
   try {
-    return known.emplace(fileName, readSolutionTimes(KESTparse::openedPath(fileName))).first->second;
+    return known.emplace(fileName, readSolutionTimes(fileName)).first->second;
   } catch (const Exception& exception) {
     KESTparse::console().show(
         KESTparse::level::warning,
