@@ -60,7 +60,7 @@ struct Run {
   bool startsLine = false;    // nothing stands before it on its line
   bool endsLine = false;      // nothing stands behind it
   bool isMultiLine = false;   // holds a line feed
-  std::string_view indent{};  // of its line, if it holds line feeds and starts it
+  std::string_view indent{};  // of its line, if it holds line feeds
 
   [[nodiscard]] std::size_t begin() const { return comments.front().at.begin; }
   [[nodiscard]] std::size_t end() const { return comments.back().at.end; }
@@ -153,8 +153,9 @@ class Formatter {
 
   void setFeeds(Run& run) const {
     run.isMultiLine = hasFeed(run.begin(), run.end());
-    if (run.isMultiLine && run.startsLine) {
-      run.indent = lineUpTo(run.begin());
+    if (run.isMultiLine) {
+      const std::string_view line = lineUpTo(run.begin());
+      run.indent = line.substr(0, std::min(line.find_first_not_of(" \t"), line.size()));
     }
   }
 
@@ -244,7 +245,8 @@ class Formatter {
   }
 
   /// Writes what stands alone on its lines.
-  void addOwnLine(const Run& run) {
+  void addOwnLine(Run run) {
+    run.startsLine = true;
     const std::size_t above = lastTrailing_;
     const bool goesOn =
         above != noTrailing && !run.isMultiLine &&
