@@ -16,6 +16,7 @@
 #include "KESTcore/StandardSerie.h"
 #include "KESTparse/base/Files.h"
 #include "KESTparse/base/GlobalValues.h"
+#include "KESTparse/document/SyntaxTree.h"
 #include "KESTparse/framework/InputParser.h"
 #include "KESTparse/framework/InputTag.h"
 #include "KESTparse/root/KestrixInputRoot.h"
@@ -86,6 +87,15 @@ void stateMachine(benchmark::State& state) {
   countBytes(state, text.size());
 }
 BENCHMARK(stateMachine);
+
+void syntaxTree(benchmark::State& state) {
+  const std::string text = setup();
+  for ([[maybe_unused]] auto _ : state) {
+    benchmark::DoNotOptimize(KESTparse::SyntaxTree(text));
+  }
+  countBytes(state, text.size());
+}
+BENCHMARK(syntaxTree);
 
 void population(benchmark::State& state) {
   const std::string text = setup();

@@ -118,8 +118,14 @@ class LineTable {
   [[nodiscard]] std::size_t count() const { return starts_.size(); }
 
  private:
+  struct Milestone {
+    std::size_t at;
+    std::uint32_t column;
+  };
+
   std::string_view text_;
   std::vector<std::size_t> starts_;
+  std::vector<Milestone> milestones_;
 };
 
 /// How many code points `text` has; an invalid byte counts one.

@@ -45,6 +45,8 @@ class InputTagList : public TagKind<InputTagList<T>> {
   [[nodiscard]] int getItemCount() const { return facts().parser->getItemCount(); }
   /// Whether `item` is one of the valid entries, or there are none.
   [[nodiscard]] virtual bool isValidEntry(std::string_view item) const;
+  /// What is wrong with `text`, parentheses included, as a value; empty when nothing is.
+  [[nodiscard]] std::string faultOf(std::string_view text) const;
 
  protected:
   bool check() override;
@@ -101,6 +103,8 @@ class InputTagTaggedList : public TagKind<InputTagTaggedList<T>> {
   [[nodiscard]] std::string_view getConstraint() const { return facts().constraint; }
   /// The list under that name.
   [[nodiscard]] const std::vector<T>& getValues() const;
+  /// What is wrong with `text` as a value, whatever names there are already; empty when nothing is.
+  [[nodiscard]] std::string faultOf(std::string_view text) const;
 
  protected:
   bool check() override;
@@ -111,6 +115,8 @@ class InputTagTaggedList : public TagKind<InputTagTaggedList<T>> {
   [[nodiscard]] std::map<std::string, std::vector<T>>* target() const;
 
  private:
+  [[nodiscard]] std::string listFault(std::string_view list) const;
+
   std::string lastTag_;
 };
 

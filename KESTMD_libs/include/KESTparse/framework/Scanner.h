@@ -79,8 +79,8 @@ class ParenthesisSums {
 ///
 ///     void open(Span name, std::size_t brace);
 ///     void close(std::size_t brace);
-///     void tag(Span name, std::size_t equals, Span value);  // up to the line feed behind the
-///     value bool fault(const SyntaxFault& fault);                 // whether to go on behind it
+///     void tag(Span name, std::size_t equals, Span value);  // up to the line feed behind it
+///     bool fault(const SyntaxFault& fault);                 // whether to go on behind it
 ///     void end(const Ending& ending);
 ///     static constexpr bool goesOn;                         // whether `fault` ever returns true
 ///
@@ -183,6 +183,9 @@ class Scanner {
         }
       } else if (depth == 0 || isLeftOpen(name, at, depth)) {
         break;
+      } else if constexpr (Events::goesOn) {
+        // The same would be found at each of the line feeds that follow.
+        at = skipWhiteSpace(at) - 1;
       }
     }
     events_->tag(name, equals, {equals + 1, at});

@@ -55,6 +55,10 @@ TagTraits traitsOf(const InputTag& tag);
 /// where the tag is used.
 bool refusesItsDefault(const InputTag& tag, const TagTraits& traits);
 
+/// Whether the prototype `tag` is one of a list and takes `text` as a value, whatever its siblings
+/// are.
+bool takesAsList(const InputTag& tag, std::string_view text);
+
 /// How a value of that kind is written, where the name of its type leaves that open; or empty.
 std::string formOf(ValueKind kind);
 

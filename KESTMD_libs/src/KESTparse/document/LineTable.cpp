@@ -43,19 +43,41 @@ std::size_t countCodePoints(std::string_view text) {
   return count;
 }
 
-LineTable::LineTable(std::string_view text) : text_(text), starts_{0} {
-  for (std::size_t feed = text.find('\n'); feed != std::string_view::npos;
-       feed = text.find('\n', feed + 1)) {
-    starts_.push_back(feed + 1);
+LineTable::LineTable(std::string_view text) : text_(text) {
+  // Columns in long lines are counted from milestones, so that each is found in bounded time.
+  constexpr std::size_t milestoneDistance = 4096;
+  for (std::size_t begin = 0;;) {
+    starts_.push_back(begin);
+    const std::size_t end = std::min(text.find('\n', begin), text.size());
+    std::uint32_t column = 1;
+    for (std::size_t at = begin; end - at > milestoneDistance; ++column) {
+      bool isValid = true;
+      at += codePointLength(text.substr(at), isValid);
+      const std::size_t last = milestones_.empty() ? 0 : milestones_.back().at;
+      if (at - std::max(last, begin) >= milestoneDistance) {
+        milestones_.push_back({at, column + 1});
+      }
+    }
+    if (end == text.size()) {
+      return;
+    }
+    begin = end + 1;
   }
 }
 
 LineColumn LineTable::at(std::size_t offset) const {
   const std::size_t place = std::min(offset, text_.size());
   const auto next = std::upper_bound(starts_.begin(), starts_.end(), place);
-  const std::size_t start = *(next - 1);
+  Milestone from{*(next - 1), 1};
+  const auto milestone = std::upper_bound(
+      milestones_.begin(), milestones_.end(), place,
+      [](std::size_t wanted, const Milestone& known) { return wanted < known.at; });
+  if (milestone != milestones_.begin() && (milestone - 1)->at >= from.at) {
+    from = *(milestone - 1);
+  }
   return {static_cast<std::uint32_t>(next - starts_.begin()),
-          static_cast<std::uint32_t>(countCodePoints(text_.substr(start, place - start)) + 1)};
+          static_cast<std::uint32_t>(countCodePoints(text_.substr(from.at, place - from.at))) +
+              from.column};
 }
 
 Span LineTable::line(std::uint32_t number) const {

@@ -16,7 +16,7 @@ struct Item {
   Span name;
   std::uint32_t mark = SyntaxNode::nowhere;
   std::uint32_t end = 0;
-  std::uint32_t column = 0;
+  std::uint32_t column = SyntaxNode::nowhere;  // of the first thing on a line
 };
 
 struct ItemFault {
@@ -104,14 +104,15 @@ class Items {
 
  private:
   void add(Item item) {
-    // Items come in the order of the text, so that the line is that of the item before or a later.
     const std::size_t begin = item.name.begin;
     std::size_t lineBegin = begin;
     while (lineBegin > 0 && (text_[lineBegin - 1] == ' ' || text_[lineBegin - 1] == '\t')) {
       --lineBegin;
     }
     item.isFirst = lineBegin == 0 || text_[lineBegin - 1] == '\n';
-    item.column = static_cast<std::uint32_t>(begin - lineBegin);
+    if (item.isFirst) {
+      item.column = static_cast<std::uint32_t>(begin - lineBegin);
+    }
     items.push_back(item);
   }
 
@@ -394,15 +395,13 @@ Span SyntaxTree::valueOf(const SyntaxNode& tag) const {
 }
 
 NodeId SyntaxTree::nodeAt(std::size_t at) const {
-  NodeId found = 0;
-  for (NodeId child = nodes_[0].firstChild; child != noNode;) {
-    const SyntaxNode& node = nodes_[child];
-    if (at >= node.begin && at < std::max(node.end, node.begin + 1)) {
-      found = child;
-      child = node.firstChild;
-    } else {
-      child = node.begin > at ? noNode : node.next;
-    }
+  // Nodes stand in the order of their begins, and a node ends within its parent.
+  const auto behind = std::upper_bound(
+      nodes_.begin() + 1, nodes_.end(), at,
+      [](std::size_t place, const SyntaxNode& node) { return place < node.begin; });
+  auto found = static_cast<NodeId>(behind - nodes_.begin() - 1);
+  while (found != 0 && at >= std::max(nodes_[found].end, nodes_[found].begin + 1)) {
+    found = nodes_[found].parent;
   }
   return found;
 }

@@ -28,6 +28,18 @@ std::string parenthesisFault(std::string_view text) {
   return {};
 }
 
+/// What is wrong with the name in front of the list `text`; empty when it has one.
+std::string nameFault(std::string_view text) {
+  if (text.empty()) {
+    return "The string which should contain a list is empty";
+  }
+  const std::size_t end = text.find_first_of("(:");
+  if (end == std::string_view::npos) {
+    return "The string does not contain a tagged list";
+  }
+  return text[end] == '(' || end == 0 ? "The tag of tagged list is missing" : "";
+}
+
 template <typename T>
 void readItems(std::string_view text, std::vector<T>& values) {
   values.clear();
@@ -73,35 +85,39 @@ bool InputTagList<T>::isValidEntry(std::string_view item) const {
 }
 
 template <typename T>
-bool InputTagList<T>::check() {
-  const std::string& text = this->getRawValue();
+std::string InputTagList<T>::faultOf(std::string_view text) const {
   if (text.empty()) {
-    this->addError("The string which should contain a list is empty");
-    return false;
+    return "The string which should contain a list is empty";
   }
   std::string fault = parenthesisFault(text);
   if (!fault.empty()) {
-    this->addError(std::move(fault));
-    return false;
+    return fault;
   }
   fault = facts().parser->fault(text);
   if (!fault.empty()) {
-    this->addError("Invalid list: " + fault);
-    return false;
+    return "Invalid list: " + fault;
   }
   if (std::is_arithmetic_v<T> && !hasRestrictedValues()) {
-    return true;
+    return {};
   }
   std::size_t position = 1;
   std::size_t number = 1;
   for (std::string_view item = nextListItem(text, position); !item.empty();
        item = nextListItem(text, position), ++number) {
     if (!isValidEntry(item)) {
-      this->addError("List item nr. " + std::to_string(number) + " '" + std::string(item) +
-                     "' is not a valid list entry. Valid entries are " +
-                     quotedList(facts().validEntries));
-      return false;
+      return "List item nr. " + std::to_string(number) + " '" + std::string(item) +
+             "' is not a valid list entry. Valid entries are " + quotedList(facts().validEntries);
     }
+  }
+  return {};
+}
+
+template <typename T>
+bool InputTagList<T>::check() {
+  std::string fault = faultOf(this->getRawValue());
+  if (!fault.empty()) {
+    this->addError(std::move(fault));
+    return false;
   }
   return true;
 }
@@ -173,40 +189,42 @@ const std::vector<T>& InputTagTaggedList<T>::getValues() const {
 }
 
 template <typename T>
-bool InputTagTaggedList<T>::check() {
-  const std::string_view text = this->getRawValue();
-  const auto refuse = [this](std::string fault) {
-    this->addError(std::move(fault));
-    return false;
-  };
-  if (text.empty()) {
-    return refuse("The string which should contain a list is empty");
-  }
-  const std::size_t end = text.find_first_of("(:");
-  if (end == std::string_view::npos) {
-    return refuse("The string does not contain a tagged list");
-  }
-  if (text[end] == '(' || end == 0) {
-    return refuse("The tag of tagged list is missing");
-  }
-  const std::string name(text.substr(0, end));
-  if (name != lastTag_ && target() != nullptr && target()->contains(name)) {
-    return refuse("The tag '" + name + "' is already defined");
-  }
-  const std::string_view list = text.substr(end + 1);
+std::string InputTagTaggedList<T>::listFault(std::string_view list) const {
   if (list.empty()) {
-    return refuse("The string does not contain a tagged list");
+    return "The string does not contain a tagged list";
   }
   if (list.front() != '(') {
-    return refuse("The tagged list expects an opening brace after the double point");
+    return "The tagged list expects an opening brace after the double point";
   }
   std::string fault = parenthesisFault(list);
   if (!fault.empty()) {
-    return refuse(std::move(fault));
+    return fault;
   }
   fault = facts().parser->fault(list);
+  return fault.empty() ? fault
+                       : "Tag '" + std::string(this->getName()) + "' has an invalid list: " + fault;
+}
+
+template <typename T>
+std::string InputTagTaggedList<T>::faultOf(std::string_view text) const {
+  std::string fault = nameFault(text);
+  return fault.empty() ? listFault(text.substr(text.find(':') + 1)) : fault;
+}
+
+template <typename T>
+bool InputTagTaggedList<T>::check() {
+  const std::string_view text = this->getRawValue();
+  std::string fault = nameFault(text);
+  if (fault.empty()) {
+    const std::size_t colon = text.find(':');
+    const std::string name(text.substr(0, colon));
+    fault = name != lastTag_ && target() != nullptr && target()->contains(name)
+                ? "The tag '" + name + "' is already defined"
+                : listFault(text.substr(colon + 1));
+  }
   if (!fault.empty()) {
-    return refuse("Tag '" + std::string(this->getName()) + "' has an invalid list: " + fault);
+    this->addError(std::move(fault));
+    return false;
   }
   return true;
 }

@@ -87,6 +87,27 @@ class TraitsOf : public InputTagVisitor {
   }
 };
 
+class ListTest : public SelectiveTagVisitor {
+ public:
+  explicit ListTest(std::string_view text) : text_(text) {}
+  using SelectiveTagVisitor::visit;
+  void visit(const InputTagList<int>& tag) override { test(tag); }
+  void visit(const InputTagList<double>& tag) override { test(tag); }
+  void visit(const InputTagList<std::string>& tag) override { test(tag); }
+  void visit(const InputTagSpecialOutputValueList& tag) override { test(tag); }
+  void visit(const InputTagTaggedList<double>& tag) override { test(tag); }
+
+  bool isTaken = false;
+
+ private:
+  template <class Tag>
+  void test(const Tag& tag) {
+    isTaken = tag.faultOf(text_).empty();
+  }
+
+  std::string_view text_;
+};
+
 }  // namespace
 
 void replaceAll(std::string& text, std::string_view old, std::string_view fresh) {
@@ -106,6 +127,12 @@ bool refusesItsDefault(const InputTag& tag, const TagTraits& traits) {
   const bool isNumber = traits.kind == ValueKind::integer || traits.kind == ValueKind::real;
   return isNumber && !tag.getDefaultValue().empty() &&
          !traits.range.contains(fromText<double>(tag.getDefaultValue()));
+}
+
+bool takesAsList(const InputTag& tag, std::string_view text) {
+  ListTest test(text);
+  tag.accept(test);
+  return test.isTaken;
 }
 
 std::string formOf(ValueKind kind) {

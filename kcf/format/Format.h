@@ -1,0 +1,11 @@
+/// \file
+/// Formats command files.
+#pragma once
+
+#include "Verb.h"
+
+namespace kcf {
+
+Verb formatVerb();
+
+}  // namespace kcf
