@@ -1,4 +1,5 @@
 #include "CommandLine.h"
+#include "check/Check.h"
 #include "installation/Installation.h"
 #include "manual/Manual.h"
 #include "schema/Schema.h"
@@ -17,6 +18,7 @@ program holds the vocabulary that main-converter(1) checks them against.)",
                   {.name = "--version", .help = "Print the version"}},
       .verbs =
           {
+              checkVerb(),
               templateVerb(),
               manualVerb(),
               schemaVerb(),
