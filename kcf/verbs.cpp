@@ -1,5 +1,8 @@
 #include "CommandLine.h"
 #include "format/Format.h"
+#include "check/Check.h"
+#include "explain/Explain.h"
+#include "format/Format.h"
 #include "installation/Installation.h"
 #include "manual/Manual.h"
 #include "schema/Schema.h"
@@ -19,7 +22,9 @@ program holds the vocabulary that main-converter(1) checks them against.)",
                   {.name = "--licences", .help = "Print the licences of what it is built with"}},
       .verbs =
           {
+              checkVerb(),
               formatVerb(),
+              explainVerb(),
               templateVerb(),
               manualVerb(),
               schemaVerb(),
