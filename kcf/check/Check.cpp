@@ -266,7 +266,7 @@ int runCheck(const Arguments& arguments) {
 
 Verb checkVerb() {
   return {"check",
-          "Check command files",
+          "Check and format",
           "Tell all that is wrong with command files, where, and how to mend it",
           R"(All faults of a file are told in one run, with those that main-converter does
 not see. Names in a command file count from the folder that it stands in, or

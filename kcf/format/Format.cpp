@@ -156,7 +156,7 @@ class Formatting {
 
 Verb formatVerb() {
   return {"format",
-          "Write command files",
+          "Check and format",
           "Bring command files into the one style",
           R"(Files, and all *.kcf files of folders, are replaced by their formatted text.
 What they say to main-converter stays the same. A file with faults of syntax
