@@ -49,7 +49,7 @@
       element("path", { class: "flow", d: `M${x(0) - 60} ${axis - 7}l14 7l-14 7` }), element("text", { class: "quiet", x: x(0) - 68, y: axis + 4, "text-anchor": "end" }, "flow"));
     for (const { mark, side, label, left, lane } of middle) {
       const y = side === "above" ? top - 4 - laneHeight * lane : below + 14 + laneHeight * lane;
-      const foot = side === "above" ? axis - 12 : axis + 12;
+      const foot = side === "above" ? axis - 12 : axis + (isSlanted ? 12 : 37);
       const group = element("g", { class: `mark ${fieldClass(mark)}`, "data-mark": mark.name || mark.type, "data-at": mark.at.join(" ") });
       group.append(element("title", {}, `${mark.field} ${mark.kind} ${mark.name} ${mark.type} at ${mark.at.join(", ")}${mark.side ? `, ${mark.side}` : ""}`));
       group.append(element("path", { class: "stem", d: `M${x(mark.position)} ${foot}V${side === "above" ? y + 4 : y - 13}` }));

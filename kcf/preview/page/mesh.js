@@ -152,6 +152,7 @@
   }
 
   const vertexSource = `#version 300 es
+    precision highp int;
     in vec3 position;
     in uint material;
     uniform vec4 view;  // centre and scale
@@ -167,6 +168,7 @@
     }`;
   const fragmentSource = `#version 300 es
     precision highp float;
+    precision highp int;
     flat in vec4 colour;
     in float height;
     uniform int mode;
@@ -293,7 +295,7 @@
     }
 
     listen() {
-      new ResizeObserver(() => { if (this.gl && this.stage.clientWidth > 0) { this.resize(); this.redraw(); } }).observe(this.stage);
+      new ResizeObserver(() => { if (this.view && this.stage.clientWidth > 0) { this.resize(); this.redraw(); } }).observe(this.stage);
       const pointers = new Map();
       let moved = 0;
       const here = (event) => {
@@ -499,7 +501,7 @@
       this.pending = true;
       requestAnimationFrame(() => {
         this.pending = false;
-        if (this.gl) this.paint();
+        if (this.gl && this.view) this.paint();
       });
     }
 
@@ -588,7 +590,7 @@
       }
       if (this.kept) {
         const { part, e } = this.kept;
-        shapes.push(element("path", { class: "kept", d: path(this.cornersOf(part, e).map((node) => this.screen(part.x[node], part.y[node])), true) }));
+        shapes.push(element("path", { class: "kept", d: path([...this.cornersOf(part, e)].map((node) => this.screen(part.x[node], part.y[node])), true) }));
       }
       this.overlay.replaceChildren(...shapes, ...this.placed(labels));
       const length = niceLength(140 / this.view.scale);
@@ -601,7 +603,7 @@
         if (string.nodes.length === 0) continue;
         const points = string.nodes.map((node) => this.screen(part.x[node], part.y[node]));
         const kind = string.uses.some((use) => use.kind === "boundary") ? "boundary" : string.uses.length ? "inner" : string.upstream ? "defined" : "unused";
-        const types = [...new Set(string.uses.map((use) => use.type))].join(", ");
+        const [use] = string.uses;
         shapes.push(element("path", { class: "string under", d: path(points) }),
           element("path", { class: `string ${kind}`, d: path(points), "data-string": string.name, "data-region": part.mesh.region }));
         const middle = points[Math.floor((points.length - 1) / 2)];
@@ -618,7 +620,7 @@
           shapes.push(element("path", { class: `arrow ${kind}`, d: path([centre, [tip[0] - 6 * flow[0], tip[1] - 6 * flow[1]]]) }),
             element("path", { class: `head ${kind}`, d: path([tip, wing(1), wing(-1)], true), "data-flow": string.name }));
         }
-        labels.push([...centre, types ? `${string.name} · ${types}` : string.name, kind]);
+        labels.push([...centre, use ? `${string.name} · ${use.type}` : string.name, kind]);
       }
     }
 
@@ -644,16 +646,20 @@
 
     /** Labels where they cover no other; the first ones win. */
     placed(labels) {
+      const measure = document.createElement("canvas").getContext("2d");
+      measure.font = `600 12.5px ${getComputedStyle(this.stage).fontFamily}`;
       const taken = [];
       const made = [];
       for (const [x, y, text, kind] of labels) {
         if (x < -50 || y < -50 || x > this.stage.clientWidth + 50 || y > this.stage.clientHeight + 50) continue;
-        const width = 6.6 * Math.min(text.length, 40) + 8;
+        const shown = text.length > 40 ? text.slice(0, 39) + "…" : text;
+        if (made.some((other) => other.textContent === shown)) continue;
+        const width = measure.measureText(shown).width + 10;
         const spots = [[10, -10], [10, 18], [-width - 6, -10], [-width - 6, 18], [10, 34], [10, -26]].map(([dx, dy]) => [Math.min(Math.max(x + dx, 4), this.stage.clientWidth - width - 4), Math.min(Math.max(y + dy, 14), this.stage.clientHeight - 6)]);
         const spot = spots.find(([left, base]) => taken.every((box) => left > box[0] + box[2] || left + width < box[0] || base < box[1] - 14 || base - 14 > box[1]));
         if (!spot) continue;
         taken.push([spot[0], spot[1], width]);
-        made.push(element("text", { class: `label ${kind}`, x: spot[0].toFixed(1), y: spot[1].toFixed(1) }, text.length > 40 ? text.slice(0, 39) + "…" : text));
+        made.push(element("text", { class: `label ${kind}`, x: spot[0].toFixed(1), y: spot[1].toFixed(1) }, shown));
       }
       return made;
     }
