@@ -1,7 +1,7 @@
 #include "preview/Preview.h"
 
+#include <algorithm>
 #include <chrono>
-#include <csignal>
 #include <filesystem>
 #include <fstream>
 #include <iostream>
@@ -128,27 +128,28 @@ Verb previewVerb() {
   return {"preview",
           "Work with command files",
           "Write a page that shows a setup before it runs",
-          "The page holds the mesh, the series, the chain of cross sections, the bed, the couplings "
-          "and a summary to sign. It needs no server and no other file. A setup with faults is "
-          "shown as far as it can be read.",
+          R"(The page holds the mesh, the series, the chain of cross sections, the bed, the
+couplings and a summary to sign. It needs no server and no other file. A setup
+with faults is shown as far as it can be read. Names in the command file count
+from the folder that it stands in.)",
           {{.name = "PATH",
-            .help = "the command file",
-            .value = "PATH",
+            .help = "The command file",
             .required = true,
             .isPath = true},
            {.name = "--output",
-            .help = "the page; beside the command file when it is left out",
+            .help = "The page; beside the command file when it is left out",
             .value = "FILE",
             .letter = 'o',
             .isPath = true},
            {.name = "--directory",
-            .help = "folder from which names in the command file count; its own when it is left out",
+            .help = "Folder from which names in the command file count",
             .value = "DIR",
             .isPath = true},
            {.name = "--watch",
-            .help = "write the page anew when a file changes; an open page shows it",
-            .value = ""}},
-          run};
+            .help = "Write the page anew when a file changes; an open page shows it"}},
+          run,
+          {{"Look at a setup", "kcf preview setup.kcf && xdg-open setup.html"},
+           {"See each change as it is made", "kcf preview setup.kcf --watch"}}};
 }
 
 }  // namespace kcf
