@@ -10,7 +10,7 @@
 namespace kcf {
 
 std::vector<std::uint8_t> deflated(std::span<const std::uint8_t> bytes) {
-  constexpr int fast = 2;
+  constexpr int fast = 1;
   const std::unique_ptr<libdeflate_compressor, void (*)(libdeflate_compressor*)> compressor(
       libdeflate_alloc_compressor(fast), libdeflate_free_compressor);
   if (compressor == nullptr) {
@@ -33,8 +33,8 @@ std::string base64(std::span<const std::uint8_t> bytes) {
   char* out = text.data();
   std::size_t i = 0;
   for (; i + 2 < bytes.size(); i += 3) {
-    const unsigned three = (unsigned{bytes[i]} << 16U) | (unsigned{bytes[i + 1]} << 8U) |
-                           unsigned{bytes[i + 2]};
+    const unsigned three =
+        (unsigned{bytes[i]} << 16U) | (unsigned{bytes[i + 1]} << 8U) | unsigned{bytes[i + 2]};
     *out++ = digits[three >> 18U];
     *out++ = digits[(three >> 12U) & 63U];
     *out++ = digits[(three >> 6U) & 63U];
@@ -42,8 +42,7 @@ std::string base64(std::span<const std::uint8_t> bytes) {
   }
   if (i < bytes.size()) {
     const bool two = i + 1 < bytes.size();
-    const unsigned rest =
-        (unsigned{bytes[i]} << 16U) | (two ? unsigned{bytes[i + 1]} << 8U : 0U);
+    const unsigned rest = (unsigned{bytes[i]} << 16U) | (two ? unsigned{bytes[i + 1]} << 8U : 0U);
     *out++ = digits[rest >> 18U];
     *out++ = digits[(rest >> 12U) & 63U];
     if (two) {

@@ -73,7 +73,8 @@ std::string Html::take() {
 void writeTable(Html& html, std::string_view caption, const std::vector<std::string>& titles,
                 const std::vector<std::vector<std::string>>& rows) {
   const auto isNumber = [&titles](std::size_t column) { return titles[column].starts_with('#'); };
-  html.open("div", {{"class", "table"}, {"tabindex", "0"}, {"role", "region"}, {"aria-label", caption}});
+  html.open("div",
+            {{"class", "table"}, {"tabindex", "0"}, {"role", "region"}, {"aria-label", caption}});
   html.open("table").leaf("caption", caption);
   html.open("thead").open("tr");
   for (std::size_t i = 0; i < titles.size(); ++i) {

@@ -131,8 +131,8 @@ class ModelReader {
   Model run() {
     const std::string& text = contentOf(model_.path);
     model_.setup = readSetup(text, model_.path.string(), *model_.schema, model_.notices);
-    model_.files.push_back(describe(model_.path.filename().string(), "the command file",
-                                    model_.path));
+    model_.files.push_back(
+        describe(model_.path.filename().string(), "the command file", model_.path));
     const SetupBlock* const project = model_.setup->find("PROJECT");
     model_.title = project == nullptr ? "" : project->value("title");
     if (model_.title.empty()) {
@@ -173,8 +173,8 @@ class ModelReader {
   const std::string& keep(const std::filesystem::path& path, std::string content) {
     model_.watched.push_back(path);
     const std::string& kept = contents_.emplace(path.string(), std::move(content)).first->second;
-    hashes_.emplace(path.string(), std::async(std::launch::async,
-                                              [&kept] { return hex(sha256(kept)); }));
+    hashes_.emplace(path.string(),
+                    std::async(std::launch::async, [&kept] { return hex(sha256(kept)); }));
     return kept;
   }
 
@@ -296,11 +296,11 @@ class ModelReader {
     }
     readOutputs(block, region);
     readNamedFiles(block);
-    model_.page["regions"].push_back({{"name", region.name},
-                                      {"kind", kind},
-                                      {"start", region.start},
-                                      {"end", region.hasTime ? ordered_json(region.end)
-                                                             : ordered_json(nullptr)}});
+    model_.page["regions"].push_back(
+        {{"name", region.name},
+         {"kind", kind},
+         {"start", region.start},
+         {"end", region.hasTime ? ordered_json(region.end) : ordered_json(nullptr)}});
     model_.regions.push_back(std::move(region));
     return model_.regions.back();
   }
@@ -409,8 +409,7 @@ class ModelReader {
       if (output.region == region.name &&
           (output.type == "node_centered" || output.type == "element_centered")) {
         const auto values = 1 + std::count(output.values.begin(), output.values.end(), ',');
-        output.numbers = mesh[output.type == "node_centered" ? "nodes" : "elements"]
-                             .get<double>() *
+        output.numbers = mesh[output.type == "node_centered" ? "nodes" : "elements"].get<double>() *
                          static_cast<double>(output.values.empty() ? 0 : values);
       }
     }
@@ -444,20 +443,21 @@ class ModelReader {
     }
     if (packed.numLost > 0) {
       tell(Severity::error,
-           fmt::format("{} of the mesh '{}' name nodes that are not there",
-                       packed.numLost == 1 ? "1 element" : fmt::format("{} elements", packed.numLost),
-                       fileName),
+           fmt::format(
+               "{} of the mesh '{}' name nodes that are not there",
+               packed.numLost == 1 ? "1 element" : fmt::format("{} elements", packed.numLost),
+               fileName),
            "they are not drawn", 0, subject);
     }
     for (const Kestrix::MeshFault& fault : read.faults) {
       const Kestrix::MeshPosition at = Kestrix::meshPosition(text, fault.place);
-      model_.notices.push_back({Severity::error,
-                                fmt::format("{} of the mesh '{}' cannot be read",
-                                            read.faults.size() == 1
-                                                ? "one line"
-                                                : fmt::format("{} lines", read.faults.size()),
-                                            fileName),
-                                "the first of them is told", "", fileName, at.line, subject});
+      model_.notices.push_back(
+          {Severity::error,
+           fmt::format(
+               "{} of the mesh '{}' cannot be read",
+               read.faults.size() == 1 ? "one line" : fmt::format("{} lines", read.faults.size()),
+               fileName),
+           "the first of them is told", "", fileName, at.line, subject});
       break;
     }
     addStrings(read, index, packed, block, mesh, fileName, names);
@@ -524,9 +524,9 @@ class ModelReader {
         continue;
       }
       for (const SetupBlock& child : holder->blocks) {
-        const bool isInner = child.name == "INNER_BOUNDARY" &&
-                             (child.value("string_name1") == name ||
-                              child.value("string_name2") == name);
+        const bool isInner =
+            child.name == "INNER_BOUNDARY" &&
+            (child.value("string_name1") == name || child.value("string_name2") == name);
         if (isInner || (child.name == "BOUNDARY" && child.value("string_name") == name)) {
           uses.push_back({{"field", field},
                           {"kind", isInner ? "inner boundary" : "boundary"},
@@ -571,9 +571,10 @@ class ModelReader {
     const bool hasTable = friction != nullptr && friction->value("input_type") == "index_table";
     add("HYDRAULICS/FRICTION", hasTable ? "index" : "", "friction",
         law.empty() ? "friction" : utf8("friction (" + law + ")"), unit, "default_friction");
-    for (const auto& [tag, label, tagUnit] :
-         {std::tuple{"h", "initial depth", "m"}, {"wse", "initial water level", "m"},
-          {"u", "initial velocity along x", "m/s"}, {"v", "initial velocity along y", "m/s"}}) {
+    for (const auto& [tag, label, tagUnit] : {std::tuple{"h", "initial depth", "m"},
+                                              {"wse", "initial water level", "m"},
+                                              {"u", "initial velocity along x", "m/s"},
+                                              {"v", "initial velocity along y", "m/s"}}) {
       add("HYDRAULICS/INITIAL", "index", tag, label, tagUnit, "");
     }
     add("MORPHOLOGY/BEDMATERIAL/SOIL_ASSIGNMENT", "index", "soil", "soil", "", "");
@@ -581,8 +582,8 @@ class ModelReader {
         "control volume", "m", "");
     add("MORPHOLOGY/BEDLOAD/FORMULA", "theta_critical_index", "theta_critical",
         "critical Shields value", "–", "");
-    add("MORPHOLOGY/SUSPENDED_LOAD/INITIAL", "index", "concentration", "initial concentration",
-        "–", "");
+    add("MORPHOLOGY/SUSPENDED_LOAD/INITIAL", "index", "concentration", "initial concentration", "–",
+        "");
     return tables;
   }
 
@@ -631,9 +632,9 @@ class ModelReader {
       ordered_json layers = ordered_json::array();
       for (const SetupBlock* layer : soil->all("LAYER")) {
         const auto bottom = layer->numbers("bottom_elevation");
-        layers.push_back({{"mixture", utf8(layer->value("mixture"))},
-                          {"bottom", bottom.empty() ? ordered_json(nullptr)
-                                                    : ordered_json(bottom[0])}});
+        layers.push_back(
+            {{"mixture", utf8(layer->value("mixture"))},
+             {"bottom", bottom.empty() ? ordered_json(nullptr) : ordered_json(bottom[0])}});
       }
       ordered_json materials = ordered_json::array();
       if (assignment != nullptr) {
@@ -645,9 +646,8 @@ class ModelReader {
           }
         }
       }
-      entry["soils"].push_back({{"name", utf8(soil->value("name"))},
-                                {"layers", layers},
-                                {"materials", materials}});
+      entry["soils"].push_back(
+          {{"name", utf8(soil->value("name"))}, {"layers", layers}, {"materials", materials}});
     }
     model_.page["beds"].push_back(std::move(entry));
   }
@@ -773,8 +773,8 @@ class ModelReader {
   void addSeries(const SetupBlock& block, const SetupTag& tag) {
     const std::size_t number = model_.page["series"].size();
     const std::string subject = "series-" + std::to_string(number);
-    const std::string type = block.value(block.name == "MONITORED_VARIABLE" ? "root_value_type"
-                                                                            : "type");
+    const std::string type =
+        block.value(block.name == "MONITORED_VARIABLE" ? "root_value_type" : "type");
     const Quantity quantity = quantityOf(tag.name, type, block.path());
     const Region* const region = regionOf(block);
     ordered_json entry = {{"subject", subject},
@@ -810,8 +810,8 @@ class ModelReader {
     };
     entry["rows"] = series.size();
     if (series.oddLine > 0) {
-      remark(Severity::error, fmt::format("has a line that is no row of it: line {}",
-                                          series.oddLine));
+      remark(Severity::error,
+             fmt::format("has a line that is no row of it: line {}", series.oddLine));
     }
     if (series.size() == 0 || series.columns.size() < 2) {
       remark(Severity::error, series.size() == 0 ? "is empty" : "has only one column");
@@ -827,8 +827,8 @@ class ModelReader {
       entry["columns"].push_back({{"lowest", *low}, {"highest", *high}});
     }
     const bool isOverTime = entry["argument"] == "time";
-    const auto falls = std::adjacent_find(times.begin(), times.end(),
-                                          [](double a, double b) { return b <= a; });
+    const auto falls =
+        std::adjacent_find(times.begin(), times.end(), [](double a, double b) { return b <= a; });
     if (falls != times.end()) {
       remark(Severity::error, "does not increase behind " + shown(*falls));
     }
@@ -920,16 +920,14 @@ class ModelReader {
     const std::string type = coupling.value("type");
     std::vector<std::string> from;
     std::vector<std::string> to;
-    for (const std::string_view tag :
-         {"upstream_subdomain", "upstream_subdomain1", "upstream_subdomain2",
-          "external_subdomain"}) {
+    for (const std::string_view tag : {"upstream_subdomain", "upstream_subdomain1",
+                                       "upstream_subdomain2", "external_subdomain"}) {
       if (coupling.tag(tag) != nullptr) {
         from.push_back(coupling.value(tag));
       }
     }
-    for (const std::string_view tag :
-         {"downstream_subdomain", "downstream_subdomain1", "downstream_subdomain2",
-          "kestrix_subdomain"}) {
+    for (const std::string_view tag : {"downstream_subdomain", "downstream_subdomain1",
+                                       "downstream_subdomain2", "kestrix_subdomain"}) {
       if (coupling.tag(tag) != nullptr) {
         to.push_back(coupling.value(tag));
       }

@@ -15,8 +15,8 @@ namespace kcf {
 
 /// A file that the setup names, or the command file itself.
 struct NamedFile {
-  std::string name;   ///< as it is named
-  std::string usedBy; ///< "river / hydraulics / boundary inflow"
+  std::string name;    ///< as it is named
+  std::string usedBy;  ///< "river / hydraulics / boundary inflow"
   bool exists = false;
   std::uint64_t size = 0;
   std::string sha256;  ///< empty when it cannot be read

@@ -64,10 +64,14 @@ Box boxOf(const Mesh& mesh) {
   return mesh.nodes.empty() ? Box{{}, {}} : box;
 }
 
-/// The distance along a Hilbert curve through a square of 65536 cells a side.
+// Cells of the square that the curve runs through: two to this power a side.
+constexpr unsigned digitBits = 12;
+constexpr std::uint32_t lowDigit = (1U << digitBits) - 1;
+
+/// The distance along a Hilbert curve.
 std::uint32_t alongCurve(std::uint32_t x, std::uint32_t y) {
   std::uint32_t d = 0;
-  for (std::uint32_t s = 1U << 15U; s > 0; s >>= 1U) {
+  for (std::uint32_t s = 1U << (digitBits - 1); s > 0; s >>= 1U) {
     const std::uint32_t rx = (x & s) != 0 ? 1 : 0;
     const std::uint32_t ry = (y & s) != 0 ? 1 : 0;
     d += s * s * ((3 * rx) ^ ry);
@@ -84,41 +88,63 @@ std::uint32_t alongCurve(std::uint32_t x, std::uint32_t y) {
   return d;
 }
 
+/// A place in a list and where it stands along the curve.
+struct Stop {
+  std::uint32_t along;
+  std::uint32_t place;
+};
+
+/// Sorts by `along`, of which `2 * digitBits` bits count.
+void sortStops(std::vector<Stop>& stops) {
+  std::vector<Stop> sorted(stops.size());
+  for (const unsigned shift : {0U, digitBits}) {
+    std::vector<std::size_t> begins((1U << digitBits) + 1);
+    for (const Stop& stop : stops) {
+      ++begins[((stop.along >> shift) & lowDigit) + 1];
+    }
+    std::partial_sum(begins.begin(), begins.end(), begins.begin());
+    for (const Stop& stop : stops) {
+      sorted[begins[(stop.along >> shift) & lowDigit]++] = stop;
+    }
+    stops.swap(sorted);
+  }
+}
+
 /// Puts elements that are near each other one behind the other, unless the file does so.
 void order(Drawable& drawable, const Mesh& mesh, const Box& box) {
-  const double width = std::max({box.high[0] - box.low[0], box.high[1] - box.low[1], 1e-9});
   const std::size_t count = drawable.elements.size();
-  double way = 0;
-  for (std::size_t i = 1; i < count; ++i) {
-    const auto& from = mesh.nodes[drawable.corners[i - 1][0]];
-    const auto& to = mesh.nodes[drawable.corners[i][0]];
-    way += std::abs(to[0] - from[0]) + std::abs(to[1] - from[1]);
-  }
-  const double mean = way / static_cast<double>(std::max<std::size_t>(count, 1));
-  constexpr double farApart = 16;  // in elements of a square of as many
-  if (mean < farApart * width / std::sqrt(static_cast<double>(std::max<std::size_t>(count, 1)))) {
+  if (count < 2) {
     return;
   }
-  constexpr double cells = 65535;
-  std::vector<std::uint64_t> keys(count);
-  for (std::size_t i = 0; i < count; ++i) {
-    const auto& a = mesh.nodes[drawable.corners[i][0]];
-    const auto& c = mesh.nodes[drawable.corners[i][2]];
-    const double x = ((a[0] + c[0]) / 2 - box.low[0]) / width * cells;
-    const double y = ((a[1] + c[1]) / 2 - box.low[1]) / width * cells;
-    keys[i] = (std::uint64_t{alongCurve(static_cast<std::uint32_t>(x),
-                                        static_cast<std::uint32_t>(y))}
-               << 32U) |
-              i;
+  const double width = std::max({box.high[0] - box.low[0], box.high[1] - box.low[1], 1e-9});
+  const auto firstNode = [&](std::size_t i) { return mesh.nodes[drawable.corners[i][0]]; };
+  constexpr std::size_t sampleSize = 20000;
+  const std::size_t stride = count / sampleSize + 1;
+  double way = 0;
+  std::size_t steps = 0;
+  for (std::size_t i = 1; i < count; i += stride, ++steps) {
+    const auto from = firstNode(i - 1);
+    const auto to = firstNode(i);
+    way += std::abs(to[0] - from[0]) + std::abs(to[1] - from[1]);
   }
-  std::sort(keys.begin(), keys.end());
+  constexpr double farApart = 16;  // in elements of a square of as many
+  if (way / static_cast<double>(steps) < farApart * width / std::sqrt(static_cast<double>(count))) {
+    return;
+  }
+  std::vector<Stop> stops(count);
+  for (std::size_t i = 0; i < count; ++i) {
+    const auto node = firstNode(i);
+    stops[i] = {alongCurve(static_cast<std::uint32_t>((node[0] - box.low[0]) / width * lowDigit),
+                           static_cast<std::uint32_t>((node[1] - box.low[1]) / width * lowDigit)),
+                static_cast<std::uint32_t>(i)};
+  }
+  sortStops(stops);
   Drawable ordered;
   ordered.elements.reserve(count);
   ordered.corners.reserve(count);
-  for (const std::uint64_t key : keys) {
-    const auto i = static_cast<std::uint32_t>(key);
-    ordered.elements.push_back(drawable.elements[i]);
-    ordered.corners.push_back(drawable.corners[i]);
+  for (const Stop& stop : stops) {
+    ordered.elements.push_back(drawable.elements[stop.place]);
+    ordered.corners.push_back(drawable.corners[stop.place]);
   }
   drawable = std::move(ordered);
 }
@@ -126,7 +152,9 @@ void order(Drawable& drawable, const Mesh& mesh, const Box& box) {
 /// Lengths that positions are rounded to: a centimetre, and a millimetre of elevation; finer where
 /// elements are small, coarser where the mesh is larger than integers of 31 bits can tell.
 std::array<double, 3> stepsOf(const Box& box, std::size_t numElements) {
-  const auto roundDown = [](double length) { return std::pow(10.0, std::floor(std::log10(length))); };
+  const auto roundDown = [](double length) {
+    return std::pow(10.0, std::floor(std::log10(length)));
+  };
   const double width = std::max(box.high[0] - box.low[0], box.high[1] - box.low[1]);
   const double edge = width / std::sqrt(static_cast<double>(std::max<std::size_t>(numElements, 1)));
   constexpr double perEdge = 50;
@@ -236,8 +264,7 @@ class Packing {
       ++packed_.materialCounts[place];
       packed_.materialAreas[place] += areaOf(drawable_.corners[i]);
     }
-    packed_.area =
-        std::accumulate(packed_.materialAreas.begin(), packed_.materialAreas.end(), 0.0);
+    packed_.area = std::accumulate(packed_.materialAreas.begin(), packed_.materialAreas.end(), 0.0);
   }
 
   [[nodiscard]] double areaOf(const Corners& corners) const {

@@ -24,10 +24,10 @@ struct PackedMesh {
   int prediction = 0;            ///< how positions are told from those before; see `mesh.js`
   double lowest = 0;             ///< elevations [m]
   double highest = 0;
-  double area = 0;                             ///< of all elements [m2]
-  std::vector<std::int32_t> materials;         ///< that occur, ascending
-  std::vector<std::size_t> materialCounts;     ///< elements of each
-  std::vector<double> materialAreas;           ///< of each [m2]
+  double area = 0;                                   ///< of all elements [m2]
+  std::vector<std::int32_t> materials;               ///< that occur, ascending
+  std::vector<std::size_t> materialCounts;           ///< elements of each
+  std::vector<double> materialAreas;                 ///< of each [m2]
   std::array<std::vector<std::uint8_t>, 7> streams;  ///< ids, materials, corners, node ids, x, y, z
   /// The place of each node of the file among the packed ones.
   std::vector<std::uint32_t> placeOfNode;

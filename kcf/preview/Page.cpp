@@ -76,7 +76,9 @@ std::string plain(double number) {
 }
 
 std::string plain(const ordered_json& value) {
-  return value.is_number() ? plain(value.get<double>()) : value.is_string() ? value.get<std::string>() : "";
+  return value.is_number()   ? plain(value.get<double>())
+         : value.is_string() ? value.get<std::string>()
+                             : "";
 }
 
 std::string joined(const ordered_json& list) {
@@ -140,16 +142,16 @@ class Sections {
     html_.open("div", {{"id", id}, {"class", className}}).close();
   }
 
-  void beginDetails(std::string_view summary) {
-    html_.open("details").leaf("summary", summary);
-  }
+  void beginDetails(std::string_view summary) { html_.open("details").leaf("summary", summary); }
 
   void overview() {
     begin("overview", "Overview");
     html_.open("div", {{"class", "regions"}});
     for (const Region& region : model_->regions) {
-      html_.open("article").open("h3").text(region.name).leaf("span", region.kind,
-                                                              {{"class", "tag"}});
+      html_.open("article")
+          .open("h3")
+          .text(region.name)
+          .leaf("span", region.kind, {{"class", "tag"}});
       html_.close().open("dl");
       fact("Time", region.hasTime
                        ? fmt::format("{} to {} s ({})", plain(region.start), plain(region.end),
@@ -162,11 +164,12 @@ class Sections {
       fact("Computes", physics);
       for (const auto& mesh : page()["meshes"]) {
         if (mesh["region"] == region.name && mesh.contains("elements")) {
-          fact("Mesh", fmt::format("{} elements, {} nodes, {} m²",
-                                   grouped(mesh["elements"].get<double>()),
-                                   grouped(mesh["nodes"].get<double>()),
-                                   grouped(mesh["area"].get<double>())));
-          fact("Elevation", fmt::format("{} to {} m", plain(mesh["lowest"]), plain(mesh["highest"])));
+          fact("Mesh",
+               fmt::format("{} elements, {} nodes, {} m²", grouped(mesh["elements"].get<double>()),
+                           grouped(mesh["nodes"].get<double>()),
+                           grouped(mesh["area"].get<double>())));
+          fact("Elevation",
+               fmt::format("{} to {} m", plain(mesh["lowest"]), plain(mesh["highest"])));
         }
       }
       for (const auto& chain : page()["chains"]) {
@@ -203,12 +206,13 @@ class Sections {
         html_.leaf("span", " – " + notice.help, {{"class", "help"}});
       }
       if (notice.line > 0) {
-        html_.text(" ").leaf(
-            "code", std::filesystem::path(notice.file).filename().string() + ":" + std::to_string(notice.line));
+        html_.text(" ").leaf("code", std::filesystem::path(notice.file).filename().string() + ":" +
+                                         std::to_string(notice.line));
       }
       if (!notice.subject.empty()) {
-        html_.text(" ").leaf("a", "show", {{"href", "#" + notice.subject},
-                                           {"aria-label", "Show what this is about: " + notice.message}});
+        html_.text(" ").leaf("a", "show",
+                             {{"href", "#" + notice.subject},
+                              {"aria-label", "Show what this is about: " + notice.message}});
       }
       html_.close();
     }
@@ -299,11 +303,13 @@ class Sections {
     std::vector<std::vector<std::string>> rows;
     for (const auto& entry : page()["series"]) {
       const std::string argument = entry["argumentUnit"];
-      rows.push_back({entry["where"].get<std::string>(), entry["file"].get<std::string>(),
-                      entry["quantity"].get<std::string>() + " [" + entry["unit"].get<std::string>() + "]",
-                      entry.contains("rows") ? plain(entry["rows"]) : "cannot be read"});
+      rows.push_back(
+          {entry["where"].get<std::string>(), entry["file"].get<std::string>(),
+           entry["quantity"].get<std::string>() + " [" + entry["unit"].get<std::string>() + "]",
+           entry.contains("rows") ? plain(entry["rows"]) : "cannot be read"});
       for (const std::string_view end : {"first", "last"}) {
-        rows.back().push_back(entry.contains(end) ? plain(entry[std::string(end)]) + " " + argument : "");
+        rows.back().push_back(entry.contains(end) ? plain(entry[std::string(end)]) + " " + argument
+                                                  : "");
       }
       std::string range;
       if (entry.contains("columns")) {
@@ -357,8 +363,8 @@ class Sections {
       for (const auto& mixture : bed["mixtures"]) {
         rows.push_back({mixture["name"].get<std::string>()});
         for (std::size_t i = 0; i + 1 < titles.size(); ++i) {
-          rows.back().push_back(i < mixture["fractions"].size() ? plain(mixture["fractions"][i]) + " %"
-                                                                : "–");
+          rows.back().push_back(
+              i < mixture["fractions"].size() ? plain(mixture["fractions"][i]) + " %" : "–");
         }
       }
       writeTable(html_, "Mixtures of " + region, titles, rows);
@@ -369,10 +375,11 @@ class Sections {
           layers += (layers.empty() ? "" : ", then ") + layer["mixture"].get<std::string>() +
                     " down to " + plain(layer["bottom"]) + " m";
         }
-        rows.push_back({soil["name"].get<std::string>(), layers.empty() ? "no layer: fixed" : layers,
-                        joined(soil["materials"])});
+        rows.push_back({soil["name"].get<std::string>(),
+                        layers.empty() ? "no layer: fixed" : layers, joined(soil["materials"])});
       }
-      writeTable(html_, "Soils of " + region, {"Soil", "Layers from the surface", "Of materials"}, rows);
+      writeTable(html_, "Soils of " + region, {"Soil", "Layers from the surface", "Of materials"},
+                 rows);
       html_.close();
     }
     html_.close();
@@ -414,7 +421,10 @@ class Sections {
     }
     writeTable(html_, "Outputs over the run",
                {"Region", "Output", "Values", "#Every [s]", "#Times", "#About"}, rows);
-    html_.leaf("p", "Sizes count 8 bytes a number, without what a format adds; text takes about twice that.", {{"class", "hint"}});
+    html_.leaf(
+        "p",
+        "Sizes count 8 bytes a number, without what a format adds; text takes about twice that.",
+        {{"class", "hint"}});
     html_.close();
   }
 
@@ -439,7 +449,8 @@ class Sections {
     html_.close().close();
   }
 
-  static void collectDefaults(const SetupBlock& block, std::vector<std::vector<std::string>>& rows) {
+  static void collectDefaults(const SetupBlock& block,
+                              std::vector<std::vector<std::string>>& rows) {
     for (const KESTparse::InputTag* tag : block.defaults()) {
       rows.push_back({std::string(tag->getName()),
                       block.path() + " (line " + std::to_string(block.line) + ")",
@@ -511,14 +522,16 @@ std::string filled(std::string_view text,
 }  // namespace
 
 std::string pageOf(const Model& model, const std::string& stampName, const std::string& stamp) {
-  const std::array scripts{asset(kcf_dygraph, kcf_dygraph_end), asset(kcf_dagre, kcf_dagre_end),
-                           asset(kcf_core, kcf_core_end),       asset(kcf_mesh, kcf_mesh_end),
-                           asset(kcf_series, kcf_series_end),   asset(kcf_figures, kcf_figures_end)};
+  const std::array scripts{
+      asset(kcf_dygraph, kcf_dygraph_end), asset(kcf_dagre, kcf_dagre_end),
+      asset(kcf_core, kcf_core_end),       asset(kcf_mesh, kcf_mesh_end),
+      asset(kcf_series, kcf_series_end),   asset(kcf_figures, kcf_figures_end)};
   const std::string style = std::string(asset(kcf_dygraph_style, kcf_dygraph_style_end)) +
                             std::string(asset(kcf_style, kcf_style_end));
   std::string scriptElements;
-  std::string policy = "default-src 'none'; img-src data:; base-uri 'none'; form-action 'none'; style-src " +
-                       digest(style) + "; script-src";
+  std::string policy =
+      "default-src 'none'; img-src data:; base-uri 'none'; form-action 'none'; style-src " +
+      digest(style) + "; script-src";
   for (const std::string_view script : scripts) {
     policy += " " + digest(script);
     scriptElements += "<script>" + std::string(script) + "</script>\n";
@@ -529,7 +542,8 @@ std::string pageOf(const Model& model, const std::string& stampName, const std::
     // The only script that is no part of the page: the one beside it.
     policy += " 'self' file:";
   }
-  std::string data = "<script type=\"application/json\" id=\"setup-data\">" + embedded(page) + "</script>\n";
+  std::string data =
+      "<script type=\"application/json\" id=\"setup-data\">" + embedded(page) + "</script>\n";
   for (std::size_t i = 0; i < model.streams.size(); ++i) {
     data += "<script type=\"text/plain\" id=\"stream-" + std::to_string(i) + "\">" +
             model.streams[i] + "</script>\n";

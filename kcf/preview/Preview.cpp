@@ -63,7 +63,8 @@ class Preview {
     watched_ = model.watched;
     const fs::path stampPath = page_.string() + ".stamp.js";
     const std::string stamp =
-        isWatched ? std::to_string(std::chrono::steady_clock::now().time_since_epoch().count()) : "";
+        isWatched ? std::to_string(std::chrono::steady_clock::now().time_since_epoch().count())
+                  : "";
     replaceFile(page_, pageOf(model, stampPath.filename().string(), stamp));
     if (isWatched) {
       replaceFile(stampPath, "globalThis.kcfStamp?.(\"" + stamp + "\");\n");
@@ -107,8 +108,8 @@ class Preview {
 
 int run(const Arguments& arguments) {
   const fs::path setup = arguments.value("PATH");
-  const fs::path folder = arguments.has("--directory") ? fs::path(arguments.value("--directory"))
-                                                       : setup.parent_path();
+  const fs::path folder =
+      arguments.has("--directory") ? fs::path(arguments.value("--directory")) : setup.parent_path();
   const fs::path page = arguments.has("--output") ? fs::path(arguments.value("--output"))
                                                   : fs::path(setup).replace_extension(".html");
   if (page == setup) {
@@ -132,10 +133,7 @@ Verb previewVerb() {
 couplings and a summary to sign. It needs no server and no other file. A setup
 with faults is shown as far as it can be read. Names in the command file count
 from the folder that it stands in.)",
-          {{.name = "PATH",
-            .help = "The command file",
-            .required = true,
-            .isPath = true},
+          {{.name = "PATH", .help = "The command file", .required = true, .isPath = true},
            {.name = "--output",
             .help = "The page; beside the command file when it is left out",
             .value = "FILE",

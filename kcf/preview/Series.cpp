@@ -81,9 +81,8 @@ std::vector<std::size_t> rowsToDraw(const Series& series, std::size_t limit) {
     for (std::size_t c = 1; c < series.columns.size(); ++c) {
       const auto& column = series.columns[c];
       const auto first = column.begin();
-      const auto [low, high] =
-          std::minmax_element(first + static_cast<std::ptrdiff_t>(begin),
-                              first + static_cast<std::ptrdiff_t>(end));
+      const auto [low, high] = std::minmax_element(first + static_cast<std::ptrdiff_t>(begin),
+                                                   first + static_cast<std::ptrdiff_t>(end));
       rows.push_back(static_cast<std::size_t>(low - first));
       rows.push_back(static_cast<std::size_t>(high - first));
     }

@@ -28,8 +28,8 @@ std::string blanked(std::string_view text) {
       continue;
     }
     std::replace_if(
-        out.begin() + static_cast<std::ptrdiff_t>(i), out.begin() + static_cast<std::ptrdiff_t>(end),
-        [](char c) { return c != '\n'; }, ' ');
+        out.begin() + static_cast<std::ptrdiff_t>(i),
+        out.begin() + static_cast<std::ptrdiff_t>(end), [](char c) { return c != '\n'; }, ' ');
     i = end;
   }
   return out;
@@ -138,8 +138,8 @@ class Reading {
   }
 
   void tell(std::size_t line, std::string message, std::string help) {
-    notices_->push_back({Notice::Severity::error, std::move(message), std::move(help), "", path_,
-                         line, ""});
+    notices_->push_back(
+        {Notice::Severity::error, std::move(message), std::move(help), "", path_, line, ""});
   }
 
   std::string text_;

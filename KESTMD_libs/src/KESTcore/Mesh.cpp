@@ -64,8 +64,8 @@ class Reading {
   Mesh run() {
     const char* const end = text_.data() + text_.size();
     for (const char* begin = text_.data(); begin != end;) {
-      const auto* const feed = static_cast<const char*>(
-          std::memchr(begin, '\n', static_cast<std::size_t>(end - begin)));
+      const auto* const feed =
+          static_cast<const char*>(std::memchr(begin, '\n', static_cast<std::size_t>(end - begin)));
       const char* const stop = feed == nullptr ? end : feed;
       place_ = static_cast<std::size_t>(begin - text_.data());
       if (!readCard(Line(begin, stop))) {
