@@ -132,7 +132,7 @@ class ModelReader {
     const std::string& text = contentOf(model_.path);
     model_.setup = readSetup(text, model_.path.string(), *model_.schema, model_.notices);
     model_.files.push_back(
-        describe(model_.path.filename().string(), "the command file", model_.path));
+        describe(utf8(model_.path.filename().string()), "the command file", model_.path));
     const SetupBlock* const project = model_.setup->find("PROJECT");
     model_.title = project == nullptr ? "" : project->value("title");
     if (model_.title.empty()) {

@@ -183,6 +183,8 @@ class Preview(unittest.TestCase):
         self.assertEqual(kinds["inflow"], "boundary")
         self.assertEqual(kinds["weir_up"], "inner")
         self.assertEqual(kinds["gauge"], "defined")
+        pairs = set(self.browser.run("return [...document.querySelectorAll('[data-inner]')].map((pair) => pair.dataset.inner);"))
+        self.assertEqual(pairs, {"weir_up weir_down"})
         sources = self.browser.run("return [...document.querySelectorAll('circle[data-source]')].map((sign) => sign.dataset.source);")
         self.assertEqual(sorted(sources), ["gravel_bank"] * 2 + ["mill"] * 2 + ["treatment_plant"] * 2 + ["weir_pool"] * 2)
 

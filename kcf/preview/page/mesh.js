@@ -599,6 +599,15 @@
     }
 
     drawStrings(part, shapes, labels, path) {
+      const middleOf = (name) => {
+        const nodes = part.mesh.strings.find((string) => string.name === name)?.nodes ?? [];
+        return nodes.length ? this.screen(...[part.x, part.y].map((list) => (list[nodes[0]] + list[nodes[nodes.length - 1]]) / 2)) : null;
+      };
+      // The two strings of an inner boundary belong together.
+      for (const inner of part.mesh.inner) {
+        const ends = [middleOf(inner.first), middleOf(inner.second)];
+        if (ends.every(Boolean)) shapes.push(element("path", { class: "pair", d: path(ends), "data-inner": `${inner.first} ${inner.second}` }));
+      }
       for (const string of part.mesh.strings) {
         if (string.nodes.length === 0) continue;
         const points = string.nodes.map((node) => this.screen(part.x[node], part.y[node]));
