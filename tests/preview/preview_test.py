@@ -244,6 +244,7 @@ class Preview(unittest.TestCase):
         lines += [f"ND {number} {east + x + 0.004} {north + y}.25 {4 + x / 10}" for (x, y), number in sorted(node.items(), key=lambda item: item[1] % 7)]
         lines += [f"NS {node[0, 0]} {node[10, 0]}", f"NS {node[20, 0]} -{node[30, 0]} \"south\""]
         self.show(self.make("\r\n".join(lines) + "\r\n", strings=[("south", "left")]))
+        self.assertEqual(self.browser.run("return document.querySelector('[data-string]').getAttribute('d').split('L').length;"), 4)
         self.check_colours("Material", {40: "7", 3: "2", 21: "7", 9: "-4"})
         found = self.browser.run(VIEW + "const part = view.parts[0]; const ids = view.nodeIds(part); return Array.from({length: part.size}, (_, e) => [part.elementIds[e],"
                                  "[...view.cornersOf(part, e)].map((node) => [ids[node], part.x[node] + view.origin[0], part.y[node] + view.origin[1], part.z[node]])]);")
@@ -253,7 +254,6 @@ class Preview(unittest.TestCase):
             for name, x, y, z in places:
                 at = next(at for at, known in corners.items() if known == name)
                 self.assertLess(math.dist((x, y, z), (east + at[0] + 0.004, north + at[1] + 0.25, 4 + at[0] / 10)), 0.011)
-        self.assertEqual(self.browser.run("return document.querySelector('[data-string]').getAttribute('d').split('L').length;"), 4)
 
     def test_any_order_gives_the_same_mesh(self):
         """A mesh whose nodes and elements stand in any order is packed otherwise, and is the same."""

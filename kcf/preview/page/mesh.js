@@ -287,7 +287,7 @@
         element("span", { class: "gap" }),
         element("label", { for: "mesh-search" }, "Element"), this.search, button("Find the element", "Find", () => this.find()),
         button("Zoom in", "+", () => this.zoom(1.5)), button("Zoom out", "−", () => this.zoom(1 / 1.5)),
-        button("Show all", "All", () => { this.fit(); this.redraw(); }));
+        button("All of the mesh", "All", () => { this.fit(); this.redraw(); }));
       this.legend = element("div", { class: "legend" });
       this.details = element("div", { class: "element", role: "status" }, element("p", { class: "hint" }, "Point at an element, or click it to keep it."));
       place.append(tools, element("div", { class: "map" }, this.stage, element("div", { class: "beside" }, this.legend, this.details)));

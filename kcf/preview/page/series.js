@@ -45,7 +45,7 @@
     if (timed.length) {
       place.append(element("div", { class: "tools" }, button("Earlier", "←", () => move(-0.25)), button("Later", "→", () => move(0.25)),
         button("Zoom in on the time", "+", () => scale(0.5)), button("Zoom out of the time", "−", () => scale(2)),
-        button("Show the whole time", "All", () => zoomTo(...whole)), told, element("span", { class: "hint gap" }, "Drag to zoom all series")));
+        button("All of the time", "All", () => zoomTo(...whole)), told, element("span", { class: "hint gap" }, "Drag to zoom all series")));
     }
 
     const observer = new IntersectionObserver((seen) => {
@@ -86,7 +86,7 @@
         dateWindow: isTimed ? [...span] : null,
         axes: {
           x: { axisLabelFormatter: (x) => isTimed ? (x === 0 ? "0" : duration(x)) : number(x), pixelsPerLabel: 76,
-            ticker: isTimed ? timeTicks : undefined },
+            ...(isTimed ? { ticker: timeTicks } : {}) },
           y: { axisLabelWidth: 58, axisLabelFormatter: (y) => number(y), pixelsPerLabel: 34 },
         },
         underlayCallback: (context, area, self) => {
