@@ -5,6 +5,7 @@
 #include "format/Format.h"
 #include "installation/Installation.h"
 #include "manual/Manual.h"
+#include "preview/Preview.h"
 #include "schema/Schema.h"
 #include "template/Template.h"
 #include "vocabulary/Vocabulary.h"
@@ -29,6 +30,7 @@ program holds the vocabulary that main-converter(1) checks them against.)",
               manualVerb(),
               schemaVerb(),
               vocabularyVerb(),
+              previewVerb(),
               installationVerb(),
           },
       .statuses = {{"0", "All is well"},
@@ -36,6 +38,7 @@ program holds the vocabulary that main-converter(1) checks them against.)",
                    {"2", "The command line cannot be understood"}},
       .examples = {
           {"Write the manual and open it", "kcf manual -o manual && xdg-open manual/index.html"},
+          {"Look at a setup before it runs", "kcf preview setup.kcf && xdg-open setup.html"},
           {"Begin a command file with a 2D region",
            "kcf template /PROJECT /DOMAIN/KESTPLANE_2D > setup.kcf"}}};
   return self;

@@ -7,102 +7,21 @@ The pages are opened from the file system. KESTRIX_SCREENSHOTS=DIR keeps what th
 a desk, on a phone, in the dark, and printed.
 """
 import base64
-import json
-import os
-import shutil
-import socket
 import subprocess
 import sys
 import tempfile
 import time
 import unittest
-import urllib.error
-import urllib.request
 from pathlib import Path
 
+sys.path.insert(0, str(Path(__file__).resolve().parent.parent))
+from browser import SCREENSHOTS, Browser
+
 REFERENCE = Path(sys.argv[1]).resolve()
-SCREENSHOTS = os.environ.get("KESTRIX_SCREENSHOTS")
-ELEMENT = "element-6066-11e4-a52e-4f735466cecf"  # the key of an element in the protocol
 ENTER, DOWN, ESCAPE = "\ue007", "\ue015", "\ue00c"
-CHROMIUM = ["--headless", "--no-sandbox", "--disable-gpu", "--disable-quic", "--no-first-run",
-            "--disable-background-networking", "--disable-component-update", "--disable-sync",
-            "--disable-dev-shm-usage"]
-START_LIMIT, WAIT_LIMIT = 60, 20
+WAIT_LIMIT = 20
 A4_WIDTH = 703  # of a sheet within its margins
 FRICTION = "DOMAIN.KESTPLANE_2D.HYDRAULICS.FRICTION.html"
-
-
-class Browser:
-    """A headless browser that is driven by its WebDriver."""
-
-    def __init__(self, folder):
-        with socket.socket() as probe:
-            probe.bind(("127.0.0.1", 0))
-            port = probe.getsockname()[1]
-        self.url = f"http://127.0.0.1:{port}"
-        self.opener = urllib.request.build_opener(urllib.request.ProxyHandler({}))
-        with (Path(folder) / "driver.log").open("wb") as log:
-            self.driver = subprocess.Popen([shutil.which("chromedriver"), f"--port={port}"], stdout=log, stderr=log)
-        end = time.monotonic() + START_LIMIT
-        while not self.is_ready():
-            if time.monotonic() > end or self.driver.poll() is not None:
-                raise RuntimeError("the driver of the browser does not start: " + (Path(folder) / "driver.log").read_text())
-            time.sleep(0.1)
-        options = {"args": CHROMIUM + [f"--user-data-dir={folder}/profile"], "binary": shutil.which("chromium")}
-        session = self.ask("POST", "/session", {"capabilities": {"alwaysMatch": {"goog:chromeOptions": options}}})
-        self.url += "/session/" + session["sessionId"]
-
-    def is_ready(self):
-        try:
-            return self.ask("GET", "/status")["ready"]
-        except OSError:
-            return False
-
-    def ask(self, method, path, body=None):
-        data = None if body is None else json.dumps(body).encode()
-        request = urllib.request.Request(self.url + path, data, {"Content-Type": "application/json"}, method=method)
-        try:
-            with self.opener.open(request, timeout=60) as answer:
-                return json.load(answer)["value"]
-        except urllib.error.HTTPError as fault:
-            raise RuntimeError(fault.read().decode()) from fault
-
-    def open(self, path):
-        self.ask("POST", "/url", {"url": path})
-
-    def run(self, script, *arguments):
-        return self.ask("POST", "/execute/sync", {"script": script, "args": list(arguments)})
-
-    def find(self, selector):
-        return self.ask("POST", "/element", {"using": "css selector", "value": selector})[ELEMENT]
-
-    def click(self, selector):
-        self.ask("POST", f"/element/{self.find(selector)}/click", {})
-
-    def type(self, selector, text):
-        self.ask("POST", f"/element/{self.find(selector)}/value", {"text": text})
-
-    def press(self, key):
-        actions = [{"type": kind, "value": key} for kind in ("keyDown", "keyUp")]
-        self.ask("POST", "/actions", {"actions": [{"type": "key", "id": "keys", "actions": actions}]})
-
-    def command(self, name, **parameters):
-        return self.ask("POST", "/goog/cdp/execute", {"cmd": name, "params": parameters})
-
-    def resize(self, width, height, is_mobile=False):
-        self.command("Emulation.setDeviceMetricsOverride", width=width, height=height,
-                     deviceScaleFactor=2 if is_mobile else 1, mobile=is_mobile)
-
-    def keep_screenshot(self, name):
-        if SCREENSHOTS:
-            (Path(SCREENSHOTS) / name).write_bytes(base64.b64decode(self.ask("GET", "/screenshot")))
-
-    def close(self):
-        try:
-            self.ask("DELETE", "")
-        finally:
-            self.driver.terminate()
-            self.driver.wait()
 
 
 class Manual(unittest.TestCase):

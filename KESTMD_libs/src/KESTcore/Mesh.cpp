@@ -1,0 +1,243 @@
+#include "KESTcore/Mesh.h"
+
+#include <algorithm>
+#include <charconv>
+#include <cmath>
+#include <cstring>
+#include <utility>
+
+namespace Kestrix {
+namespace {
+
+/// The characters between the words of a line; names may stand in quotes.
+bool isSeparator(char c) {
+  return c == ' ' || c == '\t' || c == '"' || c == '\r';
+}
+
+/// Takes a line apart.
+class Line {
+ public:
+  Line(const char* begin, const char* end) : here_(begin), end_(end) {}
+
+  std::string_view word() {
+    skip();
+    const char* const begin = here_;
+    while (here_ != end_ && !isSeparator(*here_)) {
+      ++here_;
+    }
+    return {begin, static_cast<std::size_t>(here_ - begin)};
+  }
+
+  /// Reads the next word as a number; false, and nothing is taken, when it is none.
+  template <class Number>
+  bool number(Number& value) {
+    skip();
+    const char* const begin = here_ + (here_ != end_ && *here_ == '+' ? 1 : 0);
+    const auto [stop, error] = std::from_chars(begin, end_, value);
+    if (error != std::errc{} || (stop != end_ && !isSeparator(*stop))) {
+      return false;
+    }
+    here_ = stop;
+    return true;
+  }
+
+  [[nodiscard]] bool atEnd() {
+    skip();
+    return here_ == end_;
+  }
+
+ private:
+  void skip() {
+    while (here_ != end_ && isSeparator(*here_)) {
+      ++here_;
+    }
+  }
+
+  const char* here_;
+  const char* end_;
+};
+
+class Reading {
+ public:
+  Reading(std::string_view text, bool withPlaces) : text_(text), withPlaces_(withPlaces) {}
+
+  Mesh run() {
+    const char* const end = text_.data() + text_.size();
+    for (const char* begin = text_.data(); begin != end;) {
+      const auto* const feed =
+          static_cast<const char*>(std::memchr(begin, '\n', static_cast<std::size_t>(end - begin)));
+      const char* const stop = feed == nullptr ? end : feed;
+      place_ = static_cast<std::size_t>(begin - text_.data());
+      if (!readCard(Line(begin, stop))) {
+        mesh_.faults.push_back({place_});
+      }
+      begin = feed == nullptr ? end : feed + 1;
+    }
+    endString({});
+    return std::move(mesh_);
+  }
+
+ private:
+  /// False for a known card that cannot be read.
+  bool readCard(Line line) {
+    const std::string_view card = line.word();
+    if (card == "ND") {
+      return readNode(line);
+    }
+    if (card == "E4Q") {
+      return readElement<4, 1>(line);
+    }
+    if (card == "E3T") {
+      return readElement<3, 1>(line);
+    }
+    if (card == "NS") {
+      return readString(line);
+    }
+    if (card == "E6T") {
+      return readElement<3, 2>(line);
+    }
+    if (card == "E8Q") {
+      return readElement<4, 2>(line);
+    }
+    if (card == "E9Q") {
+      return readElement<4, 2, 1>(line);
+    }
+    return true;
+  }
+
+  bool readNode(Line& line) {
+    std::int32_t id = 0;
+    std::array<double, 3> node{};
+    if (!line.number(id) || !line.number(node[0]) || !line.number(node[1]) ||
+        !line.number(node[2]) || !std::isfinite(node[0]) || !std::isfinite(node[1]) ||
+        !std::isfinite(node[2])) {
+      return false;
+    }
+    mesh_.nodeIds.push_back(id);
+    mesh_.nodes.push_back(node);
+    if (withPlaces_) {
+      mesh_.nodePlaces.push_back(place_);
+    }
+    return true;
+  }
+
+  /// An element of `Corners` corners, each followed by the node of a side if `Step` is 2, and
+  /// `Inner` nodes within.
+  template <int Corners, int Step, int Inner = 0>
+  bool readElement(Line& line) {
+    std::int32_t id = 0;
+    std::array<std::int32_t, 4> corners{0, 0, 0, Mesh::noCorner};
+    if (!line.number(id)) {
+      return false;
+    }
+    for (int i = 0; i < Corners * Step + Inner; ++i) {
+      std::int32_t node = 0;
+      if (!line.number(node)) {
+        return false;
+      }
+      if (i < Corners * Step && i % Step == 0) {
+        corners[static_cast<std::size_t>(i / Step)] = node;
+      }
+    }
+    std::int32_t material = 0;
+    if (!line.number(material)) {
+      return false;
+    }
+    mesh_.elementIds.push_back(id);
+    mesh_.corners.push_back(corners);
+    mesh_.materials.push_back(material);
+    if (withPlaces_) {
+      mesh_.elementPlaces.push_back(place_);
+    }
+    return true;
+  }
+
+  bool readString(Line& line) {
+    std::int32_t id = 0;
+    while (line.number(id)) {
+      if (id == INT32_MIN) {
+        return false;
+      }
+      stringIds_.push_back(std::abs(id));
+      stringPlace_ = place_;
+      if (id < 0) {
+        endString(lastWord(line));
+        return true;
+      }
+    }
+    // A string may end without a negative id where its name tells that it does.
+    if (!line.atEnd()) {
+      endString(lastWord(line));
+    }
+    return true;
+  }
+
+  static std::string_view lastWord(Line& line) {
+    std::string_view last;
+    while (!line.atEnd()) {
+      last = line.word();
+    }
+    return last;
+  }
+
+  void endString(std::string_view name) {
+    if (!stringIds_.empty()) {
+      mesh_.strings.push_back({std::string(name), std::exchange(stringIds_, {}), stringPlace_});
+    }
+  }
+
+  std::string_view text_;
+  bool withPlaces_;
+  std::size_t place_ = 0;
+  std::vector<std::int32_t> stringIds_;
+  std::size_t stringPlace_ = 0;
+  Mesh mesh_;
+};
+
+}  // namespace
+
+Mesh readMesh(std::string_view text, bool withPlaces) {
+  return Reading(text, withPlaces).run();
+}
+
+MeshPosition meshPosition(std::string_view text, std::size_t offset) {
+  const std::string_view before = text.substr(0, offset);
+  const std::size_t feed = before.rfind('\n');
+  return {1 + static_cast<std::size_t>(std::count(before.begin(), before.end(), '\n')),
+          before.size() - (feed == std::string_view::npos ? 0 : feed + 1) + 1};
+}
+
+MeshNodeIndex::MeshNodeIndex(std::span<const std::int32_t> ids) {
+  if (ids.empty()) {
+    return;
+  }
+  const auto [lowest, highest] = std::minmax_element(ids.begin(), ids.end());
+  first_ = *lowest;
+  const auto range = static_cast<std::size_t>(std::int64_t{*highest} - first_ + 1);
+  constexpr std::size_t sparse = 8;
+  if (range <= sparse * ids.size()) {
+    places_.assign(range, none);
+    for (std::size_t i = ids.size(); i-- > 0;) {
+      places_[static_cast<std::size_t>(ids[i] - first_)] = static_cast<std::uint32_t>(i);
+    }
+    return;
+  }
+  sorted_.reserve(ids.size());
+  for (std::size_t i = 0; i < ids.size(); ++i) {
+    sorted_.emplace_back(ids[i], static_cast<std::uint32_t>(i));
+  }
+  std::sort(sorted_.begin(), sorted_.end());
+}
+
+std::uint32_t MeshNodeIndex::find(std::int32_t id) const {
+  if (!places_.empty()) {
+    const std::int64_t place = id - first_;
+    return place < 0 || place >= static_cast<std::int64_t>(places_.size())
+               ? none
+               : places_[static_cast<std::size_t>(place)];
+  }
+  const auto it = std::lower_bound(sorted_.begin(), sorted_.end(), std::pair{id, std::uint32_t{0}});
+  return it == sorted_.end() || it->first != id ? none : it->second;
+}
+
+}  // namespace Kestrix

@@ -1,0 +1,980 @@
+#include "preview/Model.h"
+
+#include <fmt/format.h>
+
+#include <algorithm>
+#include <cmath>
+#include <cstring>
+#include <future>
+#include <limits>
+#include <optional>
+#include <set>
+#include <stdexcept>
+
+#include "KESTcore/Mesh.h"
+#include "KESTparse/base/Conversions.h"
+#include "KESTparse/base/Files.h"
+#include "KESTparse/root/KestrixInputRoot.h"
+#include "KESTparse/vocabulary/TagTraits.h"
+#include "preview/Bytes.h"
+#include "preview/PackedMesh.h"
+#include "preview/Series.h"
+
+namespace kcf {
+namespace {
+
+using nlohmann::ordered_json;
+using Severity = Notice::Severity;
+
+/// Rows of a series that the page holds at most.
+constexpr std::size_t rowLimit = 8000;
+
+/// `text` with what is no UTF-8 replaced, since nothing else can stand in a page.
+std::string utf8(const std::string& text) {
+  return ordered_json::parse(
+      ordered_json(text).dump(-1, ' ', false, ordered_json::error_handler_t::replace));
+}
+
+std::string shown(double number) {
+  return fmt::format("{}", number);
+}
+
+/// What a series is about, by the tag that names it and the type of its block.
+struct Quantity {
+  std::string_view what;
+  std::string_view unit;
+  std::string_view argument = "time";
+  std::string_view argumentUnit = "s";
+};
+
+Quantity quantityOf(std::string_view tag, std::string_view type, const std::string& path) {
+  const bool isSediment = path.find("BEDLOAD") != std::string::npos ||
+                          path.find("/MORPHOLOGY/SOURCE") != std::string::npos;
+  const auto is = [type](std::string_view name) {
+    return type.substr(type.starts_with("coupling_") ? 9 : 0) == name;
+  };
+  if (tag == "width_file") {
+    return {"width", "m"};
+  }
+  if (tag == "weir_level_file" || (tag == "file" && is("weir"))) {
+    return {"crest level", "m a.s.l."};
+  }
+  if (tag == "gate_level_file" || (tag == "file" && is("gate"))) {
+    return {"gate level", "m a.s.l."};
+  }
+  if (tag == "gate_size_file") {
+    return {"gate opening", "m"};
+  }
+  if (tag == "cycle_step_file") {
+    return {"cycle step", "–"};
+  }
+  if (is("hqrelation")) {
+    return {"discharge", "m³/s", "water level", "m a.s.l."};
+  }
+  if (is("zhydrograph")) {
+    return {"water level", "m a.s.l."};
+  }
+  if (is("suspension_discharge") && path.find("KESTCHAIN_1D") != std::string::npos) {
+    return {"concentration", "–"};
+  }
+  if (is("suspended_discharge") || is("suspension_discharge")) {
+    return {"suspended load", "m³/s"};
+  }
+  if (isSediment) {
+    return {"sediment discharge", "m³/s"};
+  }
+  if (path.ends_with("MOVABLE_BED")) {
+    return {"bed elevation", "m a.s.l."};
+  }
+  if (is("hydrograph") || is("source_discharge") || is("qlateral")) {
+    return {"discharge", "m³/s"};
+  }
+  if (tag == "root_value_series_file") {
+    return {"target", "m a.s.l. or m³/s"};
+  }
+  return {is("saturation") ? "saturation" : "value", is("saturation") ? "–" : ""};
+}
+
+/// What `KIND/BLOCK` is called in the page.
+std::string spoken(std::string_view blockName) {
+  std::string text(blockName);
+  std::transform(text.begin(), text.end(), text.begin(), [](char c) {
+    return c == '_' ? ' ' : static_cast<char>(std::tolower(static_cast<unsigned char>(c)));
+  });
+  return text;
+}
+
+/// The name by which people know a block: its own, or that of the place where it acts.
+std::string labelOf(const SetupBlock& block) {
+  for (const std::string_view tag : {"name", "string_name", "cross_section", "string"}) {
+    if (const SetupTag* const given = block.tag(tag); given != nullptr && !given->value.empty()) {
+      return given->value;
+    }
+  }
+  for (const auto& [first, second] : {std::pair{"string_name1", "string_name2"},
+                                      {"cross_section_name_1", "cross_section_name_2"}}) {
+    if (block.tag(first) != nullptr) {
+      return block.value(first) + " – " + block.value(second);
+    }
+  }
+  return block.value("type");
+}
+
+class ModelReader {
+ public:
+  ModelReader(const std::filesystem::path& path, std::filesystem::path folder)
+      : folder_(std::move(folder)) {
+    model_.path = path;
+    model_.schema = std::make_unique<KESTparse::KestrixInputRoot>();
+  }
+
+  Model run() {
+    const std::string& text = contentOf(model_.path);
+    model_.setup = readSetup(text, model_.path.string(), *model_.schema, model_.notices);
+    model_.files.push_back(
+        describe(utf8(model_.path.filename().string()), "the command file", model_.path));
+    const SetupBlock* const project = model_.setup->find("PROJECT");
+    model_.title = project == nullptr ? "" : project->value("title");
+    if (model_.title.empty()) {
+      model_.title = model_.path.stem().string();
+    }
+    model_.page = {{"title", utf8(model_.title)},
+                   {"regions", ordered_json::array()},
+                   {"meshes", ordered_json::array()},
+                   {"series", ordered_json::array()},
+                   {"chains", ordered_json::array()},
+                   {"beds", ordered_json::array()},
+                   {"graph", {{"nodes", ordered_json::array()}, {"edges", ordered_json::array()}}}};
+    if (const SetupBlock* const domain = model_.setup->find("DOMAIN"); domain != nullptr) {
+      readDomain(*domain);
+    } else {
+      tell(Severity::error, "the setup has no block DOMAIN", "nothing can be simulated without one",
+           1, "");
+    }
+    finishFiles();
+    return std::move(model_);
+  }
+
+ private:
+  /// Names and places of the files that the model is made of.
+  [[nodiscard]] std::filesystem::path resolved(const std::string& name) const {
+    return std::filesystem::path(name).is_absolute() ? std::filesystem::path(name) : folder_ / name;
+  }
+
+  /// The text of a file that must be there.
+  const std::string& contentOf(const std::filesystem::path& path) {
+    KESTparse::FileText text = KESTparse::readFile(path.string());
+    if (!text.wasRead) {
+      throw std::runtime_error("'" + path.string() + "' cannot be read");
+    }
+    return keep(path, std::move(text.content));
+  }
+
+  const std::string& keep(const std::filesystem::path& path, std::string content) {
+    model_.watched.push_back(path);
+    const std::string& kept = contents_.emplace(path.string(), std::move(content)).first->second;
+    hashes_.emplace(path.string(),
+                    std::async(std::launch::async, [&kept] { return hex(sha256(kept)); }));
+    return kept;
+  }
+
+  /// The text of a file that the setup names; null when it cannot be read, which is told.
+  const std::string* named(const SetupBlock& block, const SetupTag& tag,
+                           const std::string& subject) {
+    const std::filesystem::path path = resolved(tag.value);
+    const auto known = contents_.find(path.string());
+    if (known != contents_.end()) {
+      return &known->second;
+    }
+    KESTparse::FileText text = KESTparse::readFile(path.string());
+    if (!text.wasRead) {
+      model_.watched.push_back(path);
+      tell(Severity::error, "the file '" + tag.value + "' of " + whereOf(block) + " cannot be read",
+           "names count from the folder '" + folder_.string() + "'", tag.line, subject);
+      return nullptr;
+    }
+    return &keep(path, std::move(text.content));
+  }
+
+  NamedFile describe(const std::string& name, const std::string& usedBy,
+                     const std::filesystem::path& path) {
+    NamedFile file{name, usedBy, contents_.contains(path.string()), 0, path.string()};
+    if (file.exists) {
+      file.size = contents_.at(path.string()).size();
+    } else {
+      std::error_code fault;
+      const auto size = std::filesystem::file_size(path, fault);
+      file.exists = !fault;
+      file.size = fault ? 0 : size;
+    }
+    return file;
+  }
+
+  /// Puts the hashes, which are worked out beside all else, in place.
+  void finishFiles() {
+    std::map<std::string, std::string> known;
+    for (NamedFile& file : model_.files) {
+      const std::string path = std::exchange(file.sha256, "");
+      if (!known.contains(path)) {
+        const auto it = hashes_.find(path);
+        const KESTparse::FileText text =
+            it == hashes_.end() && file.exists ? KESTparse::readFile(path) : KESTparse::FileText();
+        known[path] = it != hashes_.end() ? it->second.get()
+                                          : (text.wasRead ? hex(sha256(text.content)) : "");
+      }
+      file.sha256 = known[path];
+    }
+  }
+
+  void tell(Severity severity, std::string message, std::string help, std::size_t line,
+            std::string subject) {
+    model_.notices.push_back({severity, std::move(message), std::move(help), "",
+                              model_.path.string(), line, std::move(subject)});
+  }
+
+  /// "region / hydraulics / boundary inflow".
+  static std::string whereOf(const SetupBlock& block) {
+    if (block.parent == nullptr || block.name == "DOMAIN") {
+      return "";
+    }
+    const std::string above = whereOf(*block.parent);
+    const std::string region = block.value("region_name");
+    const std::string own =
+        region.empty() ? spoken(block.name) + (labelOf(block).empty() ? "" : " " + labelOf(block))
+                       : region;
+    return above.empty() ? own : above + " / " + own;
+  }
+
+  void readDomain(const SetupBlock& domain) {
+    for (const SetupBlock& block : domain.blocks) {
+      if (block.name == "KESTPLANE_2D") {
+        readPlane(block, addRegion(block, "2D"));
+      } else if (block.name == "KESTCHAIN_1D") {
+        readChain(block, addRegion(block, "1D"));
+      } else if (block.name == "KESTSUB") {
+        readSubsurface(block, addRegion(block, "subsurface"));
+      } else if (block.name == "KEST_EXTERN") {
+        addRegion(block, "external");
+      }
+    }
+    readSeriesBelow(domain);
+    readLinks(domain);
+  }
+
+  Region& addRegion(const SetupBlock& block, const std::string& kind) {
+    Region region;
+    region.name = utf8(block.value("region_name"));
+    region.kind = kind;
+    region.block = &block;
+    if (region.name.empty()) {
+      region.name = "unnamed " + kind + " region";
+    }
+    if (const SetupBlock* const time = block.find("TIMESTEP"); time != nullptr) {
+      const auto total = time->numbers("total_run_time");
+      const auto start = time->numbers("start_time");
+      region.start = start.empty() ? 0 : std::max(start[0], 0.0);
+      region.hasTime = !total.empty();
+      region.end = total.empty() ? 0 : total[0];
+    }
+    const auto on = [&block, &region](std::string_view path, std::string what) {
+      if (block.find(path) != nullptr) {
+        region.physics.push_back(std::move(what));
+      }
+    };
+    on("HYDRAULICS", kind == "1D" ? "flow in a chain of cross sections" : "shallow-water flow");
+    on("HYDRAULICS/TURBULENCE_MODEL", "turbulence");
+    on("MORPHOLOGY/BEDLOAD", "bed load");
+    on("MORPHOLOGY/SUSPENDED_LOAD", "suspended load");
+    on("MORPHOLOGY/GRAVITATIONAL_TRANSPORT", "slope failure");
+    on("MORPHOLOGY/APPARENT_COHESION", "apparent cohesion");
+    on("VEGETATION", "vegetation");
+    if (kind == "subsurface") {
+      region.physics.emplace_back("variably saturated flow in the ground");
+    }
+    if (kind == "external") {
+      region.physics.emplace_back("computed by another program");
+    }
+    readOutputs(block, region);
+    readNamedFiles(block);
+    model_.page["regions"].push_back(
+        {{"name", region.name},
+         {"kind", kind},
+         {"start", region.start},
+         {"end", region.hasTime ? ordered_json(region.end) : ordered_json(nullptr)}});
+    model_.regions.push_back(std::move(region));
+    return model_.regions.back();
+  }
+
+  /// All files that are named below `block`, with the tag that names them.
+  void readNamedFiles(const SetupBlock& block) {
+    for (const SetupTag& tag : block.tags) {
+      if (tag.schema == nullptr) {
+        continue;
+      }
+      const KESTparse::ValueKind kind = KESTparse::traitsOf(*tag.schema).kind;
+      if (kind != KESTparse::ValueKind::file && kind != KESTparse::ValueKind::seriesFile) {
+        continue;
+      }
+      const std::filesystem::path path = resolved(tag.value);
+      NamedFile file = describe(utf8(tag.value), utf8(whereOf(block)), path);
+      if (!file.exists && kind == KESTparse::ValueKind::file && tag.name != "mesh" &&
+          block.name != "GEOMETRY") {
+        tell(Severity::error,
+             "the file '" + tag.value + "' of " + whereOf(block) + " cannot be read",
+             "names count from the folder '" + folder_.string() + "'", tag.line, "files");
+      }
+      model_.watched.push_back(path);
+      model_.files.push_back(std::move(file));
+    }
+    for (const SetupBlock& child : block.blocks) {
+      readNamedFiles(child);
+    }
+  }
+
+  void readOutputs(const SetupBlock& block, const Region& region) {
+    const SetupBlock* const output = block.find("OUTPUT");
+    if (output == nullptr) {
+      return;
+    }
+    const auto add = [this, &region](const SetupBlock& of, const std::string& type,
+                                     std::string_view tag) {
+      const auto interval = of.numbers(tag);
+      constexpr double never = 1e30;
+      if (interval.empty() || interval[0] <= 0 || interval[0] >= never) {
+        return;
+      }
+      Output entry{region.name, type, "", interval[0], 0, 0};
+      const double span = region.end - region.start;
+      entry.times = region.hasTime && span >= 0
+                        ? static_cast<std::size_t>(std::min(span / interval[0], 1e15)) + 1
+                        : 0;
+      for (const std::string_view values :
+           {"values", "node_values", "element_values", "stringdef_values", "edge_values",
+            "boundary_values", "balance_values", "variable"}) {
+        if (const SetupTag* const given = of.tag(values); given != nullptr) {
+          for (const std::string& item : listItems(given->value)) {
+            entry.values += (entry.values.empty() ? "" : ", ") + item;
+          }
+        }
+      }
+      entry.values = utf8(entry.values);
+      entry.numbers = numbersOf(of);
+      model_.outputs.push_back(std::move(entry));
+    };
+    add(*output, "default output", "output_time_step");
+    add(*output, "restart file", "restart_time_step");
+    for (const SetupBlock* special : output->all("SPECIAL_OUTPUT")) {
+      add(*special, utf8(special->value("type")), "output_time_step");
+    }
+  }
+
+  /// How many numbers an output writes each time: values times places. 0 until the mesh is known.
+  static double numbersOf(const SetupBlock& output) {
+    const auto count = [&output](std::string_view places, std::string_view values) {
+      return static_cast<double>(output.items(places).size() * output.items(values).size());
+    };
+    return count("node_ids", "node_values") + count("element_ids", "element_values") +
+           count("stringdefs", "stringdef_values") + count("edge_ids", "edge_values") +
+           static_cast<double>(output.items("balance_values").size());
+  }
+
+  // 2D.
+
+  void readPlane(const SetupBlock& block, Region& region) {
+    ordered_json mesh = {{"region", region.name},
+                         {"subject", "mesh-" + std::to_string(model_.page["meshes"].size())},
+                         {"label", region.name}};
+    const std::string subject = mesh["subject"];
+    const SetupBlock* const geometry = block.find("GEOMETRY");
+    const SetupTag* const file = geometry == nullptr ? nullptr : geometry->tag("file");
+    std::set<std::string> names;
+    if (file != nullptr) {
+      mesh["file"] = utf8(file->value);
+      if (const std::string* const text = named(*geometry, *file, subject); text != nullptr) {
+        addMesh(*text, file->value, mesh, block, names);
+        addOutputSizes(region, mesh);
+      }
+    } else {
+      tell(Severity::error, "the region '" + region.name + "' names no mesh",
+           "give the tag 'file' in its block GEOMETRY", block.line, subject);
+    }
+    mesh["tables"] = tablesOf(block);
+    addSources(block, mesh);
+    readBed(block, region);
+    model_.page["meshes"].push_back(std::move(mesh));
+  }
+
+  void addOutputSizes(const Region& region, const ordered_json& mesh) {
+    for (Output& output : model_.outputs) {
+      if (output.region == region.name &&
+          (output.type == "node_centered" || output.type == "element_centered")) {
+        const auto values = 1 + std::count(output.values.begin(), output.values.end(), ',');
+        output.numbers = mesh[output.type == "node_centered" ? "nodes" : "elements"].get<double>() *
+                         static_cast<double>(output.values.empty() ? 0 : values);
+      }
+    }
+  }
+
+  void addMesh(const std::string& text, const std::string& fileName, ordered_json& mesh,
+               const SetupBlock& block, std::set<std::string>& names) {
+    const Kestrix::Mesh read = Kestrix::readMesh(text);
+    const Kestrix::MeshNodeIndex index(read.nodeIds);
+    const PackedMesh packed = packMesh(read, index);
+    const std::string subject = mesh["subject"];
+    mesh["nodes"] = packed.numNodes;
+    mesh["elements"] = packed.numElements;
+    mesh["origin"] = packed.origin;
+    mesh["step"] = packed.step;
+    mesh["prediction"] = packed.prediction;
+    mesh["lowest"] = packed.lowest;
+    mesh["highest"] = packed.highest;
+    mesh["area"] = packed.area;
+    mesh["materials"] = packed.materials;
+    mesh["materialCounts"] = packed.materialCounts;
+    mesh["materialAreas"] = packed.materialAreas;
+    mesh["streams"] = ordered_json::array();
+    for (const auto& stream : packed.streams) {
+      mesh["streams"].push_back(model_.streams.size());
+      model_.streams.push_back(base64(stream));
+    }
+    if (packed.numElements == 0) {
+      tell(Severity::error, "the mesh '" + fileName + "' holds no element that can be drawn", "", 0,
+           subject);
+    }
+    if (packed.numLost > 0) {
+      tell(Severity::error,
+           fmt::format(
+               "{} of the mesh '{}' name nodes that are not there",
+               packed.numLost == 1 ? "1 element" : fmt::format("{} elements", packed.numLost),
+               fileName),
+           "they are not drawn", 0, subject);
+    }
+    for (const Kestrix::MeshFault& fault : read.faults) {
+      const Kestrix::MeshPosition at = Kestrix::meshPosition(text, fault.place);
+      model_.notices.push_back(
+          {Severity::error,
+           fmt::format(
+               "{} of the mesh '{}' cannot be read",
+               read.faults.size() == 1 ? "one line" : fmt::format("{} lines", read.faults.size()),
+               fileName),
+           "the first of them is told", "", fileName, at.line, subject});
+      break;
+    }
+    addStrings(read, index, packed, block, mesh, fileName, names);
+  }
+
+  /// The node strings of the mesh with what the setup says of them.
+  void addStrings(const Kestrix::Mesh& read, const Kestrix::MeshNodeIndex& index,
+                  const PackedMesh& packed, const SetupBlock& block, ordered_json& mesh,
+                  const std::string& fileName, std::set<std::string>& names) {
+    ordered_json strings = ordered_json::array();
+    const SetupBlock* const geometry = block.find("GEOMETRY");
+    for (const Kestrix::MeshString& string : read.strings) {
+      ordered_json places = ordered_json::array();
+      ordered_json ids = ordered_json::array();
+      for (const std::int32_t id : string.nodeIds) {
+        const std::uint32_t node = index.find(id);
+        if (node != Kestrix::MeshNodeIndex::none) {
+          places.push_back(packed.placeOfNode[node]);
+        }
+        ids.push_back(id);
+      }
+      ordered_json entry = {{"name", utf8(string.name)}, {"nodes", places}, {"ids", ids}};
+      const SetupBlock* definition = nullptr;
+      for (const SetupBlock* candidate : geometry->all("STRINGDEF")) {
+        definition = candidate->value("name") == string.name ? candidate : definition;
+      }
+      if (definition != nullptr) {
+        entry["upstream"] = utf8(definition->value("upstream_direction"));
+      }
+      entry["uses"] = usesOf(block, string.name);
+      names.insert(string.name);
+      strings.push_back(std::move(entry));
+    }
+    for (const SetupBlock* definition : geometry->all("STRINGDEF")) {
+      if (!names.contains(definition->value("name"))) {
+        tell(Severity::error,
+             "the mesh '" + fileName + "' has no node string '" + definition->value("name") + "'",
+             "names of node strings stand at the end of its NS lines", definition->line,
+             mesh["subject"]);
+      }
+    }
+    mesh["strings"] = std::move(strings);
+    mesh["inner"] = ordered_json::array();
+    for (const std::string_view path : {"HYDRAULICS", "MORPHOLOGY/BEDLOAD"}) {
+      if (const SetupBlock* const holder = block.find(path); holder != nullptr) {
+        for (const SetupBlock* inner : holder->all("INNER_BOUNDARY")) {
+          mesh["inner"].push_back({{"type", utf8(inner->value("type"))},
+                                   {"first", utf8(inner->value("string_name1"))},
+                                   {"second", utf8(inner->value("string_name2"))},
+                                   {"field", path == "HYDRAULICS" ? "hydraulics" : "bed load"}});
+        }
+      }
+    }
+  }
+
+  /// What acts on a string: field, kind and type.
+  static ordered_json usesOf(const SetupBlock& block, const std::string& name) {
+    ordered_json uses = ordered_json::array();
+    for (const auto& [path, field] : {std::pair{"HYDRAULICS", "hydraulics"},
+                                      {"MORPHOLOGY/BEDLOAD", "bed load"},
+                                      {"MORPHOLOGY/SUSPENDED_LOAD", "suspended load"}}) {
+      const SetupBlock* const holder = block.find(path);
+      if (holder == nullptr) {
+        continue;
+      }
+      for (const SetupBlock& child : holder->blocks) {
+        const bool isInner =
+            child.name == "INNER_BOUNDARY" &&
+            (child.value("string_name1") == name || child.value("string_name2") == name);
+        if (isInner || (child.name == "BOUNDARY" && child.value("string_name") == name)) {
+          uses.push_back({{"field", field},
+                          {"kind", isInner ? "inner boundary" : "boundary"},
+                          {"type", utf8(child.value("type"))},
+                          {"name", utf8(child.value("name"))}});
+        }
+      }
+    }
+    return uses;
+  }
+
+  /// What the setup gives to elements by their materials.
+  static ordered_json tablesOf(const SetupBlock& block) {
+    ordered_json tables = ordered_json::array();
+    const auto add = [&tables, &block](std::string_view path, std::string_view keys,
+                                       std::string_view values, std::string_view label,
+                                       std::string_view unit, std::string_view otherwise) {
+      const SetupBlock* const holder = block.find(path);
+      if (holder == nullptr) {
+        return;
+      }
+      const auto materials = holder->items(keys);
+      const auto given = holder->items(values);
+      const std::string rest = otherwise.empty() ? "" : holder->value(otherwise);
+      if (std::min(materials.size(), given.size()) == 0 && rest.empty()) {
+        return;
+      }
+      ordered_json entries = ordered_json::object();
+      for (std::size_t i = 0; i < std::min(materials.size(), given.size()); ++i) {
+        entries[utf8(materials[i])] = utf8(given[i]);
+      }
+      tables.push_back({{"label", label}, {"unit", unit}, {"values", entries}});
+      if (!rest.empty()) {
+        tables.back()["otherwise"] = utf8(rest);
+      }
+    };
+    const SetupBlock* const friction = block.find("HYDRAULICS/FRICTION");
+    const std::string law = friction == nullptr ? "" : friction->value("type");
+    const std::string_view unit = law == "strickler" ? "m^(1/3)/s"
+                                  : law == "manning" ? "s/m^(1/3)"
+                                                     : "m";
+    const bool hasTable = friction != nullptr && friction->value("input_type") == "index_table";
+    add("HYDRAULICS/FRICTION", hasTable ? "index" : "", "friction",
+        law.empty() ? "friction" : utf8("friction (" + law + ")"), unit, "default_friction");
+    for (const auto& [tag, label, tagUnit] : {std::tuple{"h", "initial depth", "m"},
+                                              {"wse", "initial water level", "m"},
+                                              {"u", "initial velocity along x", "m/s"},
+                                              {"v", "initial velocity along y", "m/s"}}) {
+      add("HYDRAULICS/INITIAL", "index", tag, label, tagUnit, "");
+    }
+    add("MORPHOLOGY/BEDMATERIAL/SOIL_ASSIGNMENT", "index", "soil", "soil", "", "");
+    add("MORPHOLOGY/PARAMETER", "control_volume_thickness_index", "control_volume_thickness",
+        "control volume", "m", "");
+    add("MORPHOLOGY/BEDLOAD/FORMULA", "theta_critical_index", "theta_critical",
+        "critical Shields value", "–", "");
+    add("MORPHOLOGY/SUSPENDED_LOAD/INITIAL", "index", "concentration", "initial concentration", "–",
+        "");
+    return tables;
+  }
+
+  static void addSources(const SetupBlock& block, ordered_json& mesh) {
+    mesh["sources"] = ordered_json::array();
+    for (const auto& [path, field] : {std::pair{"HYDRAULICS/SOURCE", "hydraulics"},
+                                      {"MORPHOLOGY/SOURCE", "bed"},
+                                      {"MORPHOLOGY/SUSPENDED_LOAD/SOURCE", "suspended load"}}) {
+      const SetupBlock* const holder = block.find(path);
+      if (holder == nullptr) {
+        continue;
+      }
+      for (const SetupBlock* source : holder->all("EXTERNAL_SOURCE")) {
+        ordered_json elements = source->numbers("element_ids");
+        for (const double id : source->numbers("elem_ids")) {
+          elements.push_back(id);
+        }
+        mesh["sources"].push_back({{"name", utf8(source->value("name"))},
+                                   {"field", field},
+                                   {"type", utf8(source->value("type"))},
+                                   {"elements", elements},
+                                   {"nodes", source->numbers("node_ids")},
+                                   {"materials", source->numbers("index")}});
+      }
+    }
+  }
+
+  void readBed(const SetupBlock& block, const Region& region) {
+    const SetupBlock* const bed = block.find("MORPHOLOGY/BEDMATERIAL");
+    if (bed == nullptr) {
+      return;
+    }
+    ordered_json entry = {{"region", region.name},
+                          {"diameters", ordered_json::array()},
+                          {"mixtures", ordered_json::array()},
+                          {"soils", ordered_json::array()}};
+    if (const SetupBlock* const grains = bed->find("GRAIN_CLASS"); grains != nullptr) {
+      entry["diameters"] = grains->numbers("diameters");
+    }
+    for (const SetupBlock* mixture : bed->all("MIXTURE")) {
+      entry["mixtures"].push_back({{"name", utf8(mixture->value("name"))},
+                                   {"fractions", mixture->numbers("volume_fraction")}});
+    }
+    const SetupBlock* const assignment = bed->find("SOIL_ASSIGNMENT");
+    for (const SetupBlock* soil : bed->all("SOIL_DEF")) {
+      ordered_json layers = ordered_json::array();
+      for (const SetupBlock* layer : soil->all("LAYER")) {
+        const auto bottom = layer->numbers("bottom_elevation");
+        layers.push_back(
+            {{"mixture", utf8(layer->value("mixture"))},
+             {"bottom", bottom.empty() ? ordered_json(nullptr) : ordered_json(bottom[0])}});
+      }
+      ordered_json materials = ordered_json::array();
+      if (assignment != nullptr) {
+        const auto indices = assignment->items("index");
+        const auto soils = assignment->items("soil");
+        for (std::size_t i = 0; i < std::min(indices.size(), soils.size()); ++i) {
+          if (soils[i] == soil->value("name")) {
+            materials.push_back(utf8(indices[i]));
+          }
+        }
+      }
+      entry["soils"].push_back(
+          {{"name", utf8(soil->value("name"))}, {"layers", layers}, {"materials", materials}});
+    }
+    model_.page["beds"].push_back(std::move(entry));
+  }
+
+  // 1D.
+
+  void readChain(const SetupBlock& block, const Region& region) {
+    ordered_json chain = {{"region", region.name},
+                          {"sections", ordered_json::array()},
+                          {"marks", ordered_json::array()},
+                          {"bands", ordered_json::array()}};
+    std::set<std::string> known;
+    if (const SetupBlock* const geometry = block.find("GEOMETRY"); geometry != nullptr) {
+      for (const std::string& name : geometry->items("cross_section_order")) {
+        chain["sections"].push_back(utf8(name));
+        known.insert(name);
+      }
+    }
+    const auto mark = [this, &chain, &known](const SetupBlock& of, const std::string& field) {
+      ordered_json at = ordered_json::array();
+      for (const std::string_view tag : {"string", "cross_section", "cross_section_name_1",
+                                         "cross_section_name_2", "cross_sections"}) {
+        for (const std::string& name : of.items(tag)) {
+          at.push_back(utf8(name));
+          if (tag != "string" && !known.contains(name)) {
+            tell(Severity::error, "the chain has no cross section '" + name + "'",
+                 "cross sections are listed in cross_section_order", of.line, "chain");
+          }
+        }
+      }
+      chain["marks"].push_back({{"kind", spoken(of.name)},
+                                {"field", field},
+                                {"name", utf8(of.value("name"))},
+                                {"type", utf8(of.value("type"))},
+                                {"side", utf8(of.value("side"))},
+                                {"at", at}});
+    };
+    for (const auto& [path, field] : {std::pair{"HYDRAULICS", "hydraulics"},
+                                      {"HYDRAULICS/SOURCE", "hydraulics"},
+                                      {"MORPHOLOGY/BEDLOAD", "bed load"},
+                                      {"MORPHOLOGY/SUSPENDED_LOAD", "suspended load"},
+                                      {"MORPHOLOGY/SOURCE", "bed"},
+                                      {"MORPHOLOGY/SUSPENDED_LOAD/SOURCE", "suspended load"}}) {
+      if (const SetupBlock* const holder = block.find(path); holder != nullptr) {
+        for (const SetupBlock& child : holder->blocks) {
+          if (child.name == "BOUNDARY" || child.name == "INNER_BOUNDARY" ||
+              child.name == "EXTERNAL_SOURCE") {
+            mark(child, field);
+          }
+        }
+      }
+    }
+    if (const SetupBlock* const friction = block.find("HYDRAULICS/FRICTION"); friction != nullptr) {
+      chain["bands"].push_back({{"label", "friction (" + utf8(friction->value("type")) + ")"},
+                                {"text", utf8(friction->value("default_friction")) +
+                                             " unless the cross section tells"}});
+    }
+    if (const SetupBlock* const soils = block.find("MORPHOLOGY/BEDMATERIAL/SOIL_ASSIGNMENT");
+        soils != nullptr) {
+      const auto indices = soils->items("index");
+      const auto names = soils->items("soil");
+      std::string text;
+      for (std::size_t i = 0; i < std::min(indices.size(), names.size()); ++i) {
+        text += (text.empty() ? "" : ", ") + indices[i] + ": " + names[i];
+      }
+      chain["bands"].push_back({{"label", "soils by index"}, {"text", utf8(text)}});
+    }
+    readBed(block, region);
+    model_.page["chains"].push_back(std::move(chain));
+  }
+
+  // The ground.
+
+  void readSubsurface(const SetupBlock& block, const Region& region) {
+    const SetupBlock* const geometry = block.find("GEOMETRY");
+    if (geometry == nullptr) {
+      return;
+    }
+    const auto origin = geometry->numbers("ref_coordinates");
+    const auto i = geometry->numbers("base_vector_i");
+    const auto j = geometry->numbers("base_vector_j");
+    const auto size = geometry->numbers("cell_size");
+    const auto ni = geometry->numbers("no_cells_i");
+    const auto nj = geometry->numbers("no_cells_j");
+    if (origin.size() < 2 || i.size() < 2 || j.size() < 2 || size.empty() || ni.empty() ||
+        nj.empty()) {
+      return;
+    }
+    const auto corner = [&](double a, double b) {
+      return ordered_json::array({origin[0] + size[0] * (a * i[0] + b * j[0]),
+                                  origin[1] + size[0] * (a * i[1] + b * j[1])});
+    };
+    model_.page["grounds"].push_back(
+        {{"region", region.name},
+         {"outline", {corner(0, 0), corner(ni[0], 0), corner(ni[0], nj[0]), corner(0, nj[0])}}});
+  }
+
+  // Series.
+
+  void readSeriesBelow(const SetupBlock& block) {
+    for (const SetupTag& tag : block.tags) {
+      if (tag.schema != nullptr &&
+          KESTparse::traitsOf(*tag.schema).kind == KESTparse::ValueKind::seriesFile) {
+        addSeries(block, tag);
+      }
+    }
+    for (const SetupBlock& child : block.blocks) {
+      readSeriesBelow(child);
+    }
+  }
+
+  [[nodiscard]] const Region* regionOf(const SetupBlock& block) const {
+    for (const SetupBlock* above = &block; above != nullptr; above = above->parent) {
+      for (const Region& region : model_.regions) {
+        if (region.block == above) {
+          return &region;
+        }
+      }
+    }
+    return nullptr;
+  }
+
+  void addSeries(const SetupBlock& block, const SetupTag& tag) {
+    const std::size_t number = model_.page["series"].size();
+    const std::string subject = "series-" + std::to_string(number);
+    const std::string type =
+        block.value(block.name == "MONITORED_VARIABLE" ? "root_value_type" : "type");
+    const Quantity quantity = quantityOf(tag.name, type, block.path());
+    const Region* const region = regionOf(block);
+    ordered_json entry = {{"subject", subject},
+                          {"region", region == nullptr ? "" : region->name},
+                          {"where", utf8(whereOf(block))},
+                          {"label", utf8(labelOf(block))},
+                          {"kind", spoken(block.name)},
+                          {"type", utf8(type)},
+                          {"quantity", quantity.what},
+                          {"unit", quantity.unit},
+                          {"argument", quantity.argument},
+                          {"argumentUnit", quantity.argumentUnit},
+                          {"file", utf8(tag.value)},
+                          {"remarks", ordered_json::array()}};
+    if (region == nullptr) {
+      // A controller's files belong to no region.
+      model_.files.push_back(describe(utf8(tag.value), utf8(whereOf(block)), resolved(tag.value)));
+    }
+    if (const std::string* const text = named(block, tag, subject); text != nullptr) {
+      const Series series = readSeries(*text);
+      describeSeries(series, entry, region, block, tag);
+    }
+    model_.page["series"].push_back(std::move(entry));
+  }
+
+  void describeSeries(const Series& series, ordered_json& entry, const Region* region,
+                      const SetupBlock& block, const SetupTag& tag) {
+    const std::string subject = entry["subject"];
+    const auto remark = [&](Severity severity, const std::string& what) {
+      entry["remarks"].push_back(what);
+      tell(severity, "the series '" + tag.value + "' of " + whereOf(block) + " " + what, "",
+           tag.line, subject);
+    };
+    entry["rows"] = series.size();
+    if (series.oddLine > 0) {
+      remark(Severity::error,
+             fmt::format("has a line that is no row of it: line {}", series.oddLine));
+    }
+    if (series.size() == 0 || series.columns.size() < 2) {
+      remark(Severity::error, series.size() == 0 ? "is empty" : "has only one column");
+      return;
+    }
+    const auto& times = series.columns[0];
+    entry["first"] = times.front();
+    entry["last"] = times.back();
+    entry["columns"] = ordered_json::array();
+    for (std::size_t c = 1; c < series.columns.size(); ++c) {
+      const auto [low, high] =
+          std::minmax_element(series.columns[c].begin(), series.columns[c].end());
+      entry["columns"].push_back({{"lowest", *low}, {"highest", *high}});
+    }
+    const bool isOverTime = entry["argument"] == "time";
+    const auto falls =
+        std::adjacent_find(times.begin(), times.end(), [](double a, double b) { return b <= a; });
+    if (falls != times.end()) {
+      remark(Severity::error, "does not increase behind " + shown(*falls));
+    }
+    if (isOverTime && region != nullptr && region->hasTime) {
+      if (times.back() < region->end) {
+        remark(Severity::warning, "ends at " + shown(times.back()) + " s, before the simulation (" +
+                                      shown(region->end) + " s)");
+      }
+      if (times.front() > region->start) {
+        remark(Severity::warning, "begins at " + shown(times.front()) +
+                                      " s, after the start of the simulation (" +
+                                      shown(region->start) + " s)");
+      }
+    }
+    std::vector<std::uint8_t> bytes;
+    const std::vector<std::size_t> rows = rowsToDraw(series, rowLimit);
+    for (const auto& column : series.columns) {
+      for (const std::size_t row : rows) {
+        std::array<std::uint8_t, sizeof(double)> piece{};
+        std::memcpy(piece.data(), &column[row], sizeof(double));
+        bytes.insert(bytes.end(), piece.begin(), piece.end());
+      }
+    }
+    entry["shownRows"] = rows.size();
+    entry["stream"] = model_.streams.size();
+    model_.streams.push_back(base64(deflated(bytes)));
+  }
+
+  // Links.
+
+  void readLinks(const SetupBlock& domain) {
+    ordered_json& nodes = model_.page["graph"]["nodes"];
+    for (const Region& region : model_.regions) {
+      nodes.push_back({{"id", "region " + upper(region.name)},
+                       {"label", region.name},
+                       {"kind", region.kind + " region"}});
+    }
+    if (const SetupBlock* const couplings = domain.find("COUPLINGS"); couplings != nullptr) {
+      for (const SetupBlock& coupling : couplings->blocks) {
+        if (coupling.name == "COUPLING") {
+          addCoupling(coupling);
+        } else if (coupling.name == "COUPLING_LATERAL") {
+          addEdge(coupling, coupling.value("kestchain"), coupling.value("kestplane"), "lateral",
+                  "over the dykes", true);
+        }
+      }
+    }
+    for (const SetupBlock* controller : domain.all("CONTROLLER")) {
+      addController(*controller);
+    }
+  }
+
+  static std::string upper(const std::string& name) { return KESTparse::toUpper(name); }
+
+  void addEdge(const SetupBlock& block, const std::string& from, const std::string& to,
+               const std::string& label, const std::string& detail, bool isBoth) {
+    for (const std::string& name : {from, to}) {
+      const bool isKnown = std::any_of(
+          model_.regions.begin(), model_.regions.end(),
+          [&name](const Region& region) { return upper(region.name) == upper(utf8(name)); });
+      if (!isKnown) {
+        tell(Severity::error, "there is no region '" + name + "'", "it is named by a coupling",
+             block.line, "links");
+        const ordered_json missing = {{"id", "region " + upper(utf8(name))},
+                                      {"label", utf8(name)},
+                                      {"kind", "missing region"}};
+        auto& nodes = model_.page["graph"]["nodes"];
+        if (std::find(nodes.begin(), nodes.end(), missing) == nodes.end()) {
+          nodes.push_back(missing);
+        }
+      }
+    }
+    model_.page["graph"]["edges"].push_back({{"from", "region " + upper(utf8(from))},
+                                             {"to", "region " + upper(utf8(to))},
+                                             {"label", utf8(label)},
+                                             {"detail", utf8(detail)},
+                                             {"both", isBoth}});
+  }
+
+  void addCoupling(const SetupBlock& coupling) {
+    std::string detail;
+    for (const SetupBlock& field : coupling.blocks) {
+      std::string names;
+      for (const SetupTag& tag : field.tags) {
+        names += (names.empty() ? "" : " → ") + tag.value;
+      }
+      detail += (detail.empty() ? "" : "; ") + spoken(field.name) + ": " + names;
+    }
+    const std::string type = coupling.value("type");
+    std::vector<std::string> from;
+    std::vector<std::string> to;
+    for (const std::string_view tag : {"upstream_subdomain", "upstream_subdomain1",
+                                       "upstream_subdomain2", "external_subdomain"}) {
+      if (coupling.tag(tag) != nullptr) {
+        from.push_back(coupling.value(tag));
+      }
+    }
+    for (const std::string_view tag : {"downstream_subdomain", "downstream_subdomain1",
+                                       "downstream_subdomain2", "kestrix_subdomain"}) {
+      if (coupling.tag(tag) != nullptr) {
+        to.push_back(coupling.value(tag));
+      }
+    }
+    const bool isBoth = coupling.value("two_way_coupling") == "yes" || type == "external" ||
+                        type == "riemann" || type == "confluence_wse";
+    for (const std::string& a : from) {
+      for (const std::string& b : to) {
+        addEdge(coupling, a, b, type, detail, isBoth);
+      }
+    }
+  }
+
+  void addController(const SetupBlock& controller) {
+    auto& graph = model_.page["graph"];
+    const std::string name = utf8(controller.value("name"));
+    const std::string id = "controller " + name;
+    graph["nodes"].push_back(
+        {{"id", id}, {"label", name}, {"kind", utf8(controller.value("type")) + " controller"}});
+    const auto link = [&](const SetupBlock& variable, bool isMonitored) {
+      const std::string position = variable.value("position");
+      const std::string region = "region " + upper(utf8(position.substr(0, position.find('.'))));
+      graph["edges"].push_back(
+          {{"from", isMonitored ? region : id},
+           {"to", isMonitored ? id : region},
+           {"label", utf8(isMonitored ? "measures " + variable.value("type") : "sets")},
+           {"detail", utf8(variable.value("name") + " at " + position)},
+           {"both", false}});
+    };
+    for (const SetupBlock* variable : controller.all("MONITORED_VARIABLE")) {
+      link(*variable, true);
+    }
+    for (const SetupBlock* variable : controller.all("MANIPULATED_VARIABLE")) {
+      link(*variable, false);
+    }
+  }
+
+  std::filesystem::path folder_;
+  Model model_;
+  std::map<std::string, std::string> contents_;
+  std::map<std::string, std::future<std::string>> hashes_;
+};
+
+}  // namespace
+
+Model readModel(const std::filesystem::path& path, const std::filesystem::path& folder) {
+  return ModelReader(path, folder).run();
+}
+
+}  // namespace kcf

@@ -1,0 +1,153 @@
+#include "preview/Preview.h"
+
+#include <algorithm>
+#include <chrono>
+#include <filesystem>
+#include <fstream>
+#include <iostream>
+#include <map>
+#include <stdexcept>
+#include <thread>
+
+#include "preview/Bytes.h"
+#include "preview/Model.h"
+#include "preview/Page.h"
+
+namespace kcf {
+namespace {
+
+namespace fs = std::filesystem;
+
+/// Puts `content` in the place of the file at `path`, whole or not at all.
+void replaceFile(const fs::path& path, const std::string& content) {
+  const fs::path draft = path.string() + ".part";
+  {
+    std::ofstream out(draft, std::ios::binary);
+    out << content << std::flush;
+    if (!out) {
+      std::error_code ignored;
+      fs::remove(draft, ignored);
+      throw std::runtime_error("writing '" + path.string() + "' failed");
+    }
+  }
+  std::error_code fault;
+  fs::rename(draft, path, fault);
+  if (fault) {
+    throw std::runtime_error("writing '" + path.string() + "' failed: " + fault.message());
+  }
+}
+
+/// When and how large the files are that a page was made of.
+using State = std::map<fs::path, std::pair<fs::file_time_type, std::uintmax_t>>;
+
+State stateOf(const std::vector<fs::path>& paths) {
+  State state;
+  for (const fs::path& path : paths) {
+    std::error_code fault;
+    const auto time = fs::last_write_time(path, fault);
+    if (!fault) {
+      const auto size = fs::file_size(path, fault);
+      state[path] = {time, fault ? 0 : size};
+    }
+  }
+  return state;
+}
+
+class Preview {
+ public:
+  Preview(fs::path setup, fs::path folder, fs::path page)
+      : setup_(std::move(setup)), folder_(std::move(folder)), page_(std::move(page)) {}
+
+  void write(bool isWatched) {
+    const Model model = readModel(setup_, folder_);
+    watched_ = model.watched;
+    const fs::path stampPath = page_.string() + ".stamp.js";
+    const std::string stamp =
+        isWatched ? std::to_string(std::chrono::steady_clock::now().time_since_epoch().count())
+                  : "";
+    replaceFile(page_, pageOf(model, stampPath.filename().string(), stamp));
+    if (isWatched) {
+      replaceFile(stampPath, "globalThis.kcfStamp?.(\"" + stamp + "\");\n");
+    }
+  }
+
+  /// Writes the page anew whenever a file changes; ends only with the process.
+  [[noreturn]] void watch() {
+    constexpr std::chrono::milliseconds pause(300);
+    watched_ = {setup_};
+    for (State last;; std::this_thread::sleep_for(pause)) {
+      // The state is taken before the files are read: a change while they are read is seen next.
+      const State now = stateOf(watched_);
+      if (now == last) {
+        continue;
+      }
+      try {
+        write(true);
+        // A file that is named anew counts as it was read.
+        last = now;
+        for (const auto& [path, value] : stateOf(watched_)) {
+          last.try_emplace(path, value);
+        }
+        std::erase_if(last, [this](const auto& entry) {
+          return std::find(watched_.begin(), watched_.end(), entry.first) == watched_.end();
+        });
+        std::cout << "wrote " << page_.string() << std::endl;
+      } catch (const std::runtime_error& error) {
+        last = now;
+        std::cerr << "kcf: " << error.what() << std::endl;
+      }
+    }
+  }
+
+ private:
+  fs::path setup_;
+  fs::path folder_;
+  fs::path page_;
+  std::vector<fs::path> watched_;
+};
+
+int run(const Arguments& arguments) {
+  const fs::path setup = arguments.value("PATH");
+  const fs::path folder =
+      arguments.has("--directory") ? fs::path(arguments.value("--directory")) : setup.parent_path();
+  const fs::path page = arguments.has("--output") ? fs::path(arguments.value("--output"))
+                                                  : fs::path(setup).replace_extension(".html");
+  if (page == setup) {
+    throw UsageError{"the page would take the place of the command file; give it a name with -o"};
+  }
+  Preview preview(setup, folder.empty() ? fs::path(".") : folder, page);
+  if (arguments.has("--watch")) {
+    preview.watch();
+  }
+  preview.write(false);
+  return status::done;
+}
+
+}  // namespace
+
+Verb previewVerb() {
+  return {"preview",
+          "Work with command files",
+          "Write a page that shows a setup before it runs",
+          R"(The page holds the mesh, the series, the chain of cross sections, the bed, the
+couplings and a summary to sign. It needs no server and no other file. A setup
+with faults is shown as far as it can be read. Names in the command file count
+from the folder that it stands in.)",
+          {{.name = "PATH", .help = "The command file", .required = true, .isPath = true},
+           {.name = "--output",
+            .help = "The page; beside the command file when it is left out",
+            .value = "FILE",
+            .letter = 'o',
+            .isPath = true},
+           {.name = "--directory",
+            .help = "Folder from which names in the command file count",
+            .value = "DIR",
+            .isPath = true},
+           {.name = "--watch",
+            .help = "Write the page anew when a file changes; an open page shows it"}},
+          run,
+          {{"Look at a setup", "kcf preview setup.kcf && xdg-open setup.html"},
+           {"See each change as it is made", "kcf preview setup.kcf --watch"}}};
+}
+
+}  // namespace kcf
