@@ -298,6 +298,9 @@ class Document::Builder {
       refuse(id, tag);
       Diagnostic told =
           explainValue({tag, parent, d_->syntax_.text(), value, node.name(), refusal});
+      if (told.code == code::strayClosingBrace) {
+        closedInValues.insert(node.parent);
+      }
       if (told.code == code::exclusiveTags) {
         addOtherTag(told, node, parent);
       }
@@ -432,6 +435,7 @@ class Document::Builder {
   std::vector<Diagnostic> diagnostics;
   std::set<TagPlace> unknown;  ///< tags whose values could not be read
   std::vector<std::pair<const InputBlock*, const InputTag*>> badDefaults;
+  std::unordered_set<NodeId> closedInValues;  ///< blocks whose closing brace stands in a value
 };
 
 /// Finds what is wrong with the setup.
@@ -466,10 +470,47 @@ class Document::Checker {
   }
 
   void explainSyntaxFaults() {
+    std::optional<std::size_t> outermost;
     for (const TreeFaultAt& fault : d_->syntax_.faults()) {
+      if (fault.kind == TreeFault::missingClosingBrace && b_->closedInValues.contains(fault.node)) {
+        continue;
+      }
       const NodeId parent = fault.node == noNode ? noNode : d_->syntax_[fault.node].parent;
       d_->diagnostics_.push_back(
           explainSyntax({d_->syntax_, fault, b_->blockAt(parent), d_->lines_}));
+      if (fault.kind == TreeFault::missingClosingBrace && isOpenAtEnd(fault.node)) {
+        if (outermost) {
+          joinToOutermost(d_->diagnostics_[*outermost]);
+        } else {
+          outermost = d_->diagnostics_.size() - 1;
+        }
+      }
+    }
+  }
+
+  /// Whether a block is open up to the end of the file.
+  [[nodiscard]] bool isOpenAtEnd(NodeId id) const {
+    for (NodeId at = id; at != noNode; at = d_->syntax_[at].parent) {
+      if (d_->syntax_[at].isClosed || d_->syntax_[at].next != noNode) {
+        return false;
+      }
+    }
+    return true;
+  }
+
+  /// Blocks that are open at the end of the file are one fault, told at the outermost. The last
+  /// diagnostic becomes part of that.
+  void joinToOutermost(Diagnostic& outermost) {
+    Diagnostic inner = std::move(d_->diagnostics_.back());
+    d_->diagnostics_.pop_back();
+    relate(outermost, inner.at.at, "this block is not closed either");
+    outermost.help = "write a '}' for each of them at the end of the file";
+    if (!outermost.fixes.empty() && !inner.fixes.empty()) {
+      // Inner blocks are closed first.
+      std::vector<Edit>& edits = outermost.fixes.front().edits;
+      edits.insert(edits.begin(), inner.fixes.front().edits.begin(),
+                   inner.fixes.front().edits.end());
+      outermost.fixes.front().message = "write the missing '}'";
     }
   }
 
@@ -596,6 +637,13 @@ class Document::Checker {
       const std::string_view text = d_->syntax_[child].name().in(d_->syntax_.blanked());
       if (text.find(name) != std::string_view::npos || !nearestName(text, {name}).empty()) {
         return true;
+      }
+      if (d_->syntax_[child].kind == NodeKind::tag) {
+        const std::vector<std::string> words =
+            split(" \t\n=", d_->syntax_[child].value().in(d_->syntax_.blanked()));
+        if (std::find(words.begin(), words.end(), name) != words.end()) {
+          return true;
+        }
       }
       if (d_->syntax_[child].kind == NodeKind::stray) {
         for (const std::string& word : split(" \t\n:;,\"'", text)) {
@@ -769,8 +817,12 @@ class Document::Checker {
         told.at = *place;
         isPlaced = true;
       } else if (!(place->at == told.at.at && place->file == told.at.file)) {
-        told.related.push_back({*place, relationOf(subject, details.subjects.front())});
+        told.related.push_back({*place, relationOf(subject, details.subjects.front(),
+                                                   place->at.begin < told.at.at.begin)});
       }
+    }
+    if (details.rule == "missing-file" && !details.subjects.empty()) {
+      explainMissing(told, details.subjects.front());
     }
     if (!told.at.file.empty()) {
       relate(told, told.at.at, "the file is named here");
@@ -795,9 +847,27 @@ class Document::Checker {
     return lastBlockBegin_;
   }
 
-  [[nodiscard]] static std::string relationOf(const Subject& subject, const Subject& first) {
+  /// Says more of a file that a rule misses, if there is more to say.
+  void explainMissing(Diagnostic& told, const Subject& subject) const {
+    const InputTag* const tag = tagOf(subject);
+    if (tag == nullptr || tag->getRawValue().empty()) {
+      return;
+    }
+    const MissingFile missing = explainMissingFile(tag->getRawValue());
+    told.help = missing.help;
+    if (missing.message != fmt::format("the file '{}' does not exist", tag->getRawValue())) {
+      told.message = missing.message;
+    }
+    if (!missing.meant.empty()) {
+      told.fixes.push_back(
+          {fmt::format("write '{}'", missing.meant), {{told.at.at, missing.meant}}});
+    }
+  }
+
+  [[nodiscard]] static std::string relationOf(const Subject& subject, const Subject& first,
+                                              bool isEarlier) {
     if (subject.block != first.block && subject.member == first.member) {
-      return "the other is here";
+      return isEarlier ? "the first is here" : "the other is here";
     }
     const InputTag* const tag = subject.member.empty() ? nullptr : tagOf(subject);
     return tag == nullptr ? fmt::format("this is the '{}'", subject.block->getName())
