@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <set>
 #include <sstream>
+#include <tuple>
 #include <unordered_set>
 #include <utility>
 
@@ -449,16 +450,36 @@ class Document::Checker {
     for (const auto& [block, tag] : b_->badDefaults) {
       tellMissingTag(*block, *tag->getLogicalMaster());
     }
-    checkBlock(*d_->root_);
+    checkContent(*d_->root_);
+    checkRules(*d_->root_);
     checkEncoding();
     tellStops();
     std::stable_sort(
         d_->diagnostics_.begin(), d_->diagnostics_.end(),
         [](const Diagnostic& a, const Diagnostic& b) { return a.at.at.begin < b.at.at.begin; });
+    dropRepeated();
     settle();
   }
 
  private:
+  /// Several blocks may tell the same of a third one. What is the same stands together.
+  void dropRepeated() {
+    std::set<std::tuple<std::string_view, std::size_t, std::string_view, std::string_view>> told;
+    std::vector<Diagnostic> kept;
+    kept.reserve(d_->diagnostics_.size());
+    std::vector<char> isFirst;
+    for (const Diagnostic& each : d_->diagnostics_) {
+      isFirst.push_back(
+          told.emplace(each.code, each.at.at.begin, each.at.file, each.message).second ? 1 : 0);
+    }
+    for (std::size_t i = 0; i < isFirst.size(); ++i) {
+      if (isFirst[i] != 0) {
+        kept.push_back(std::move(d_->diagnostics_[i]));
+      }
+    }
+    d_->diagnostics_ = std::move(kept);
+  }
+
   Diagnostic& add(Severity severity, std::string_view code, Span at, std::string message,
                   std::string help) {
     d_->diagnostics_.push_back({.severity = severity,
@@ -525,16 +546,24 @@ class Document::Checker {
     return {};
   }
 
-  void checkBlock(InputBlock& block) {
+  /// Tags, and what is missing, here and below.
+  void checkContent(InputBlock& block) {
     checkTags(block);
     for (std::size_t i = 0; i < block.getNumBlocks(); ++i) {
-      checkBlock(block.getBlock(i));
+      checkContent(block.getBlock(i));
     }
     for (std::size_t i = 0; i < block.getLogicalNumBlocks(); ++i) {
       const InputBlock& master = block.getLogicalBlock(i);
       if (master.isMandatory() && block.getNumBlocksNamed(master.getName()) == 0) {
         tellMissingBlock(block, master);
       }
+    }
+  }
+
+  /// The rules, those of sub-blocks first.
+  void checkRules(InputBlock& block) {
+    for (std::size_t i = 0; i < block.getNumBlocks(); ++i) {
+      checkRules(block.getBlock(i));
     }
     const auto stop = stopOf([&block] { block.checkRulesAlone(); });
     for (const Message& message : block.getErrors()) {
@@ -689,6 +718,7 @@ class Document::Checker {
 
   void tellMissingBlock(const InputBlock& block, const InputBlock& master) {
     hasGaps_ = true;
+    missingBlocks_.insert(withoutDashes(codeName(master.getName())));
     if (mayBeMeant(block, master.getName())) {
       return;
     }
@@ -759,8 +789,13 @@ class Document::Checker {
     }
   }
 
+  [[nodiscard]] static std::string withoutDashes(std::string name) {
+    std::erase(name, '-');
+    return name;
+  }
+
   /// Whether a message only follows from what was told already.
-  [[nodiscard]] bool isConsequence(const InputBlock& block, const MessageDetails& details) {
+  [[nodiscard]] bool isConsequence(const MessageDetails& details) {
     bool isFirst = true;
     for (const Subject& subject : details.subjects) {
       const bool isTag = !subject.member.empty();
@@ -790,7 +825,9 @@ class Document::Checker {
       }
       isFirst = false;
     }
-    return details.subjects.empty() && mayBeMeant(block, details.rule);
+    constexpr std::string_view lacks = "no-";
+    return details.rule.starts_with(lacks) &&
+           missingBlocks_.contains(withoutDashes(std::string(details.rule.substr(lacks.size()))));
   }
 
   void tellRule(Severity severity, const InputBlock& block, const Message& message) {
@@ -799,7 +836,7 @@ class Document::Checker {
       return;
     }
     const MessageDetails& details = *message.details;
-    if (isConsequence(block, details)) {
+    if (isConsequence(details)) {
       return;
     }
     Diagnostic told{.severity = severity,
@@ -945,7 +982,8 @@ class Document::Checker {
 
   Document* d_;
   Builder* b_;
-  bool hasGaps_ = false;  // whether mandatory tags or blocks are missing
+  std::set<std::string> missingBlocks_;  // by their names in codes, without dashes
+  bool hasGaps_ = false;                 // whether mandatory tags or blocks are missing
   std::vector<std::pair<const InputBlock*, Stopped>> stops_;
   std::optional<std::set<std::string, std::less<>>> skippedWords_;
   const InputBlock* lastBlock_ = nullptr;
