@@ -1,4 +1,5 @@
 #include "CommandLine.h"
+#include "check/Check.h"
 #include "installation/Installation.h"
 #include "manual/Manual.h"
 #include "schema/Schema.h"
@@ -18,6 +19,7 @@ program holds the vocabulary that main-converter(1) checks them against.)",
                   {.name = "--licences", .help = "Print the licences of what it is built with"}},
       .verbs =
           {
+              checkVerb(),
               templateVerb(),
               manualVerb(),
               schemaVerb(),

@@ -1,0 +1,295 @@
+#include "check/Check.h"
+
+#include <fmt/format.h>
+#include <sys/ioctl.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <atomic>
+#include <charconv>
+#include <chrono>
+#include <condition_variable>
+#include <cstdlib>
+#include <exception>
+#include <filesystem>
+#include <iostream>
+#include <mutex>
+#include <optional>
+#include <string>
+#include <string_view>
+#include <thread>
+#include <utility>
+
+#include "CommandFiles.h"
+#include "KESTparse/document/Document.h"
+#include "KESTparse/root/KestrixInputRoot.h"
+#include "check/CheckedFile.h"
+#include "check/Excerpt.h"
+#include "check/JsonReport.h"
+#include "check/TextReport.h"
+
+namespace kcf {
+namespace {
+
+namespace fs = std::filesystem;
+
+bool isSet(const char* name) {
+  const char* const value = std::getenv(name);
+  return value != nullptr && *value != '\0';
+}
+
+/// Whether what is written to `stream` is shown by a terminal that knows escape sequences.
+bool isTerminal(int stream) {
+  const char* const kind = std::getenv("TERM");
+  return isatty(stream) == 1 && kind != nullptr && std::string_view(kind) != "dumb";
+}
+
+bool wantsColors(const std::string& choice) {
+  if (choice != "auto") {
+    return choice == "always";
+  }
+  if (isSet("NO_COLOR")) {
+    return false;
+  }
+  if (isSet("CLICOLOR_FORCE") && std::string_view(std::getenv("CLICOLOR_FORCE")) != "0") {
+    return true;
+  }
+  return isTerminal(STDOUT_FILENO);
+}
+
+std::size_t columnsOfOutput() {
+  constexpr std::size_t usual = 120;
+  winsize size{};
+  const bool isKnown = ioctl(STDOUT_FILENO, TIOCGWINSZ, &size) == 0 && size.ws_col > 0;
+  return isKnown ? size.ws_col : usual;
+}
+
+std::size_t jobsOf(const Arguments& arguments) {
+  if (!arguments.has("--jobs")) {
+    return std::max(1U, std::thread::hardware_concurrency());
+  }
+  const std::string text = arguments.value("--jobs");
+  std::size_t jobs = 0;
+  const auto [stop, error] = std::from_chars(text.data(), text.data() + text.size(), jobs);
+  if (error != std::errc{} || stop != text.data() + text.size() || jobs == 0) {
+    throw UsageError{"--jobs takes a whole number from 1 on, not '" + text + "'"};
+  }
+  return jobs;
+}
+
+/// What became of one file.
+struct Outcome {
+  std::optional<Report::Part> part;  ///< nothing when it could not be read
+  std::string fault;
+};
+
+/// Shows on a terminal how far the work is.
+class Progress {
+ public:
+  explicit Progress(std::size_t count)
+      : count_(count), isShown_(count > 1 && isTerminal(STDERR_FILENO)) {}
+  Progress(const Progress&) = delete;
+  Progress& operator=(const Progress&) = delete;
+  ~Progress() { clear(); }
+
+  void show(std::size_t done, const std::string& path) {
+    constexpr std::chrono::milliseconds interval{100};
+    constexpr std::size_t longest = 50;
+    const auto now = std::chrono::steady_clock::now();
+    if (!isShown_ || now - last_ < interval) {
+      return;
+    }
+    last_ = now;
+    std::cerr << "\r\x1b[K" << fmt::format("checking {}/{}: ", done + 1, count_)
+              << excerptOf(path, {path.size(), path.size()}, longest).text << std::flush;
+    isThere_ = true;
+  }
+
+  /// Makes room for other output.
+  void clear() {
+    if (isThere_) {
+      std::cerr << "\r\x1b[K" << std::flush;
+      isThere_ = false;
+    }
+  }
+
+ private:
+  std::size_t count_;
+  bool isShown_;
+  bool isThere_ = false;
+  std::chrono::steady_clock::time_point last_ = std::chrono::steady_clock::now();
+};
+
+class Check {
+ public:
+  Check(const Arguments& arguments, Report& report)
+      : report_(&report),
+        readsFiles_(!arguments.has("--no-files")),
+        isStrict_(arguments.has("--strict")),
+        inputPath_(arguments.value("--stdin-filepath", standardInput)),
+        jobs_(jobsOf(arguments)) {
+    if (arguments.has("--directory")) {
+      directory_ = arguments.value("--directory");
+      if (!fs::is_directory(*directory_)) {
+        throw UsageError{"there is no folder '" + *directory_ + "'"};
+      }
+    }
+  }
+
+  int run(const std::vector<std::string>& paths) {
+    const CommandFiles files = findCommandFiles(paths);
+    for (const std::string& fault : files.faults) {
+      tell(fault);
+    }
+    if (files.paths.empty() && files.faults.empty()) {
+      std::cerr << "kcf: there are no *.kcf files\n";
+    }
+    checkAll(files.paths);
+    report_->finish();
+    return status_;
+  }
+
+ private:
+  /// Tells what cannot be read.
+  void tell(const std::string& fault) {
+    std::cerr << "kcf: " << harmless(fault) << "\n";
+    status_ = status::wrongUsage;
+  }
+
+  [[nodiscard]] Outcome check(const std::string& path) const {
+    const std::string& name = path == standardInput ? inputPath_ : path;
+    const std::string shown = shownPath(name);
+    try {
+      std::optional<std::string> text = readCommandFile(path);
+      if (!text) {
+        std::error_code unknown;
+        return {std::nullopt,
+                shown + (fs::exists(path, unknown) ? " cannot be read" : " does not exist")};
+      }
+      const std::string directory = directory_.value_or(fs::path(name).parent_path().string());
+      KESTparse::Document document(*std::move(text), schema_,
+                                   {.directory = directory, .readsFiles = readsFiles_});
+      const std::string shownDirectory = directory.empty() ? directory : shownPath(directory);
+      return {report_->partOf(CheckedFile(shown, shownDirectory, document)), {}};
+    } catch (const std::exception& fault) {
+      return {std::nullopt, shown + " cannot be read: " + fault.what()};
+    }
+  }
+
+  /// Takes the next outcome, in the order of the files.
+  void take(Outcome outcome) {
+    if (!outcome.part) {
+      tell(outcome.fault);
+      return;
+    }
+    if (outcome.part->errors > 0 || (isStrict_ && outcome.part->warnings > 0)) {
+      status_ = std::max(status_, status::failed);
+    }
+    report_->add(*std::move(outcome.part));
+  }
+
+  void checkAll(const std::vector<std::string>& paths) {
+    Progress progress(paths.size());
+    const std::size_t count = std::min(jobs_, paths.size());
+    if (count <= 1) {
+      for (std::size_t i = 0; i < paths.size(); ++i) {
+        progress.show(i, paths[i]);
+        Outcome outcome = check(paths[i]);
+        progress.clear();
+        take(std::move(outcome));
+      }
+      return;
+    }
+    std::vector<std::optional<Outcome>> outcomes(paths.size());
+    std::mutex mutex;
+    std::condition_variable isReady;
+    std::atomic<std::size_t> next = 0;
+    std::vector<std::jthread> workers;
+    for (std::size_t worker = 0; worker < count; ++worker) {
+      workers.emplace_back([&] {
+        for (std::size_t i = next++; i < paths.size(); i = next++) {
+          Outcome outcome = check(paths[i]);
+          const std::lock_guard lock(mutex);
+          outcomes[i] = std::move(outcome);
+          isReady.notify_one();
+        }
+      });
+    }
+    for (std::size_t i = 0; i < paths.size(); ++i) {
+      std::unique_lock lock(mutex);
+      while (!outcomes[i]) {
+        progress.show(i, paths[i]);
+        isReady.wait_for(lock, std::chrono::milliseconds(100));
+      }
+      Outcome outcome = *std::move(outcomes[i]);
+      outcomes[i].reset();
+      lock.unlock();
+      if (!outcome.part || !outcome.part->diagnostics.empty()) {
+        progress.clear();
+      }
+      take(std::move(outcome));
+    }
+  }
+
+  Report* report_;
+  bool readsFiles_;
+  bool isStrict_;
+  std::string inputPath_;
+  std::size_t jobs_;
+  std::optional<std::string> directory_;
+  KESTparse::KestrixInputRoot schema_;
+  int status_ = status::done;
+};
+
+int runCheck(const Arguments& arguments) {
+  if (arguments.value("--format", "text") == "json") {
+    JsonReport report(std::cout);
+    return Check(arguments, report).run(arguments.values("PATH"));
+  }
+  TextReport report(std::cout, wantsColors(arguments.value("--color", "auto")), columnsOfOutput());
+  return Check(arguments, report).run(arguments.values("PATH"));
+}
+
+}  // namespace
+
+Verb checkVerb() {
+  return {
+      "check",
+      "Check command files",
+      "Tell all that is wrong with command files, where, and how to mend it",
+      R"(All faults of a file are told in one run, with those that main-converter does
+not see. Names in a command file count from the folder that it stands in, or
+from DIR. "kcf explain CODE" tells more about the code of a fault.
+
+The status is 0 when there is no error, and with --strict no warning; 1 when
+there is one; and 2 when a PATH cannot be read or the usage is wrong.)",
+      {{.name = "--format", .help = "How to tell it", .value = "FORM", .choices = {"text", "json"}},
+       {.name = "--strict", .help = "Let warnings count as errors for the status"},
+       {.name = "--no-files", .help = "Open none of the files that the command files name"},
+       {.name = "--directory",
+        .help = "Folder that names in the command files count from",
+        .value = "DIR",
+        .isPath = true},
+       {.name = "--color",
+        .help = "When to use colors; auto minds NO_COLOR, CLICOLOR_FORCE and the terminal",
+        .value = "WHEN",
+        .choices = {"auto", "always", "never"}},
+       {.name = "--jobs",
+        .help = "How many files to check side by side; all processors by default",
+        .value = "N"},
+       {.name = "--stdin-filepath",
+        .help = "Name of what comes from standard input",
+        .value = "PATH",
+        .isPath = true},
+       {.name = "PATH",
+        .help = "A command file, a folder with all *.kcf below it, or - for standard input",
+        .value = "PATH",
+        .required = true,
+        .repeatable = true,
+        .isPath = true}},
+      runCheck,
+      {{"Check a setup before it is computed", "kcf check setup.kcf"},
+       {"Check all setups of a project, also for warnings", "kcf check --strict ."}}};
+}
+
+}  // namespace kcf
