@@ -2,7 +2,10 @@
 /// The kinds of diagnostics by their stable names.
 #pragma once
 
+#include <span>
 #include <string_view>
+
+#include "KESTparse/document/Diagnostic.h"
 
 namespace KESTparse::code {
 
@@ -53,3 +56,25 @@ inline constexpr std::string_view unequalRows = "unequal-rows";
 inline constexpr std::string_view stopped = "stopped";
 
 }  // namespace KESTparse::code
+
+namespace KESTparse {
+
+/// What is told of a kind of diagnostics as such.
+struct CodeFacts {
+  std::string_view name;
+  std::string_view group;  ///< the heading under which the codes are listed
+  Severity severity = Severity::error;
+  Origin origin = Origin::converter;
+  std::string_view summary;  ///< one line, without a full stop
+  std::string_view meaning;  ///< a paragraph
+  std::string_view example;  ///< a piece of a command file that has it; empty where none shows it
+  std::string_view mended;   ///< the same without it
+};
+
+/// The kinds of diagnostics that are no rules of blocks, group by group.
+std::span<const CodeFacts> codeFacts();
+
+/// Null for an unknown name.
+const CodeFacts* findCode(std::string_view name);
+
+}  // namespace KESTparse

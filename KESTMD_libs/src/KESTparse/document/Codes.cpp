@@ -1,0 +1,550 @@
+#include "KESTparse/document/Codes.h"
+
+#include <algorithm>
+
+namespace KESTparse {
+namespace {
+
+constexpr CodeFacts kinds[] = {
+    {.name = code::byteOrderMark,
+     .group = "Syntax",
+     .summary = "The file begins with a byte order mark",
+     .meaning = "Some editors put three invisible bytes in front of a text that is saved as "
+                "UTF-8. The converter reads them as a part of the first name. Save the file as "
+                "UTF-8 without a byte order mark.",
+     .example = "",
+     .mended = ""},
+    {.name = code::notText,
+     .group = "Syntax",
+     .summary = "The file is not plain text",
+     .meaning = "The file holds bytes that no text has, as the documents of word processors, "
+                "archives and files in UTF-16 do. Save it as plain text in UTF-8.",
+     .example = "",
+     .mended = ""},
+    {.name = code::notUtf8,
+     .group = "Syntax",
+     .summary = "A value that goes into the document is not UTF-8",
+     .meaning = "The document that the converter writes is JSON, whose texts must be UTF-8. Files "
+                "that were written under another encoding have single bytes for letters such as ü "
+                "or é. Save the file as UTF-8, or write the value in plain letters.",
+     .example = "",
+     .mended = ""},
+    {.name = code::missingClosingBrace,
+     .group = "Syntax",
+     .summary = "A block is never closed",
+     .meaning = "Each block ends with a '}' of its own. The indentation of the lines tells which "
+                "block was left open; the rest of the file is read as it was meant.",
+     .example = R"(PROJECT {
+  title = demo
+DOMAIN {
+  multiregion = rhine
+}
+)",
+     .mended = R"(PROJECT {
+  title = demo
+}
+DOMAIN {
+  multiregion = rhine
+}
+)"},
+    {.name = code::missingOpeningBrace,
+     .group = "Syntax",
+     .summary = "The name of a block has no opening brace",
+     .meaning = "The name of a block is followed by a '{', on the same line or on the next one.",
+     .example = R"(PROJECT
+  title = demo
+}
+)",
+     .mended = R"(PROJECT {
+  title = demo
+}
+)"},
+    {.name = code::strayClosingBrace,
+     .group = "Syntax",
+     .summary = "A brace closes no block",
+     .meaning = "There are more '}' than blocks that could be closed. Often a block was closed "
+                "too early, or one line was copied too many.",
+     .example = R"(PROJECT {
+  title = demo
+}
+}
+)",
+     .mended = R"(PROJECT {
+  title = demo
+}
+)"},
+    {.name = code::missingName,
+     .group = "Syntax",
+     .summary = "There is no name in front of a brace or an equals sign",
+     .meaning = "A block begins with its name and a '{', a tag with its name and a '='.",
+     .example = R"(PROJECT {
+  = demo
+}
+)",
+     .mended = R"(PROJECT {
+  title = demo
+}
+)"},
+    {.name = code::missingEquals,
+     .group = "Syntax",
+     .summary = "There is no equals sign between a name and its value",
+     .meaning = "A tag is written 'name = value'. A colon or a blank does not stand for the "
+                "equals sign.",
+     .example = R"(PROJECT {
+  title demo
+}
+)",
+     .mended = R"(PROJECT {
+  title = demo
+}
+)"},
+    {.name = code::strayText,
+     .group = "Syntax",
+     .summary = "Text that is neither a block nor a tag",
+     .meaning = "Between blocks and tags only white space and comments may stand. A comment "
+                "begins with //.",
+     .example = R"(PROJECT {
+  title = demo
+  # for the report
+}
+)",
+     .mended = R"(PROJECT {
+  title = demo
+  // for the report
+}
+)"},
+    {.name = code::invalidName,
+     .group = "Syntax",
+     .summary = "A name holds what no name may hold",
+     .meaning = "The names of blocks and tags consist of letters, digits, '_' and '-', and stand "
+                "without quotes.",
+     .example = R"(PROJECT {
+  "title" = demo
+}
+)",
+     .mended = R"(PROJECT {
+  title = demo
+}
+)"},
+    {.name = code::strayParenthesis,
+     .group = "Syntax",
+     .summary = "A parenthesis closes no list",
+     .meaning = "A list stands between '(' and ')'. Here a ')' has no '(' in front of it.",
+     .example = R"(DOMAIN {
+  KESTPLANE_2D {
+    HYDRAULICS {
+      FRICTION {
+        index = 1 2 )
+      }
+    }
+  }
+}
+)",
+     .mended = R"(DOMAIN {
+  KESTPLANE_2D {
+    HYDRAULICS {
+      FRICTION {
+        index = ( 1 2 )
+      }
+    }
+  }
+}
+)"},
+    {.name = code::unclosedList,
+     .group = "Syntax",
+     .summary = "A list is never closed",
+     .meaning = "A list stands between '(' and ')'. Here the ')' is missing.",
+     .example = R"(DOMAIN {
+  KESTPLANE_2D {
+    HYDRAULICS {
+      FRICTION {
+        index = ( 1 2
+      }
+    }
+  }
+}
+)",
+     .mended = R"(DOMAIN {
+  KESTPLANE_2D {
+    HYDRAULICS {
+      FRICTION {
+        index = ( 1 2 )
+      }
+    }
+  }
+}
+)"},
+    {.name = code::unfinishedFile,
+     .group = "Syntax",
+     .summary = "The file ends within a line or a block",
+     .meaning = "The converter needs a line feed behind the last value, and something behind the "
+                "last '{'. A file that ends there was often cut off while it was copied.",
+     .example = "",
+     .mended = ""},
+    {.name = code::swallowedByte,
+     .group = "Syntax",
+     .summary = "A character right behind '{' is lost",
+     .meaning = "The converter drops the one character that stands right behind a '{', so that "
+                "'PROJECT {title = demo' reads as 'itle = demo'. Put a blank or a line break "
+                "there.",
+     .example = R"(PROJECT {title = demo
+}
+)",
+     .mended = R"(PROJECT { title = demo
+}
+)"},
+    {.name = code::unknownBlock,
+     .group = "Names",
+     .summary = "There is no block of that name here",
+     .meaning = "Each block takes the sub-blocks that the vocabulary names, and no others. The "
+                "name may be misspelt, or belong into another block. Names are case-sensitive.",
+     .example = R"(PROJECT {
+  title = demo
+}
+DOMAIN {
+  PARALEL {
+    number_threads = 2
+  }
+}
+)",
+     .mended = R"(PROJECT {
+  title = demo
+}
+DOMAIN {
+  PARALLEL {
+    number_threads = 2
+  }
+}
+)"},
+    {.name = code::unknownTag,
+     .group = "Names",
+     .summary = "There is no tag of that name here",
+     .meaning = "Each block takes the tags that the vocabulary names, and no others. The name may "
+                "be misspelt, or belong into another block. Names are case-sensitive. 'kcf "
+                "explain BLOCK' lists the tags of a block.",
+     .example = R"(PROJECT {
+  titel = demo
+}
+)",
+     .mended = R"(PROJECT {
+  title = demo
+}
+)"},
+    {.name = code::secondBlock,
+     .group = "Names",
+     .summary = "A block that may stand once stands there twice",
+     .meaning = "Only blocks that the vocabulary calls repeatable may stand more than once in "
+                "their block. Write what both hold into one.",
+     .example = R"(PROJECT {
+  title = demo
+}
+PROJECT {
+  author = me
+}
+)",
+     .mended = R"(PROJECT {
+  title = demo
+  author = me
+}
+)"},
+    {.name = code::secondTag,
+     .group = "Names",
+     .summary = "A tag is given twice",
+     .meaning = "Only one value of a tag can hold in a block. Remove one of them.",
+     .example = R"(PROJECT {
+  title = demo
+  title = demo_2
+}
+)",
+     .mended = R"(PROJECT {
+  title = demo
+}
+)"},
+    {.name = code::missingBlock,
+     .group = "Names",
+     .summary = "A mandatory block is missing",
+     .meaning = "The simulation cannot do without this block. 'kcf template PATH' prints a "
+                "skeleton of it.",
+     .example = R"(PROJECT {
+  title = demo
+}
+)",
+     .mended = R"(PROJECT {
+  title = demo
+}
+DOMAIN {
+  multiregion = rhine
+}
+)"},
+    {.name = code::missingTag,
+     .group = "Names",
+     .summary = "A mandatory tag is missing",
+     .meaning = "The block cannot do without this tag. Some tags are mandatory only when another "
+                "one has a certain value; the message then names it.",
+     .example = R"(PROJECT {
+  author = me
+}
+)",
+     .mended = R"(PROJECT {
+  title = demo
+  author = me
+}
+)"},
+    {.name = code::exclusiveTags,
+     .group = "Names",
+     .summary = "Two tags exclude each other",
+     .meaning = "Only one of the two tags may be given in a block. Remove the other one.",
+     .example = "",
+     .mended = ""},
+    {.name = code::unusedTag,
+     .group = "Names",
+     .severity = Severity::warning,
+     .summary = "A tag has no effect",
+     .meaning = "The tag is used only when another one has a certain value, which it has not. The "
+                "simulation goes on without it: what it says does not count. Remove it, or change "
+                "the other tag.",
+     .example = R"(DOMAIN {
+  KESTPLANE_2D {
+    HYDRAULICS {
+      FRICTION {
+        type = strickler
+        wall_friction = off
+        default_wall_friction = 40
+      }
+    }
+  }
+}
+)",
+     .mended = R"(DOMAIN {
+  KESTPLANE_2D {
+    HYDRAULICS {
+      FRICTION {
+        type = strickler
+        wall_friction = on
+        default_wall_friction = 40
+      }
+    }
+  }
+}
+)"},
+    {.name = code::missingValue,
+     .group = "Values",
+     .summary = "A tag has no value",
+     .meaning = "There is nothing behind the equals sign, or the '?' of a template was left "
+                "there.",
+     .example = R"(PROJECT {
+  title =
+}
+)",
+     .mended = R"(PROJECT {
+  title = demo
+}
+)"},
+    {.name = code::twoTagsOnALine,
+     .group = "Values",
+     .summary = "Two tags stand on one line",
+     .meaning = "The value of a tag goes up to the end of its line, so that a second tag on the "
+                "same line becomes a part of it. Each tag has a line of its own.",
+     .example = R"(DOMAIN {
+  PARALLEL {
+    number_threads = 2 x = 3
+  }
+}
+)",
+     .mended = R"(DOMAIN {
+  PARALLEL {
+    number_threads = 2
+  }
+}
+)"},
+    {.name = code::notANumber,
+     .group = "Values",
+     .summary = "A value is not a number",
+     .meaning = "The tag takes a number with a decimal point and, if need be, an exponent behind "
+                "an e, such as 2.5 or 1e-6, without a unit and without signs that group its "
+                "digits.",
+     .example = R"(DOMAIN {
+  PHYSICAL_PROPERTIES {
+    gravity = 9,81
+  }
+}
+)",
+     .mended = R"(DOMAIN {
+  PHYSICAL_PROPERTIES {
+    gravity = 9.81
+  }
+}
+)"},
+    {.name = code::notAnInteger,
+     .group = "Values",
+     .summary = "A value is not a whole number",
+     .meaning = "The tag takes a whole number, without a decimal point and without an exponent.",
+     .example = R"(DOMAIN {
+  PARALLEL {
+    number_threads = 2.5
+  }
+}
+)",
+     .mended = R"(DOMAIN {
+  PARALLEL {
+    number_threads = 2
+  }
+}
+)"},
+    {.name = code::outOfRange,
+     .group = "Values",
+     .summary = "A number lies outside the range of its tag",
+     .meaning = "The tag takes numbers of a certain range only, which the message names. A value "
+                "far outside often has another unit than the one that the tag counts in.",
+     .example = R"(DOMAIN {
+  PHYSICAL_PROPERTIES {
+    gravity = -9.81
+  }
+}
+)",
+     .mended = R"(DOMAIN {
+  PHYSICAL_PROPERTIES {
+    gravity = 9.81
+  }
+}
+)"},
+    {.name = code::unusualValue,
+     .group = "Values",
+     .severity = Severity::warning,
+     .summary = "A value is allowed but unusual",
+     .meaning = "The simulation takes the value, but hardly any river has it. Often it was "
+                "written in another unit.",
+     .example = "",
+     .mended = ""},
+    {.name = code::notAChoice,
+     .group = "Values",
+     .summary = "A value is none of the choices of its tag",
+     .meaning = "The tag takes one of a few words, which the help lists. Letter case counts.",
+     .example = R"(DOMAIN {
+  KESTPLANE_2D {
+    HYDRAULICS {
+      FRICTION {
+        type = Strickler
+      }
+    }
+  }
+}
+)",
+     .mended = R"(DOMAIN {
+  KESTPLANE_2D {
+    HYDRAULICS {
+      FRICTION {
+        type = strickler
+      }
+    }
+  }
+}
+)"},
+    {.name = code::notAWord,
+     .group = "Values",
+     .summary = "A value is not one word",
+     .meaning = "The tag takes a single word of letters, digits, '_' and '-', since other tags "
+                "name it.",
+     .example = R"(PROJECT {
+  title = my first setup
+}
+)",
+     .mended = R"(PROJECT {
+  title = my_first_setup
+}
+)"},
+    {.name = code::notAPosition,
+     .group = "Values",
+     .summary = "A value does not tell a position",
+     .meaning = "The tag takes a place in another region in the form that the help shows.",
+     .example = "",
+     .mended = ""},
+    {.name = code::notAList,
+     .group = "Values",
+     .summary = "A value is not a list",
+     .meaning = "A list stands between '(' and ')', with blanks between its items: ( 1 2 3 ).",
+     .example = R"(DOMAIN {
+  KESTPLANE_2D {
+    HYDRAULICS {
+      FRICTION {
+        index = 1 2
+      }
+    }
+  }
+}
+)",
+     .mended = R"(DOMAIN {
+  KESTPLANE_2D {
+    HYDRAULICS {
+      FRICTION {
+        index = ( 1 2 )
+      }
+    }
+  }
+}
+)"},
+    {.name = code::listLength,
+     .group = "Values",
+     .summary = "A list has too few or too many items",
+     .meaning = "The tag takes a list of a certain number of items, which the message names.",
+     .example = "",
+     .mended = ""},
+    {.name = code::listNameTwice,
+     .group = "Values",
+     .summary = "A name stands twice in a list of named lists",
+     .meaning = "Each name of such a list has one list of numbers. Remove one of them, or give it "
+                "another name.",
+     .example = "",
+     .mended = ""},
+    {.name = code::missingFile,
+     .group = "Files",
+     .summary = "A file that is named does not exist",
+     .meaning = "Names in a command file count from the folder that the file stands in, or from "
+                "the folder of --directory. Letter case counts, and '/' stands between folders.",
+     .example = R"(DOMAIN {
+  KESTPLANE_2D {
+    HYDRAULICS {
+      BOUNDARY {
+        file = no_such_series.txt
+      }
+    }
+  }
+}
+)",
+     .mended = ""},
+    {.name = code::unreadableFile,
+     .group = "Files",
+     .summary = "A file that is named cannot be opened",
+     .meaning = "The file exists, but the user who runs the program may not read it.",
+     .example = "",
+     .mended = ""},
+    {.name = code::unequalRows,
+     .group = "Files",
+     .summary = "The lines of a time series have different numbers of columns",
+     .meaning = "Each line of a time series has as many numbers as the first one. Empty lines and "
+                "half lines at the end are frequent causes.",
+     .example = "",
+     .mended = ""},
+    {.name = code::stopped,
+     .group = "Files",
+     .summary = "The converter stops here",
+     .meaning = "The converter gives up at this place, for a reason that no other code stands "
+                "for, such as a mesh that cannot be read. The message repeats its own words.",
+     .example = "",
+     .mended = ""},
+};
+
+}  // namespace
+
+std::span<const CodeFacts> codeFacts() {
+  return kinds;
+}
+
+const CodeFacts* findCode(std::string_view name) {
+  const CodeFacts* const found =
+      std::find_if(std::begin(kinds), std::end(kinds),
+                   [name](const CodeFacts& facts) { return facts.name == name; });
+  return found == std::end(kinds) ? nullptr : found;
+}
+
+}  // namespace KESTparse
