@@ -1,5 +1,6 @@
 #include "CommandLine.h"
 #include "check/Check.h"
+#include "explain/Explain.h"
 #include "installation/Installation.h"
 #include "manual/Manual.h"
 #include "schema/Schema.h"
@@ -21,6 +22,7 @@ program holds the vocabulary that main-converter(1) checks them against.)",
           {
               checkVerb(),
               templateVerb(),
+              explainVerb(),
               manualVerb(),
               schemaVerb(),
               vocabularyVerb(),

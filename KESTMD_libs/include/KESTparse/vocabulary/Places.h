@@ -25,6 +25,13 @@ std::string pathOf(const std::string& parent, const InputBlock& child);
 /// `path` do not matter. The block is null when there is none.
 Place findPlace(const InputBlock& root, const std::string& path);
 
+/// The places whose paths end with the names of `path`, as KESTPLANE_2D/GEOMETRY does of a path;
+/// only the one at `path` when there is one.
+std::vector<Place> findPlaces(const InputBlock& root, const std::string& path);
+
+/// How often a block stands in its parent, in words.
+std::string occurrence(const InputBlock& block);
+
 /// The known paths that are most like `path`, the likeliest first. The last names of a path are as
 /// good a hint as the whole of it, and case does not matter.
 std::vector<std::string> nearestPaths(const InputBlock& root, const std::string& path);

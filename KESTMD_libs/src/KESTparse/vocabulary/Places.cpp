@@ -66,6 +66,31 @@ Place findPlace(const InputBlock& root, const std::string& path) {
   return place;
 }
 
+std::vector<Place> findPlaces(const InputBlock& root, const std::string& path) {
+  const Place exact = findPlace(root, path);
+  if (exact.block != nullptr) {
+    return {exact};
+  }
+  std::string end;
+  for (const std::string& name : split("/", path)) {
+    end += "/" + name;
+  }
+  std::vector<Place> found;
+  for (Place& place : placesOf(root)) {
+    if (!end.empty() && !path.starts_with('/') && place.path.ends_with(end)) {
+      found.push_back(std::move(place));
+    }
+  }
+  return found;
+}
+
+std::string occurrence(const InputBlock& block) {
+  if (block.isRepeatable()) {
+    return block.isMandatory() ? "once or more" : "any number of times";
+  }
+  return block.isMandatory() ? "exactly once" : "at most once";
+}
+
 std::vector<std::string> nearestPaths(const InputBlock& root, const std::string& path) {
   const std::string wanted = comparable(path);
   const auto count = static_cast<std::size_t>(std::count(wanted.begin(), wanted.end(), '/')) + 1;
