@@ -13,6 +13,7 @@
 #include <exception>
 #include <filesystem>
 #include <iostream>
+#include <memory>
 #include <mutex>
 #include <optional>
 #include <string>
@@ -25,7 +26,9 @@
 #include "KESTparse/root/KestrixInputRoot.h"
 #include "check/CheckedFile.h"
 #include "check/Excerpt.h"
+#include "check/GithubReport.h"
 #include "check/JsonReport.h"
+#include "check/SarifReport.h"
 #include "check/TextReport.h"
 
 namespace kcf {
@@ -177,7 +180,10 @@ class Check {
   }
 
   /// Takes the next outcome, in the order of the files.
-  void take(Outcome outcome) {
+  void take(Outcome outcome, Progress& progress) {
+    if (!outcome.part || !outcome.part->diagnostics.empty()) {
+      progress.clear();
+    }
     if (!outcome.part) {
       tell(outcome.fault);
       return;
@@ -194,9 +200,7 @@ class Check {
     if (count <= 1) {
       for (std::size_t i = 0; i < paths.size(); ++i) {
         progress.show(i, paths[i]);
-        Outcome outcome = check(paths[i]);
-        progress.clear();
-        take(std::move(outcome));
+        take(check(paths[i]), progress);
       }
       return;
     }
@@ -224,10 +228,7 @@ class Check {
       Outcome outcome = *std::move(outcomes[i]);
       outcomes[i].reset();
       lock.unlock();
-      if (!outcome.part || !outcome.part->diagnostics.empty()) {
-        progress.clear();
-      }
-      take(std::move(outcome));
+      take(std::move(outcome), progress);
     }
   }
 
@@ -241,55 +242,68 @@ class Check {
   int status_ = status::done;
 };
 
-int runCheck(const Arguments& arguments) {
-  if (arguments.value("--format", "text") == "json") {
-    JsonReport report(std::cout);
-    return Check(arguments, report).run(arguments.values("PATH"));
+std::unique_ptr<Report> reportOf(const Arguments& arguments) {
+  const std::string form = arguments.value("--format", "text");
+  if (form == "json") {
+    return std::make_unique<JsonReport>(std::cout);
   }
-  TextReport report(std::cout, wantsColors(arguments.value("--color", "auto")), columnsOfOutput());
-  return Check(arguments, report).run(arguments.values("PATH"));
+  if (form == "sarif") {
+    return std::make_unique<SarifReport>(std::cout);
+  }
+  if (form == "github") {
+    return std::make_unique<GithubReport>(std::cout);
+  }
+  return std::make_unique<TextReport>(std::cout, wantsColors(arguments.value("--color", "auto")),
+                                      columnsOfOutput());
+}
+
+int runCheck(const Arguments& arguments) {
+  const std::unique_ptr<Report> report = reportOf(arguments);
+  return Check(arguments, *report).run(arguments.values("PATH"));
 }
 
 }  // namespace
 
 Verb checkVerb() {
-  return {
-      "check",
-      "Check command files",
-      "Tell all that is wrong with command files, where, and how to mend it",
-      R"(All faults of a file are told in one run, with those that main-converter does
+  return {"check",
+          "Check command files",
+          "Tell all that is wrong with command files, where, and how to mend it",
+          R"(All faults of a file are told in one run, with those that main-converter does
 not see. Names in a command file count from the folder that it stands in, or
 from DIR. "kcf explain CODE" tells more about the code of a fault.
 
 The status is 0 when there is no error, and with --strict no warning; 1 when
 there is one; and 2 when a PATH cannot be read or the usage is wrong.)",
-      {{.name = "--format", .help = "How to tell it", .value = "FORM", .choices = {"text", "json"}},
-       {.name = "--strict", .help = "Let warnings count as errors for the status"},
-       {.name = "--no-files", .help = "Open none of the files that the command files name"},
-       {.name = "--directory",
-        .help = "Folder that names in the command files count from",
-        .value = "DIR",
-        .isPath = true},
-       {.name = "--color",
-        .help = "When to use colors; auto minds NO_COLOR, CLICOLOR_FORCE and the terminal",
-        .value = "WHEN",
-        .choices = {"auto", "always", "never"}},
-       {.name = "--jobs",
-        .help = "How many files to check side by side; all processors by default",
-        .value = "N"},
-       {.name = "--stdin-filepath",
-        .help = "Name of what comes from standard input",
-        .value = "PATH",
-        .isPath = true},
-       {.name = "PATH",
-        .help = "A command file, a folder with all *.kcf below it, or - for standard input",
-        .value = "PATH",
-        .required = true,
-        .repeatable = true,
-        .isPath = true}},
-      runCheck,
-      {{"Check a setup before it is computed", "kcf check setup.kcf"},
-       {"Check all setups of a project, also for warnings", "kcf check --strict ."}}};
+          {{.name = "--format",
+            .help = "How to tell it",
+            .value = "FORM",
+            .choices = {"text", "json", "sarif", "github"}},
+           {.name = "--strict", .help = "Let warnings count as errors for the status"},
+           {.name = "--no-files", .help = "Open none of the files that the command files name"},
+           {.name = "--directory",
+            .help = "Folder that names in the command files count from",
+            .value = "DIR",
+            .isPath = true},
+           {.name = "--color",
+            .help = "When to use colors; auto minds NO_COLOR, CLICOLOR_FORCE and the terminal",
+            .value = "WHEN",
+            .choices = {"auto", "always", "never"}},
+           {.name = "--jobs",
+            .help = "How many files to check side by side; all processors by default",
+            .value = "N"},
+           {.name = "--stdin-filepath",
+            .help = "Name of what comes from standard input",
+            .value = "PATH",
+            .isPath = true},
+           {.name = "PATH",
+            .help = "A command file, a folder with all *.kcf below it, or - for standard input",
+            .value = "PATH",
+            .required = true,
+            .repeatable = true,
+            .isPath = true}},
+          runCheck,
+          {{"Check a setup before it is computed", "kcf check setup.kcf"},
+           {"Check all setups of a project, also for warnings", "kcf check --strict ."}}};
 }
 
 }  // namespace kcf

@@ -4,6 +4,7 @@
 
 #include <cstddef>
 #include <optional>
+#include <set>
 #include <string>
 
 #include "KESTparse/document/Document.h"
@@ -60,9 +61,10 @@ class Report {
 
   /// What is told of one file.
   struct Part {
-    std::string file;         ///< of the file as a whole
-    std::string diagnostics;  ///< of what is wrong with it
-    std::string firstCode;    ///< of the first diagnostic; empty when there is none
+    std::string file;                  ///< of the file as a whole
+    std::string diagnostics;           ///< of what is wrong with it
+    std::string firstCode;             ///< of the first diagnostic; empty when there is none
+    std::set<std::string> codes = {};  ///< of all, where the form lists them
     std::size_t errors = 0;
     std::size_t warnings = 0;
   };

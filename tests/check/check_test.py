@@ -1,0 +1,293 @@
+#!/usr/bin/env python3
+"""Runs kcf check and kcf explain as a user does.
+
+    check_test.py KCF PROJECT-FOLDER
+"""
+import json
+import os
+import pty
+import re
+import subprocess
+import sys
+import tempfile
+import unittest
+from pathlib import Path
+
+import jsonschema
+
+KCF = Path(sys.argv[1]).resolve()
+PROJECT = Path(sys.argv[2]).resolve()
+SCHEMA = json.loads((PROJECT / "docs/check.schema.json").read_text())
+EXAMPLES = PROJECT / "examples"
+FAULTY = "PROJECT {\n  titel = demo\n}\nDOMAIN {\n  PARALLEL {\n    number_threads = 2.5\n  }\n}\n"
+ESCAPE = re.compile(r"\x1b\[[0-9;]*m")
+
+
+def run(*arguments, verb="check", **options):
+    options.setdefault("stdin", subprocess.DEVNULL)
+    environment = {name: value for name, value in os.environ.items()
+                   if name not in ("NO_COLOR", "CLICOLOR_FORCE")}
+    environment.update(options.pop("env", {}))
+    return subprocess.run([KCF, verb, *map(str, arguments)], stdout=subprocess.PIPE, stderr=subprocess.PIPE,
+                          env=environment, timeout=60, check=False, **options)
+
+
+def codes(document):
+    return [told["code"] for told in document["diagnostics"]]
+
+
+class Checks(unittest.TestCase):
+    def setUp(self):
+        folder = tempfile.TemporaryDirectory()
+        self.addCleanup(folder.cleanup)
+        self.folder = Path(folder.name)
+
+    def write(self, name, text):
+        path = self.folder / name
+        path.parent.mkdir(parents=True, exist_ok=True)
+        path.write_bytes(text if isinstance(text, bytes) else text.encode())
+        return path
+
+    def checked(self, *arguments, status=None, **options):
+        """The JSON of a run, held against its schema and the text of the files."""
+        done = run("--format", "json", *arguments, cwd=self.folder, **options)
+        document = json.loads(done.stdout.decode("utf-8"))
+        jsonschema.Draft202012Validator(SCHEMA).validate(document)
+        if status is not None:
+            self.assertEqual(done.returncode, status, done.stderr)
+        for file in document["files"]:
+            for level in ("error", "warning"):
+                told = [d for d in document["diagnostics"] if d["severity"] == level and d["file"] == file["file"]]
+                self.assertEqual(file[level + "s"], len(told))
+        return document
+
+
+class Statuses(Checks):
+    def test_tell_errors_warnings_and_wrong_usage(self):
+        self.write("faulty.kcf", FAULTY)
+        warned = EXAMPLES / "first-region/setup.kcf"
+        for status, arguments in ((1, ["faulty.kcf"]), (0, [warned]), (1, ["--strict", warned]),
+                                  (0, ["--strict", EXAMPLES / "linked-regions/setup.kcf"]),
+                                  (2, ["none.kcf"]), (2, ["none.kcf", warned]), (2, []),
+                                  (2, ["--format", "xml", warned]), (2, ["--jobs", "0", warned]),
+                                  (2, ["--jobs", "two", warned]), (2, ["--directory", "none", warned])):
+            done = run(*arguments, cwd=self.folder)
+            self.assertEqual(done.returncode, status, (arguments, done.stderr))
+            self.assertEqual(status == 2, done.stderr != b"", arguments)
+
+    @unittest.skipIf(os.geteuid() == 0, "root reads all files")
+    def test_tells_what_may_not_be_read_and_goes_on(self):
+        self.write("a.kcf", FAULTY).chmod(0)
+        self.write("b.kcf", FAULTY)
+        done = run("a.kcf", "b.kcf", cwd=self.folder)
+        self.assertEqual(done.returncode, 2)
+        self.assertIn(b"kcf: a.kcf cannot be read", done.stderr)
+        self.assertIn(b"--> b.kcf:2:3", done.stdout)
+
+
+class Places(Checks):
+    def test_are_those_of_the_text_with_fixes_that_mend_it(self):
+        self.write("sub/faulty.kcf", FAULTY)
+        document = self.checked("./sub/faulty.kcf", status=1)
+        told = {d["code"]: d for d in document["diagnostics"]}
+        tag = told["unknown-tag"]
+        self.assertEqual((tag["file"], tag["line"], tag["column"], tag["endLine"], tag["endColumn"]),
+                         ("sub/faulty.kcf", 2, 3, 2, 8))
+        [edit] = tag["fixes"][0]["edits"]
+        self.assertEqual(FAULTY[edit["begin"]:edit["end"]], "titel")
+        self.assertEqual(edit["text"], "title")
+        number = told["not-an-integer"]
+        self.assertEqual((number["line"], number["column"], number["endColumn"]), (6, 22, 25))
+
+    def test_columns_count_code_points_and_offsets_bytes(self):
+        text = "PROJECT {\n  /* */\n  title = d\u00e9mo \U0001f30a\n \u00fc titel = x\n}\n".encode() + b"\xff = 1\n"
+        document = self.checked("-", status=1, stdin=self.write("x.kcf", text).open("rb"))
+        for told in document["diagnostics"]:
+            line = text.split(b"\n")[told["line"] - 1].decode("utf-8", "surrogateescape")
+            self.assertLessEqual(told["endColumn"], len(line) + 1, told)
+
+    def test_input_has_the_name_and_the_folder_that_are_given(self):
+        self.write("sub/inflow.txt", "0 1\n10 2\n")
+        setup = (EXAMPLES / "first-region/setup.kcf").read_text()
+        self.write("sub/g.2dm", (EXAMPLES / "first-region/g.2dm").read_bytes())
+        self.write("setup.kcf", setup)
+        for arguments, converts in (([], False), (["--stdin-filepath", "./sub/setup.kcf"], True),
+                                    (["--directory", "sub"], True), (["--no-files"], None)):
+            with (self.folder / "setup.kcf").open("rb") as source:
+                document = self.checked("-", *arguments, stdin=source)
+            self.assertEqual(document["files"][0]["converts"], converts, arguments)
+            name = "sub/setup.kcf" if "--stdin-filepath" in arguments else "-"
+            self.assertEqual(document["files"][0]["file"], name)
+
+
+class Files(Checks):
+    def test_of_folders_are_told_in_order_whatever_the_jobs(self):
+        for number in range(40):
+            self.write(f"many/{number % 7}/{number}.kcf", FAULTY)
+        self.write("many/other.txt", "no command file")
+        texts = {run("--jobs", jobs, "many", cwd=self.folder).stdout for jobs in (1, 2, 7)}
+        self.assertEqual(len(texts), 1)
+        document = self.checked("many", "./many/0/0.kcf", status=1)
+        names = [file["file"] for file in document["files"]]
+        self.assertEqual(names, sorted(names))
+        self.assertEqual(len(names), 40)
+
+    def test_examples_are_judged_as_the_converter_does(self):
+        document = self.checked(EXAMPLES)
+        for file in document["files"]:
+            self.assertEqual(file["converts"], not file["file"].endswith("faulty.kcf"), file)
+            self.assertEqual(file["errors"] == 0, file["converts"], file)
+
+
+class Text(Checks):
+    def test_shows_the_line_the_mark_the_help_and_the_mending(self):
+        self.write("faulty.kcf", "PROJECT {\n\ttitel = demo\n  author = me\n  author = you\n}\nDOMAIN {\n}\n")
+        text = run("faulty.kcf", cwd=self.folder).stdout.decode()
+        for part in ("error[unknown-tag]: ", " --> faulty.kcf:2:2\n", "2 |     titel = demo\n  |     ^^^^^\n",
+                     "  = help: ", "2 +     title = demo\n", " ::: faulty.kcf:3:3\n",
+                     "3 |   author = me\n  |   ------ the first is here\n", " in 1 file\n", "kcf explain "):
+            self.assertIn(part, text)
+        self.assertNotIn("\x1b", text)
+
+    def test_colors_keep_to_the_option_then_the_environment_then_the_terminal(self):
+        path = self.write("faulty.kcf", FAULTY)
+        for colored, arguments, environment in (
+                (False, [], {}), (True, ["--color", "always"], {"NO_COLOR": "1"}),
+                (False, ["--color", "never"], {"CLICOLOR_FORCE": "1"}),
+                (True, [], {"CLICOLOR_FORCE": "1"}), (False, [], {"CLICOLOR_FORCE": "0"}),
+                (False, [], {"NO_COLOR": "1", "CLICOLOR_FORCE": "1"}), (False, [], {"NO_COLOR": ""})):
+            text = run(path, *arguments, env=environment).stdout
+            self.assertEqual(b"\x1b[" in text, colored, (arguments, environment))
+        plain = run(path).stdout.decode()
+        self.assertEqual(ESCAPE.sub("", run("--color", "always", path).stdout.decode()), plain)
+        for kind, colored in (("xterm", True), ("dumb", False)):
+            self.assertEqual("\x1b[" in self.on_terminal(path, kind), colored)
+
+    def on_terminal(self, path, kind):
+        leader, follower = pty.openpty()
+        environment = {n: v for n, v in os.environ.items() if n not in ("NO_COLOR", "CLICOLOR_FORCE")}
+        with subprocess.Popen([KCF, "check", path], stdin=follower, stdout=follower, stderr=follower,
+                              env=environment | {"TERM": kind}) as process:
+            os.close(follower)
+            text = b""
+            try:
+                while piece := os.read(leader, 4096):
+                    text += piece
+            except OSError:
+                pass
+            process.wait(60)
+        os.close(leader)
+        return text.decode()
+
+    def test_no_file_reaches_the_terminal_with_what_it_acts_on(self):
+        hostile = "".join(map(chr, [*range(1, 10), *range(11, 32), 127, 0x85, 0x9b, 0x200b, 0x202e, 0x2066]))
+        self.write("a.kcf", f"PROJECT {{\n  title = x{hostile}y\n  {hostile} = 1\n  t{hostile}itle = 2\n".encode()
+                   + b"  title = \xff\xfe\xc0\x80 \xed\xa0\x80\n}\n\x1b]0;name\x07 {\n" + b"\x9b31m = 3\n}\n")
+        shown = "".join(c for c in run("a.kcf", cwd=self.folder).stdout.decode("utf-8") if c != "\n")
+        self.assertTrue(shown)
+        for character in shown:
+            self.assertTrue(character.isprintable(), hex(ord(character)))
+        self.checked("a.kcf")
+        name = b"b\x1b[31m\xff.kcf"
+        (Path(os.fsdecode(os.fsencode(self.folder) + b"/" + name))).write_text(FAULTY)
+        done = run(os.fsdecode(name), "no\x1b[1m.kcf", cwd=self.folder)
+        self.assertNotIn(b"\x1b", done.stdout + done.stderr)
+        self.checked(os.fsdecode(name), status=1)
+
+    def test_long_lines_and_wide_characters_keep_the_mark_below_its_text(self):
+        long = "x" * 5000
+        self.write("a.kcf", f"PROJECT {{ author = {long}\n  title = \u4e2d\u6587 \u4e2d ; \n}}\n"
+                            f"DOMAIN {{ PARALLEL {{ number_threads = 2{' ' * 300}y{long}\n}}\n}}\n")
+        lines = run("a.kcf", cwd=self.folder).stdout.decode().split("\n")
+        self.assertTrue(all(len(line) < 400 for line in lines if " | " in line))
+        self.assertTrue(any("..." in line for line in lines))
+
+
+class OtherForms(Checks):
+    def test_sarif_has_the_findings_with_their_rules_and_stable_fingerprints(self):
+        def log(text):
+            self.write("a folder/\u00fc.kcf", text)
+            done = run("--format", "sarif", "a folder", cwd=self.folder)
+            self.assertEqual(done.returncode, 1)
+            [result] = json.loads(done.stdout.decode("utf-8"))["runs"]
+            return result
+        found = log(FAULTY)
+        rules = {rule["id"] for rule in found["tool"]["driver"]["rules"]}
+        self.assertEqual({result["ruleId"] for result in found["results"]}, rules)
+        first = next(r for r in found["results"] if r["ruleId"] == "unknown-tag")
+        place = first["locations"][0]["physicalLocation"]
+        self.assertEqual(place["artifactLocation"]["uri"], "a%20folder/%C3%BC.kcf")
+        self.assertEqual(place["region"], {"startLine": 2, "startColumn": 3, "endLine": 2, "endColumn": 8})
+        change = first["fixes"][0]["artifactChanges"][0]["replacements"][0]
+        self.assertEqual((change["deletedRegion"], change["insertedContent"]), (place["region"], {"text": "title"}))
+        prints = [r["partialFingerprints"]["finding/v1"] for r in found["results"]]
+        self.assertEqual(len(set(prints)), len(prints))
+        moved = log("// a line in front\n" + FAULTY)
+        self.assertEqual([r["partialFingerprints"]["finding/v1"] for r in moved["results"]], prints)
+
+    def test_workflow_commands_are_one_line_each(self):
+        self.write("a,b.kcf", FAULTY.replace("2.5", "2%0A.5"))
+        lines = run("--format", "github", "a,b.kcf", cwd=self.folder).stdout.decode().splitlines()
+        self.assertEqual(len(lines), len(self.checked("a,b.kcf")["diagnostics"]))
+        self.assertIn("::error file=a%2Cb.kcf,line=2,endLine=2,col=3,endColumn=8,title=unknown-tag::"
+                      "there is no tag 'titel' in 'PROJECT'%0Adid you mean 'title'?", lines)
+        self.assertTrue(any("2%250A.5" in line for line in lines), lines)
+
+
+class Scale(Checks):
+    def test_a_fault_in_each_of_many_lines_takes_linear_time(self):
+        def seconds(count):
+            self.write("many.kcf", "PROJECT {\n  title = a\n" + "".join(f"  titl{i} = 3\n" for i in range(count)) + "}\n")
+            before = os.times()
+            run("many.kcf", cwd=self.folder)
+            after = os.times()
+            return after.children_user - before.children_user
+        self.assertLess(seconds(40000), 12 * max(seconds(10000), 0.05))
+
+
+class Explained(Checks):
+    def test_each_example_has_its_fault_and_its_mending_has_not(self):
+        listed = re.findall(r"^  ([a-z0-9-]+)  ", run(verb="explain").stdout.decode(), re.M)
+        self.assertGreater(len(listed), 30)
+        shown = 0
+        for code in listed:
+            text = run(code, verb="explain").stdout.decode()
+            self.assertTrue(text.startswith(code + " ("), text)
+            pieces = dict(re.findall(r"^(Example|Mended):\n\n((?:    .*\n)+)", text, re.M))
+            for kind, piece in pieces.items():
+                self.write("x.kcf", re.sub("^    ", "", piece, flags=re.M))
+                found = codes(self.checked("x.kcf"))
+                self.assertEqual(code in found, kind == "Example", (code, kind, found))
+                shown += 1
+        self.assertGreater(shown, 40)
+
+    def test_all_rules_of_the_sources_are_told(self):
+        words = re.compile(r'\{\s*"([a-z0-9-]+)"(?:,(?:\s*"(?:[^"\\]|\\.)*")+){2}\s*\}')
+        names = set()
+        for source in (PROJECT / "KESTMD_libs/src/KESTparse").rglob("IR*.cpp"):
+            text = re.sub(r"\w*neOf\([^()]*\)", "", source.read_text())
+            names |= {match[1] for match in words.finditer(text)}
+        self.assertGreater(len(names), 100)
+        blocks = json.loads(run(verb="vocabulary").stdout)["blocks"]
+        told = set()
+        for path in {block["path"] for block in blocks}:
+            text = run(path, verb="explain").stdout.decode()
+            told |= set(re.findall(r"^  [a-z0-9-]+/([a-z0-9-]+) \(", text, re.M))
+        self.assertEqual(names - told, set())
+
+    def test_blocks_tags_rules_and_misspelt_names(self):
+        for name, part in (("FRICTION", "type"), (".../FRICTION/type", "'strickler'"),
+                           ("KESTPLANE_2D/HYDRAULICS/FRICTION/default_friction", "Value: "),
+                           ("geometry/missing-file", "To mend it: "), ("BOUNDARY", "kcf explain PATH")):
+            done = run(name, verb="explain")
+            self.assertEqual((done.returncode, done.stderr), (0, b""), name)
+            self.assertIn(part, done.stdout.decode(), name)
+        for name, meant in (("unknow-tag", "unknown-tag"), ("FRICTON", "FRICTION"),
+                            ("FRICTION/typ", "FRICTION/type")):
+            done = run(name, verb="explain")
+            self.assertEqual(done.returncode, 1)
+            self.assertIn(meant, done.stderr.decode())
+
+
+if __name__ == "__main__":
+    unittest.main(argv=sys.argv[:1])
