@@ -234,6 +234,56 @@ class OtherForms(Checks):
         self.assertTrue(any("2%250A.5" in line for line in lines), lines)
 
 
+class Silence(Checks):
+    def test_is_for_the_warnings_of_the_tag_or_block_and_told_where_needless(self):
+        setup = (EXAMPLES / "first-region/setup.kcf").read_text()
+        behind = setup.replace("HYDRAULICS {", "HYDRAULICS { // kcf: allow hydraulics/no-boundary")
+        above = setup.replace("    HYDRAULICS {", "// why\n  // kcf: allow unknown-tag, hydraulics/no-boundary\n"
+                              "  // because\n    HYDRAULICS {")
+        within = setup.replace("name = s1", "name = s1 // kcf: allow hydraulics/no-boundary")
+        for text, told in ((setup, ["hydraulics/no-boundary"]), (behind, []), (above, ["silences-nothing"]),
+                           (within, ["silences-nothing", "hydraulics/no-boundary"])):
+            self.write("x.kcf", text)
+            document = self.checked("x.kcf", "--directory", EXAMPLES / "first-region", status=0)
+            self.assertEqual(codes(document), told)
+        self.write("x.kcf", FAULTY.replace("demo", "demo // kcf: allow unknown-tag"))
+        self.assertIn("unknown-tag", codes(self.checked("x.kcf", status=1)))
+
+
+class Fixes(Checks):
+    FAULTY = FAULTY.replace("DOMAIN {", "DOMAIN {\n  PHYSICAL_PROPERTIES {\n    gravity = 9,81\n    vicosity = 1e-6\n  }")
+
+    def test_are_applied_until_none_is_left_and_what_was_done_is_told(self):
+        path = self.write("a.kcf", self.FAULTY)
+        path.chmod(0o640)
+        before = self.checked("a.kcf")
+        shown = run("--fix", "--diff", "a.kcf", cwd=self.folder)
+        self.assertEqual(path.read_text(), self.FAULTY)
+        for line in ("-  titel = demo", "+  title = demo", "+    viscosity = 1e-6"):
+            self.assertIn(line + "\n", shown.stdout.decode())
+        done = run("--fix", "a.kcf", cwd=self.folder)
+        self.assertEqual((done.returncode, shown.returncode), (1, 1))
+        self.assertIn(b"mended a.kcf:2:3: ", done.stderr)
+        mended = path.read_text()
+        self.assertEqual(mended.splitlines()[1], "  title = demo")
+        self.assertEqual(path.stat().st_mode & 0o777, 0o640)
+        after = self.checked("a.kcf")
+        self.assertLess(len(after["diagnostics"]), len(before["diagnostics"]))
+        again = run("--fix", "a.kcf", cwd=self.folder)
+        self.assertEqual((again.stderr, path.read_text()), (b"", mended))
+        self.assertEqual(os.listdir(self.folder), ["a.kcf"])
+
+    def test_never_make_a_new_error(self):
+        for source in sorted(EXAMPLES.rglob("faulty.kcf")):
+            before = self.checked("--no-files", self.write("x.kcf", source.read_bytes()))["files"][0]["errors"]
+            run("--fix", "--no-files", "x.kcf", cwd=self.folder)
+            self.assertLessEqual(self.checked("--no-files", "x.kcf")["files"][0]["errors"], before, source)
+
+    def test_need_a_file(self):
+        self.assertEqual(run("--diff", "x.kcf").returncode, 2)
+        self.assertEqual(run("--fix", "-").returncode, 2)
+
+
 class Scale(Checks):
     def test_a_fault_in_each_of_many_lines_takes_linear_time(self):
         def seconds(count):

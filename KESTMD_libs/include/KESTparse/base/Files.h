@@ -1,8 +1,9 @@
 /// \file
-/// The files that a command file names.
+/// Files, read and replaced whole.
 #pragma once
 
 #include <string>
+#include <string_view>
 
 #include "KESTparse/base/GlobalValues.h"
 
@@ -19,6 +20,11 @@ struct FileText {
 
 /// Reads a file whole.
 FileText readFile(const std::string& path);
+
+/// Puts `content` in place of what the file at `path` holds: whole or not at all, also when the
+/// machine stops meanwhile. Links stay, and so do permissions and, where that is allowed, the
+/// owner. Throws a `std::system_error` when it cannot be done; the file is then what it was.
+void replaceFile(const std::string& path, std::string_view content);
 
 /// The node strings of the mesh file at `path`. A mesh that could be read is read once for the
 /// process. An assertion when it cannot be opened; the exceptions of `std::stoi` for a node id that

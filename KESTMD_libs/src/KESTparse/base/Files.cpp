@@ -1,11 +1,19 @@
 #include "KESTparse/base/Files.h"
 
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
 #include <algorithm>
+#include <cerrno>
 #include <charconv>
+#include <cstdio>
 #include <cstdlib>
+#include <filesystem>
 #include <fstream>
 #include <limits>
 #include <string_view>
+#include <system_error>
 #include <utility>
 
 #include "KESTparse/base/Assert.h"
@@ -97,6 +105,62 @@ bool readNodeStringsFrom(const std::string& path, NodeStrings& strings) {
   return !mesh.bad();
 }
 
+/// Ends the step at hand when it failed.
+void require(bool succeeded) {
+  if (!succeeded) {
+    throw std::system_error(errno, std::generic_category());
+  }
+}
+
+/// A file beside the one that it is to replace; gone unless it took its place.
+class Replacement {
+ public:
+  explicit Replacement(const std::filesystem::path& target)
+      : target_(target),
+        path_((target.parent_path() / ("." + target.filename().string() + ".XXXXXX")).string()),
+        descriptor_(mkstemp(path_.data())) {
+    require(descriptor_ >= 0);
+  }
+  Replacement(const Replacement&) = delete;
+  Replacement& operator=(const Replacement&) = delete;
+  ~Replacement() {
+    if (descriptor_ >= 0) {
+      close(descriptor_);
+    }
+    if (!path_.empty()) {
+      unlink(path_.c_str());
+    }
+  }
+
+  void write(std::string_view content) {
+    while (!content.empty()) {
+      const ssize_t written = ::write(descriptor_, content.data(), content.size());
+      require(written >= 0 || errno == EINTR);
+      content.remove_prefix(static_cast<std::size_t>(std::max<ssize_t>(written, 0)));
+    }
+  }
+
+  /// Takes over owner and permissions, and then the place.
+  void takePlace() {
+    struct stat old {};
+    require(stat(target_.c_str(), &old) == 0);
+    // Only the administrator may give a file away; a member of the group may give it to the group.
+    if (fchown(descriptor_, old.st_uid, old.st_gid) != 0) {
+      static_cast<void>(fchown(descriptor_, static_cast<uid_t>(-1), old.st_gid) == 0);
+    }
+    require(fchmod(descriptor_, old.st_mode & 07777) == 0);
+    require(fsync(descriptor_) == 0);
+    require(close(std::exchange(descriptor_, -1)) == 0);
+    require(std::rename(path_.c_str(), target_.c_str()) == 0);
+    path_.clear();
+  }
+
+ private:
+  std::filesystem::path target_;
+  std::string path_;
+  int descriptor_;
+};
+
 }  // namespace
 
 void requireReading() {
@@ -122,6 +186,14 @@ FileText readFile(const std::string& path) {
   text.content.resize(size);
   text.wasRead = !in.bad();
   return text;
+}
+
+void replaceFile(const std::string& path, std::string_view content) {
+  const std::filesystem::path target = std::filesystem::canonical(path);
+  require(access(target.c_str(), W_OK) == 0);
+  Replacement replacement(target);
+  replacement.write(content);
+  replacement.takePlace();
 }
 
 const NodeStrings& meshNodeStrings(const std::string& path) {

@@ -532,6 +532,23 @@ DOMAIN {
                 "for, such as a mesh that cannot be read. The message repeats its own words.",
      .example = "",
      .mended = ""},
+    {.name = code::silencesNothing,
+     .group = "Comments",
+     .severity = Severity::warning,
+     .origin = Origin::checker,
+     .summary = "A comment silences nothing",
+     .meaning =
+         "'// kcf: allow CODE' behind a tag or a block header, or on the line above, silences "
+         "the warnings with that code of this tag or block. Here there is none: it was mended, "
+         "the code is misspelt, or it is that of an error.",
+     .example = R"(PROJECT {
+  title = demo  // kcf: allow unused-tag
+}
+)",
+     .mended = R"(PROJECT {
+  title = demo
+}
+)"},
 };
 
 }  // namespace
