@@ -125,14 +125,6 @@ std::string longDescriptionOf(const InputBlock& block) {
   return text.str().starts_with(std::string(block.getName()) + " {") ? std::string() : text.str();
 }
 
-/// How often a block stands in its parent.
-std::string occurrence(const InputBlock& block) {
-  if (block.isRepeatable()) {
-    return block.isMandatory() ? "once or more" : "any number of times";
-  }
-  return block.isMandatory() ? "exactly once" : "at most once";
-}
-
 std::string requirement(const InputTag& tag, const TagTraits& traits) {
   if (!tag.isMandatoryBySchema() && !refusesItsDefault(tag, traits)) {
     return "optional";
