@@ -101,7 +101,8 @@ class Places(Checks):
 
     def test_columns_count_code_points_and_offsets_bytes(self):
         text = "PROJECT {\n  /* */\n  title = d\u00e9mo \U0001f30a\n \u00fc titel = x\n}\n".encode() + b"\xff = 1\n"
-        document = self.checked("-", status=1, stdin=self.write("x.kcf", text).open("rb"))
+        with self.write("x.kcf", text).open("rb") as source:
+            document = self.checked("-", status=1, stdin=source)
         for told in document["diagnostics"]:
             line = text.split(b"\n")[told["line"] - 1].decode("utf-8", "surrogateescape")
             self.assertLessEqual(told["endColumn"], len(line) + 1, told)
@@ -231,7 +232,7 @@ class OtherForms(Checks):
         self.assertEqual(len(lines), len(self.checked("a,b.kcf")["diagnostics"]))
         self.assertIn("::error file=a%2Cb.kcf,line=2,endLine=2,col=3,endColumn=8,title=unknown-tag::"
                       "there is no tag 'titel' in 'PROJECT'%0Adid you mean 'title'?", lines)
-        self.assertTrue(any("2%250A.5" in line for line in lines), lines)
+        self.assertTrue(any("%250A.5" in line for line in lines), lines)
 
 
 class Silence(Checks):
@@ -312,7 +313,7 @@ class Explained(Checks):
         self.assertGreater(shown, 40)
 
     def test_all_rules_of_the_sources_are_told(self):
-        words = re.compile(r'\{\s*"([a-z0-9-]+)"(?:,(?:\s*"(?:[^"\\]|\\.)*")+){2}\s*\}')
+        words = re.compile(r'\{\s*"([a-z0-9-]+)"(?:,(?:\s*"[^" ]* (?:[^"\\]|\\.)*")+){2}\s*\}')
         names = set()
         for source in (PROJECT / "KESTMD_libs/src/KESTparse").rglob("IR*.cpp"):
             text = re.sub(r"\w*neOf\([^()]*\)", "", source.read_text())

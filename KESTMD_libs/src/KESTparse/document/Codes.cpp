@@ -281,13 +281,27 @@ DOMAIN {
      .summary = "A mandatory tag is missing",
      .meaning = "The block cannot do without this tag. Some tags are mandatory only when another "
                 "one has a certain value; the message then names it.",
-     .example = R"(PROJECT {
-  author = me
+     .example = R"(DOMAIN {
+  KESTCHAIN_1D {
+    region_name = rhine
+    HYDRAULICS {
+      FRICTION {
+        type = strickler
+      }
+    }
+  }
 }
 )",
-     .mended = R"(PROJECT {
-  title = demo
-  author = me
+     .mended = R"(DOMAIN {
+  KESTCHAIN_1D {
+    region_name = rhine
+    HYDRAULICS {
+      FRICTION {
+        type = strickler
+        default_friction = 30
+      }
+    }
+  }
 }
 )"},
     {.name = code::exclusiveTags,
@@ -304,24 +318,21 @@ DOMAIN {
                 "simulation goes on without it: what it says does not count. Remove it, or change "
                 "the other tag.",
      .example = R"(DOMAIN {
-  KESTPLANE_2D {
+  KESTCHAIN_1D {
     HYDRAULICS {
-      FRICTION {
-        type = strickler
-        wall_friction = off
-        default_wall_friction = 40
+      BOUNDARY {
+        type = weir
+        slope = 5
       }
     }
   }
 }
 )",
      .mended = R"(DOMAIN {
-  KESTPLANE_2D {
+  KESTCHAIN_1D {
     HYDRAULICS {
-      FRICTION {
-        type = strickler
-        wall_friction = on
-        default_wall_friction = 40
+      BOUNDARY {
+        type = weir
       }
     }
   }
