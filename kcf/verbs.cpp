@@ -1,5 +1,4 @@
 #include "CommandLine.h"
-#include "format/Format.h"
 #include "check/Check.h"
 #include "explain/Explain.h"
 #include "format/Format.h"

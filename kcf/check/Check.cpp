@@ -18,16 +18,21 @@
 #include <optional>
 #include <string>
 #include <string_view>
+#include <system_error>
 #include <thread>
 #include <utility>
+#include <vector>
 
 #include "CommandFiles.h"
+#include "KESTparse/base/Files.h"
+#include "KESTparse/document/Diff.h"
 #include "KESTparse/document/Document.h"
 #include "KESTparse/root/KestrixInputRoot.h"
 #include "check/CheckedFile.h"
 #include "check/Excerpt.h"
 #include "check/GithubReport.h"
 #include "check/JsonReport.h"
+#include "check/Mending.h"
 #include "check/SarifReport.h"
 #include "check/TextReport.h"
 
@@ -82,8 +87,10 @@ std::size_t jobsOf(const Arguments& arguments) {
 
 /// What became of one file.
 struct Outcome {
-  std::optional<Report::Part> part;  ///< nothing when it could not be read
+  std::optional<Report::Part> part;  ///< nothing when it could not be read or replaced
   std::string fault;
+  std::vector<std::string> done = {};  ///< what was mended
+  std::string diff = {};               ///< what would be mended
 };
 
 /// Shows on a terminal how far the work is.
@@ -129,8 +136,17 @@ class Check {
       : report_(&report),
         readsFiles_(!arguments.has("--no-files")),
         isStrict_(arguments.has("--strict")),
+        mends_(arguments.has("--fix")),
+        diffs_(arguments.has("--diff")),
         inputPath_(arguments.value("--stdin-filepath", standardInput)),
         jobs_(jobsOf(arguments)) {
+    const std::vector<std::string> paths = arguments.values("PATH");
+    if (diffs_ && !mends_) {
+      throw UsageError{"--diff shows what --fix would do, and needs it"};
+    }
+    if (mends_ && !diffs_ && std::find(paths.begin(), paths.end(), standardInput) != paths.end()) {
+      throw UsageError{"--fix cannot replace standard input; --fix --diff shows what it would do"};
+    }
     if (arguments.has("--directory")) {
       directory_ = arguments.value("--directory");
       if (!fs::is_directory(*directory_)) {
@@ -148,7 +164,9 @@ class Check {
       std::cerr << "kcf: there are no *.kcf files\n";
     }
     checkAll(files.paths);
-    report_->finish();
+    if (!diffs_) {
+      report_->finish();
+    }
     return status_;
   }
 
@@ -170,10 +188,30 @@ class Check {
                 shown + (fs::exists(path, unknown) ? " cannot be read" : " does not exist")};
       }
       const std::string directory = directory_.value_or(fs::path(name).parent_path().string());
-      KESTparse::Document document(*std::move(text), schema_,
-                                   {.directory = directory, .readsFiles = readsFiles_});
       const std::string shownDirectory = directory.empty() ? directory : shownPath(directory);
-      return {report_->partOf(CheckedFile(shown, shownDirectory, document)), {}};
+      const auto read = [this, &directory](std::string content) {
+        return std::make_unique<KESTparse::Document>(
+            std::move(content), schema_,
+            KESTparse::DocumentOptions{.directory = directory, .readsFiles = readsFiles_});
+      };
+      if (!mends_) {
+        const auto document = read(*std::move(text));
+        return {report_->partOf(CheckedFile(shown, shownDirectory, *document)), {}};
+      }
+      const Mended mended = mend(*text, read);
+      const std::string& after = mended.document->syntax().text();
+      Outcome outcome{report_->partOf(CheckedFile(shown, shownDirectory, *mended.document)), {}};
+      if (diffs_) {
+        outcome.diff = KESTparse::unifiedDiff(*text, after, shown, shown);
+      } else if (!mended.done.empty()) {
+        KESTparse::replaceFile(path, after);
+        for (const std::string& done : mended.done) {
+          outcome.done.push_back(shown + ":" + done);
+        }
+      }
+      return outcome;
+    } catch (const std::system_error& fault) {
+      return {std::nullopt, shown + " cannot be written: " + fault.code().message()};
     } catch (const std::exception& fault) {
       return {std::nullopt, shown + " cannot be read: " + fault.what()};
     }
@@ -191,7 +229,15 @@ class Check {
     if (outcome.part->errors > 0 || (isStrict_ && outcome.part->warnings > 0)) {
       status_ = std::max(status_, status::failed);
     }
-    report_->add(*std::move(outcome.part));
+    for (const std::string& done : outcome.done) {
+      progress.clear();
+      std::cerr << "mended " << harmless(done) << "\n";
+    }
+    if (diffs_) {
+      std::cout << outcome.diff;
+    } else {
+      report_->add(*std::move(outcome.part));
+    }
   }
 
   void checkAll(const std::vector<std::string>& paths) {
@@ -235,6 +281,8 @@ class Check {
   Report* report_;
   bool readsFiles_;
   bool isStrict_;
+  bool mends_;
+  bool diffs_;
   std::string inputPath_;
   std::size_t jobs_;
   std::optional<std::string> directory_;
@@ -279,6 +327,8 @@ there is one; and 2 when a PATH cannot be read or the usage is wrong.)",
             .value = "FORM",
             .choices = {"text", "json", "sarif", "github"}},
            {.name = "--strict", .help = "Let warnings count as errors for the status"},
+           {.name = "--fix", .help = "Apply the certain fixes, and tell what remains"},
+           {.name = "--diff", .help = "With --fix: change nothing; print what would change"},
            {.name = "--no-files", .help = "Open none of the files that the command files name"},
            {.name = "--directory",
             .help = "Folder that names in the command files count from",
@@ -303,6 +353,7 @@ there is one; and 2 when a PATH cannot be read or the usage is wrong.)",
             .isPath = true}},
           runCheck,
           {{"Check a setup before it is computed", "kcf check setup.kcf"},
+           {"Apply the certain fixes", "kcf check --fix setup.kcf"},
            {"Check all setups of a project, also for warnings", "kcf check --strict ."}}};
 }
 

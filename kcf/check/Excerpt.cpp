@@ -19,6 +19,11 @@ class UnicodeWidths {
   UnicodeWidths& operator=(const UnicodeWidths&) = delete;
   ~UnicodeWidths() { uselocale(before_); }
 
+  /// In columns; negative for what cannot be shown. Where the system does not know, it is one.
+  static int of(char32_t value) {
+    return value < 0x80 || locale() == nullptr ? 1 : wcwidth(static_cast<wchar_t>(value));
+  }
+
  private:
   static locale_t locale() {
     static const locale_t shared = newlocale(LC_CTYPE_MASK, "C.UTF-8", nullptr);
@@ -64,7 +69,7 @@ Shown shownOf(std::string_view bytes, bool isValid) {
     const char last = static_cast<char>(value == 0x7f ? 0xa1 : 0x80 + value);
     return {std::string("\xe2\x90") + last};
   }
-  const int width = value < 0x80 ? 1 : wcwidth(static_cast<wchar_t>(value));
+  const int width = UnicodeWidths::of(value);
   return width < 0 ? Shown{std::string(replacement)}
                    : Shown{std::string(bytes), static_cast<std::size_t>(width)};
 }

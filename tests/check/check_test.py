@@ -101,7 +101,8 @@ class Places(Checks):
 
     def test_columns_count_code_points_and_offsets_bytes(self):
         text = "PROJECT {\n  /* */\n  title = d\u00e9mo \U0001f30a\n \u00fc titel = x\n}\n".encode() + b"\xff = 1\n"
-        document = self.checked("-", status=1, stdin=self.write("x.kcf", text).open("rb"))
+        with self.write("x.kcf", text).open("rb") as source:
+            document = self.checked("-", status=1, stdin=source)
         for told in document["diagnostics"]:
             line = text.split(b"\n")[told["line"] - 1].decode("utf-8", "surrogateescape")
             self.assertLessEqual(told["endColumn"], len(line) + 1, told)
@@ -231,7 +232,57 @@ class OtherForms(Checks):
         self.assertEqual(len(lines), len(self.checked("a,b.kcf")["diagnostics"]))
         self.assertIn("::error file=a%2Cb.kcf,line=2,endLine=2,col=3,endColumn=8,title=unknown-tag::"
                       "there is no tag 'titel' in 'PROJECT'%0Adid you mean 'title'?", lines)
-        self.assertTrue(any("2%250A.5" in line for line in lines), lines)
+        self.assertTrue(any("%250A.5" in line for line in lines), lines)
+
+
+class Silence(Checks):
+    def test_is_for_the_warnings_of_the_tag_or_block_and_told_where_needless(self):
+        setup = (EXAMPLES / "first-region/setup.kcf").read_text()
+        behind = setup.replace("HYDRAULICS {", "HYDRAULICS { // kcf: allow hydraulics/no-boundary")
+        above = setup.replace("    HYDRAULICS {", "// why\n  // kcf: allow unknown-tag, hydraulics/no-boundary\n"
+                              "  // because\n    HYDRAULICS {")
+        within = setup.replace("name = s1", "name = s1 // kcf: allow hydraulics/no-boundary")
+        for text, told in ((setup, ["hydraulics/no-boundary"]), (behind, []), (above, ["silences-nothing"]),
+                           (within, ["silences-nothing", "hydraulics/no-boundary"])):
+            self.write("x.kcf", text)
+            document = self.checked("x.kcf", "--directory", EXAMPLES / "first-region", status=0)
+            self.assertEqual(codes(document), told)
+        self.write("x.kcf", FAULTY.replace("demo", "demo // kcf: allow unknown-tag"))
+        self.assertIn("unknown-tag", codes(self.checked("x.kcf", status=1)))
+
+
+class Fixes(Checks):
+    FAULTY = FAULTY.replace("DOMAIN {", "DOMAIN {\n  PHYSICAL_PROPERTIES {\n    gravity = 9,81\n    vicosity = 1e-6\n  }")
+
+    def test_are_applied_until_none_is_left_and_what_was_done_is_told(self):
+        path = self.write("a.kcf", self.FAULTY)
+        path.chmod(0o640)
+        before = self.checked("a.kcf")
+        shown = run("--fix", "--diff", "a.kcf", cwd=self.folder)
+        self.assertEqual(path.read_text(), self.FAULTY)
+        for line in ("-  titel = demo", "+  title = demo", "+    viscosity = 1e-6"):
+            self.assertIn(line + "\n", shown.stdout.decode())
+        done = run("--fix", "a.kcf", cwd=self.folder)
+        self.assertEqual((done.returncode, shown.returncode), (1, 1))
+        self.assertIn(b"mended a.kcf:2:3: ", done.stderr)
+        mended = path.read_text()
+        self.assertEqual(mended.splitlines()[1], "  title = demo")
+        self.assertEqual(path.stat().st_mode & 0o777, 0o640)
+        after = self.checked("a.kcf")
+        self.assertLess(len(after["diagnostics"]), len(before["diagnostics"]))
+        again = run("--fix", "a.kcf", cwd=self.folder)
+        self.assertEqual((again.stderr, path.read_text()), (b"", mended))
+        self.assertEqual(os.listdir(self.folder), ["a.kcf"])
+
+    def test_never_make_a_new_error(self):
+        for source in sorted(EXAMPLES.rglob("faulty.kcf")):
+            before = self.checked("--no-files", self.write("x.kcf", source.read_bytes()))["files"][0]["errors"]
+            run("--fix", "--no-files", "x.kcf", cwd=self.folder)
+            self.assertLessEqual(self.checked("--no-files", "x.kcf")["files"][0]["errors"], before, source)
+
+    def test_need_a_file(self):
+        self.assertEqual(run("--diff", "x.kcf").returncode, 2)
+        self.assertEqual(run("--fix", "-").returncode, 2)
 
 
 class Scale(Checks):
@@ -262,7 +313,7 @@ class Explained(Checks):
         self.assertGreater(shown, 40)
 
     def test_all_rules_of_the_sources_are_told(self):
-        words = re.compile(r'\{\s*"([a-z0-9-]+)"(?:,(?:\s*"(?:[^"\\]|\\.)*")+){2}\s*\}')
+        words = re.compile(r'\{\s*"([a-z0-9-]+)"(?:,(?:\s*"[^" ]* (?:[^"\\]|\\.)*")+){2}\s*\}')
         names = set()
         for source in (PROJECT / "KESTMD_libs/src/KESTparse").rglob("IR*.cpp"):
             text = re.sub(r"\w*neOf\([^()]*\)", "", source.read_text())

@@ -55,6 +55,9 @@ inline constexpr std::string_view unreadableFile = "unreadable-file";
 inline constexpr std::string_view unequalRows = "unequal-rows";
 inline constexpr std::string_view stopped = "stopped";
 
+// Comments that silence warnings.
+inline constexpr std::string_view silencesNothing = "silences-nothing";
+
 }  // namespace KESTparse::code
 
 namespace KESTparse {

@@ -281,13 +281,27 @@ DOMAIN {
      .summary = "A mandatory tag is missing",
      .meaning = "The block cannot do without this tag. Some tags are mandatory only when another "
                 "one has a certain value; the message then names it.",
-     .example = R"(PROJECT {
-  author = me
+     .example = R"(DOMAIN {
+  KESTCHAIN_1D {
+    region_name = rhine
+    HYDRAULICS {
+      FRICTION {
+        type = strickler
+      }
+    }
+  }
 }
 )",
-     .mended = R"(PROJECT {
-  title = demo
-  author = me
+     .mended = R"(DOMAIN {
+  KESTCHAIN_1D {
+    region_name = rhine
+    HYDRAULICS {
+      FRICTION {
+        type = strickler
+        default_friction = 30
+      }
+    }
+  }
 }
 )"},
     {.name = code::exclusiveTags,
@@ -304,24 +318,21 @@ DOMAIN {
                 "simulation goes on without it: what it says does not count. Remove it, or change "
                 "the other tag.",
      .example = R"(DOMAIN {
-  KESTPLANE_2D {
+  KESTCHAIN_1D {
     HYDRAULICS {
-      FRICTION {
-        type = strickler
-        wall_friction = off
-        default_wall_friction = 40
+      BOUNDARY {
+        type = weir
+        slope = 5
       }
     }
   }
 }
 )",
      .mended = R"(DOMAIN {
-  KESTPLANE_2D {
+  KESTCHAIN_1D {
     HYDRAULICS {
-      FRICTION {
-        type = strickler
-        wall_friction = on
-        default_wall_friction = 40
+      BOUNDARY {
+        type = weir
       }
     }
   }
@@ -532,6 +543,23 @@ DOMAIN {
                 "for, such as a mesh that cannot be read. The message repeats its own words.",
      .example = "",
      .mended = ""},
+    {.name = code::silencesNothing,
+     .group = "Comments",
+     .severity = Severity::warning,
+     .origin = Origin::checker,
+     .summary = "A comment silences nothing",
+     .meaning =
+         "'// kcf: allow CODE' behind a tag or a block header, or on the line above, silences "
+         "the warnings with that code of this tag or block. Here there is none: it was mended, "
+         "the code is misspelt, or it is that of an error.",
+     .example = R"(PROJECT {
+  title = demo  // kcf: allow unused-tag
+}
+)",
+     .mended = R"(PROJECT {
+  title = demo
+}
+)"},
 };
 
 }  // namespace

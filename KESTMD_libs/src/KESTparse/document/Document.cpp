@@ -13,6 +13,7 @@
 #include "KESTparse/base/Suggestion.h"
 #include "KESTparse/document/Codes.h"
 #include "KESTparse/document/Explanations.h"
+#include "KESTparse/document/Silence.h"
 #include "KESTparse/framework/Guard.h"
 #include "KESTparse/framework/InputBlock.h"
 #include "KESTparse/framework/InputParser.h"
@@ -454,6 +455,7 @@ class Document::Checker {
     checkRules(*d_->root_);
     checkEncoding();
     tellStops();
+    silenceWarnings(d_->syntax_, d_->lines_, d_->diagnostics_);
     std::stable_sort(
         d_->diagnostics_.begin(), d_->diagnostics_.end(),
         [](const Diagnostic& a, const Diagnostic& b) { return a.at.at.begin < b.at.at.begin; });
