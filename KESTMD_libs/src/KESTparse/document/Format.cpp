@@ -125,7 +125,12 @@ class Formatter {
       part = comments()[nextComment_++];
       comment.at.end = part.end;
     } while (isNextCommentBefore(part.end + 1) && comments()[nextComment_].begin == part.end);
-    comment.isLine = part.in(text_).starts_with("//") || !part.in(text_).ends_with("*/");
+    comment.isLine = part.in(text_).starts_with("//");
+    const bool isUnclosed = !comment.isLine && !part.in(text_).ends_with("*/");
+    comment.isLine = comment.isLine || isUnclosed;
+    while (isUnclosed && isWhiteSpace(text_[comment.at.end - 1])) {
+      --comment.at.end;
+    }
     return comment;
   }
 
