@@ -12,7 +12,8 @@ namespace {
 struct Item {
   enum class Kind : std::uint8_t { open, close, tag, stray };
   Kind kind;
-  bool isFirst = false;  // nothing but white space stands before it on its line
+  bool isSwallowed = false;  // a closing brace that belongs to the opening one in front of it
+  bool isFirst = false;      // nothing but white space stands before it on its line
   Span name;
   std::uint32_t mark = SyntaxNode::nowhere;
   std::uint32_t end = 0;
@@ -41,6 +42,7 @@ class Items {
       faults.push_back({items.size() - 1, TreeFault::swallowedByte, {brace + 1, brace + 2}});
       if (text_[brace + 1] == '}') {
         close(brace + 1);
+        items.back().isSwallowed = true;
       }
     }
   }
@@ -152,6 +154,7 @@ class Items {
 struct Pairing {
   std::vector<std::uint32_t> unclosedBefore;  ///< for each item the blocks that end before it
   std::vector<char> isDropped;                ///< for each item whether it closes nothing
+  bool readsSwallowed = true;                 ///< whether swallowed braces close their blocks
   std::vector<char> isOpened;                 ///< for each stray item whether it opens a block
   std::size_t repairs = 0;                    ///< braces that are missing or close nothing
   std::size_t slants = 0;                     ///< pairs whose lines differ in indentation
@@ -165,8 +168,9 @@ class Pairer {
   Pairer(const std::vector<Item>& items, std::string_view text, const BlockOracle& mayStand)
       : items_(&items), text_(text), mayStand_(&mayStand) {}
 
-  [[nodiscard]] Pairing pair(By by) {
+  [[nodiscard]] Pairing pair(By by, bool readsSwallowed = true) {
     Pairing result;
+    result.readsSwallowed = readsSwallowed;
     result.unclosedBefore.assign(items_->size() + 1, 0);
     result.isDropped.assign(items_->size(), 0);
     result.isOpened.assign(items_->size(), 0);
@@ -175,6 +179,9 @@ class Pairer {
     columns_.clear();
     for (std::size_t i = 0; i < items_->size(); ++i) {
       const Item& item = (*items_)[i];
+      if (item.isSwallowed && !readsSwallowed) {
+        continue;
+      }
       const std::size_t popped = by == By::bracesAlone   ? 0
                                  : by == By::indentation ? endedByIndentation(item)
                                                          : endedBySchema(item);
@@ -288,7 +295,12 @@ class Pairer {
 Pairing bestPairing(const std::vector<Item>& items, std::string_view text,
                     const BlockOracle& mayStand) {
   Pairer pairer(items, text, mayStand);
-  Pairing best = pairer.pair(By::bracesAlone);
+  // As the converter reads it, braces that are swallowed left out.
+  Pairing best = pairer.pair(By::bracesAlone, false);
+  if (best.repairs == 0) {
+    return best;
+  }
+  best = pairer.pair(By::bracesAlone);
   if (best.repairs == 0) {
     return best;
   }
@@ -337,6 +349,9 @@ SyntaxTree::SyntaxTree(std::string text, const BlockOracle& mayStand) : text_(st
   std::uint32_t behind = 0;
   for (std::size_t i = 0; i < scanned.items.size(); ++i) {
     const Item& item = scanned.items[i];
+    if (item.isSwallowed && !pairing.readsSwallowed) {
+      continue;
+    }
     endUnclosed(pairing.unclosedBefore[i], behind);
     behind = item.end;
     if (item.kind == Item::Kind::close && pairing.isDropped[i] == 0) {
