@@ -513,6 +513,12 @@ class SyntaxDoctor {
       sentence +=
           fmt::format(", so that {} is read as {}", quotedText(word), quotedText(word.substr(1)));
     }
+    const bool isTooMany = words_ == "}" && node_->end != at_.end;
+    if (isTooMany) {
+      tell(code::swallowedByte, std::move(sentence), "remove it: the block is closed further down");
+      fix("remove the '}'", {{at_, ""}});
+      return;
+    }
     tell(code::swallowedByte, std::move(sentence), "put a blank or a line break behind the '{'");
     fix("put a blank behind the '{'", {{{at_.begin, at_.begin}, " "}});
   }
