@@ -14,6 +14,7 @@
 #include "KESTcore/Mesh.h"
 #include "KESTparse/base/Conversions.h"
 #include "KESTparse/base/Files.h"
+#include "KESTparse/document/Document.h"
 #include "KESTparse/root/KestrixInputRoot.h"
 #include "KESTparse/vocabulary/TagTraits.h"
 #include "preview/Bytes.h"
@@ -23,8 +24,8 @@
 namespace kcf {
 namespace {
 
+using KESTparse::Severity;
 using nlohmann::ordered_json;
-using Severity = Notice::Severity;
 
 /// Rows of a series that the page holds at most.
 constexpr std::size_t rowLimit = 8000;
@@ -130,7 +131,10 @@ class ModelReader {
 
   Model run() {
     const std::string& text = contentOf(model_.path);
-    model_.setup = readSetup(text, model_.path.string(), *model_.schema, model_.notices);
+    KESTparse::Document document(text, *model_.schema, {.directory = folder_.string()});
+    model_.setup = readSetup(document.syntax(), document.lines(), *model_.schema);
+    // The check reads files of its own, which takes a while.
+    auto check = std::async(std::launch::async, [&document] { return document.check(); });
     model_.files.push_back(
         describe(utf8(model_.path.filename().string()), "the command file", model_.path));
     const SetupBlock* const project = model_.setup->find("PROJECT");
@@ -152,6 +156,7 @@ class ModelReader {
            1, "");
     }
     finishFiles();
+    addDiagnostics(check.get(), document.lines());
     return std::move(model_);
   }
 
@@ -230,6 +235,62 @@ class ModelReader {
             std::string subject) {
     model_.notices.push_back({severity, std::move(message), std::move(help), "",
                               model_.path.string(), line, std::move(subject)});
+  }
+
+  /// Puts what the checker finds in front of what only the preview tells.
+  void addDiagnostics(const std::vector<KESTparse::Diagnostic>& diagnostics,
+                      const KESTparse::LineTable& lines) {
+    std::vector<Notice> notices;
+    for (const KESTparse::Diagnostic& told : diagnostics) {
+      const bool isHere = told.at.file.empty();
+      const std::size_t line = isHere ? lines.at(told.at.at.begin).line : told.at.line;
+      notices.push_back({told.severity, told.message, told.help, told.code,
+                         isHere ? model_.path.string() : told.at.file, line,
+                         isHere ? subjectOf(line) : ""});
+    }
+    for (Notice& own : model_.notices) {
+      const bool isTold = std::any_of(notices.begin(), notices.end(), [&own](const Notice& other) {
+        return own.line > 0 && other.file == own.file && other.line == own.line;
+      });
+      if (!isTold) {
+        notices.push_back(std::move(own));
+      }
+    }
+    model_.notices = std::move(notices);
+  }
+
+  /// The part of the page that shows what stands at a line; empty when none does.
+  [[nodiscard]] std::string subjectOf(std::size_t line) const {
+    std::string subject;
+    const SetupBlock* block = model_.setup.get();
+    std::size_t numPlanes = 0;
+    while (true) {
+      const SetupBlock* inner = nullptr;
+      std::size_t mesh = numPlanes;
+      for (const SetupBlock& child : block->blocks) {
+        mesh += inner == nullptr && child.name == "KESTPLANE_2D" ? 1 : 0;
+        inner = child.line <= line && line <= child.lastLine ? &child : inner;
+      }
+      if (inner == nullptr) {
+        break;
+      }
+      numPlanes = mesh;
+      block = inner;
+      if (block->name == "KESTPLANE_2D") {
+        subject = "mesh-" + std::to_string(numPlanes - 1);
+      } else if (block->name == "KESTCHAIN_1D") {
+        subject = "chain";
+      } else if (block->name == "COUPLINGS" || block->name == "CONTROLLER") {
+        subject = "links";
+      } else if (block->name == "BEDMATERIAL") {
+        subject = "bed";
+      } else if (block->name == "OUTPUT") {
+        subject = "outputs";
+      }
+      const auto series = seriesOf_.find(block);
+      subject = series == seriesOf_.end() ? subject : series->second;
+    }
+    return subject == "links" && model_.page["graph"]["nodes"].size() < 2 ? "" : subject;
   }
 
   /// "region / hydraulics / boundary inflow".
@@ -495,7 +556,8 @@ class ModelReader {
       if (!names.contains(definition->value("name"))) {
         tell(Severity::error,
              "the mesh '" + fileName + "' has no node string '" + definition->value("name") + "'",
-             "names of node strings stand at the end of its NS lines", definition->line,
+             "names of node strings stand at the end of its NS lines",
+             definition->tag("name") == nullptr ? definition->line : definition->tag("name")->line,
              mesh["subject"]);
       }
     }
@@ -773,6 +835,7 @@ class ModelReader {
   void addSeries(const SetupBlock& block, const SetupTag& tag) {
     const std::size_t number = model_.page["series"].size();
     const std::string subject = "series-" + std::to_string(number);
+    seriesOf_.emplace(&block, subject);
     const std::string type =
         block.value(block.name == "MONITORED_VARIABLE" ? "root_value_type" : "type");
     const Quantity quantity = quantityOf(tag.name, type, block.path());
@@ -967,6 +1030,7 @@ class ModelReader {
 
   std::filesystem::path folder_;
   Model model_;
+  std::map<const SetupBlock*, std::string> seriesOf_;  // what shows the series of a block
   std::map<std::string, std::string> contents_;
   std::map<std::string, std::future<std::string>> hashes_;
 };

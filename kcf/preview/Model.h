@@ -9,6 +9,7 @@
 #include <string>
 #include <vector>
 
+#include "KESTparse/root/KestrixInputRoot.h"
 #include "preview/Setup.h"
 
 namespace kcf {
@@ -52,7 +53,7 @@ struct Model {
   std::vector<Output> outputs;
   nlohmann::ordered_json page;       ///< what the scripts of the page draw
   std::vector<std::string> streams;  ///< compressed lists of numbers, in base 64, that `page` names
-  std::unique_ptr<KESTparse::InputBlock> schema;  ///< the master that `setup` reads
+  std::unique_ptr<KESTparse::KestrixInputRoot> schema;  ///< the master that `setup` reads
   std::unique_ptr<SetupBlock> setup;
   /// The files that the page depends on.
   std::vector<std::filesystem::path> watched;

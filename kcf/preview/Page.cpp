@@ -197,9 +197,10 @@ class Sections {
     }
     html_.open("ul", {{"class", "notices"}});
     for (const Notice& notice : model_->notices) {
-      const std::string_view severity = notice.severity == Notice::Severity::error     ? "error"
-                                        : notice.severity == Notice::Severity::warning ? "warning"
-                                                                                       : "note";
+      const std::string_view severity = notice.severity == KESTparse::Severity::error ? "error"
+                                        : notice.severity == KESTparse::Severity::warning
+                                            ? "warning"
+                                            : "note";
       html_.open("li", {{"class", severity}}).leaf("strong", severity).text(" ");
       html_.text(notice.message);
       if (!notice.help.empty()) {

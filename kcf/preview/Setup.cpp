@@ -9,146 +9,43 @@
 namespace kcf {
 namespace {
 
-constexpr std::string_view nameCharacters =
-    "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789_-";
+using KESTparse::NodeId;
+using KESTparse::NodeKind;
+using KESTparse::SyntaxNode;
 
-/// Blanks the comments and carriage returns; offsets stay as they are.
-std::string blanked(std::string_view text) {
-  std::string out(text);
-  std::replace(out.begin(), out.end(), '\r', ' ');
-  for (std::size_t i = out.find('/'); i != std::string::npos; i = out.find('/', i)) {
-    std::size_t end = i;
-    if (out.compare(i, 2, "//") == 0) {
-      end = std::min(out.find('\n', i), out.size());
-    } else if (out.compare(i, 2, "/*") == 0) {
-      const std::size_t close = out.find("*/", i + 2);
-      end = close == std::string::npos ? out.size() : close + 2;
-    } else {
-      ++i;
-      continue;
-    }
-    std::replace_if(
-        out.begin() + static_cast<std::ptrdiff_t>(i),
-        out.begin() + static_cast<std::ptrdiff_t>(end), [](char c) { return c != '\n'; }, ' ');
-    i = end;
-  }
-  return out;
+std::string_view textAt(const KESTparse::SyntaxTree& text, KESTparse::Span at) {
+  return text.blanked().substr(at.begin, at.end - at.begin);
 }
 
-class Reading {
- public:
-  Reading(std::string_view text, std::string path, SetupBlock& root, std::vector<Notice>& notices)
-      : text_(blanked(text)), path_(std::move(path)), open_{&root}, notices_(&notices) {}
-
-  void run() {
-    while (true) {
-      skipSpace();
-      if (at_ == text_.size()) {
-        break;
-      }
-      step();
-    }
-    if (open_.size() > 1) {
-      tell(open_.back()->line, "the block '" + open_.back()->name + "' is not closed",
-           "close it with '}'");
-    }
-  }
-
- private:
-  void step() {
-    const std::size_t line = line_;
-    if (text_[at_] == '}') {
-      ++at_;
-      if (open_.size() == 1) {
-        tell(line, "a closing brace that closes nothing", "remove it, or add the block it closes");
-      } else {
-        open_.pop_back();
-      }
-      return;
-    }
-    const std::size_t end = std::min(text_.find_first_not_of(nameCharacters, at_), text_.size());
-    const std::string name = text_.substr(at_, end - at_);
-    at_ = end;
-    skipSpace();
-    const char sign = at_ == text_.size() ? '\0' : text_[at_];
-    if (name.empty() || (sign != '{' && sign != '=')) {
-      tell(line, name.empty() ? "a name is expected here" : "'" + name + "' has no value",
-           "write tags as 'name = value' and blocks as 'NAME { ... }'");
-      skipLine(line);
-      return;
-    }
-    ++at_;
-    if (sign == '{') {
-      openBlock(name, line);
-    } else {
-      readTag(name, line);
+/// Adds what stands in the node `id` to `block`.
+void read(const KESTparse::SyntaxTree& text, const KESTparse::LineTable& lines, NodeId id,
+          SetupBlock& block) {
+  for (NodeId child = text[id].firstChild; child != KESTparse::noNode; child = text[child].next) {
+    const SyntaxNode& node = text[child];
+    const std::string name(textAt(text, node.name()));
+    const std::size_t line = lines.at(node.begin).line;
+    if (node.kind == NodeKind::block) {
+      const int position =
+          block.schema == nullptr ? -1 : block.schema->getLogicalBlockPosition(name);
+      block.blocks.push_back(
+          {name,
+           line,
+           lines.at(node.end).line,
+           position < 0 ? nullptr
+                        : &block.schema->getLogicalBlock(static_cast<std::size_t>(position)),
+           &block,
+           {},
+           {}});
+      read(text, lines, child, block.blocks.back());
+    } else if (node.kind == NodeKind::tag && node.mark != SyntaxNode::nowhere) {
+      const int position = block.schema == nullptr ? -1 : block.schema->getLogicalTagPosition(name);
+      block.tags.push_back(
+          {name, std::string(KESTparse::trim(textAt(text, text.valueOf(node)))), line,
+           position < 0 ? nullptr
+                        : &block.schema->getLogicalTag(static_cast<std::size_t>(position))});
     }
   }
-
-  void openBlock(const std::string& name, std::size_t line) {
-    SetupBlock& parent = *open_.back();
-    const KESTparse::InputBlock* schema = nullptr;
-    if (parent.schema != nullptr) {
-      const int position = parent.schema->getLogicalBlockPosition(name);
-      if (position >= 0) {
-        schema = &parent.schema->getLogicalBlock(static_cast<std::size_t>(position));
-      } else {
-        tell(line, "there is no block '" + name + "' in '" + parent.name + "'", "");
-      }
-    }
-    parent.blocks.push_back(SetupBlock{name, line, schema, &parent, {}, {}});
-    open_.push_back(&parent.blocks.back());
-  }
-
-  void readTag(const std::string& name, std::size_t line) {
-    SetupBlock& block = *open_.back();
-    const std::size_t begin = at_;
-    for (int depth = 0; at_ < text_.size() && (text_[at_] != '\n' || depth > 0); ++at_) {
-      depth += text_[at_] == '(' ? 1 : 0;
-      depth -= text_[at_] == ')' && depth > 0 ? 1 : 0;
-      line_ += text_[at_] == '\n' ? 1 : 0;
-    }
-    SetupTag tag{name,
-                 std::string(KESTparse::trim(std::string_view(text_).substr(begin, at_ - begin))),
-                 line, nullptr};
-    if (block.schema != nullptr) {
-      const int position = block.schema->getLogicalTagPosition(name);
-      if (position >= 0) {
-        tag.schema = &block.schema->getLogicalTag(static_cast<std::size_t>(position));
-      } else {
-        tell(line, "there is no tag '" + name + "' in '" + block.name + "'", "");
-      }
-    }
-    block.tags.push_back(std::move(tag));
-  }
-
-  void skipSpace() {
-    while (at_ < text_.size() && (text_[at_] == ' ' || text_[at_] == '\t' || text_[at_] == '\n')) {
-      line_ += text_[at_] == '\n' ? 1 : 0;
-      ++at_;
-    }
-  }
-
-  /// Goes on behind the line, but not when that line has been left already.
-  void skipLine(std::size_t line) {
-    if (line_ != line) {
-      return;
-    }
-    at_ = std::min(text_.find_first_of("\n}", at_ + (text_[at_] == '}' ? 0 : 1)), text_.size());
-  }
-
-  void tell(std::size_t line, std::string message, std::string help) {
-    notices_->push_back(
-        {Notice::Severity::error, std::move(message), std::move(help), "", path_, line, ""});
-  }
-
-  std::string text_;
-  std::string path_;
-  std::vector<SetupBlock*> open_;
-  std::vector<Notice>* notices_;
-  std::size_t at_ = 0;
-  std::size_t line_ = 1;
-};
+}
 
 /// Whether the conditions around a tag let it be used in `block`.
 bool isUsed(const KESTparse::InputTag& tag, const SetupBlock& block) {
@@ -235,12 +132,13 @@ std::string SetupBlock::path() const {
   return parent == nullptr ? "" : parent->path() + "/" + name;
 }
 
-std::unique_ptr<SetupBlock> readSetup(std::string_view text, const std::string& path,
-                                      const KESTparse::InputBlock& root,
-                                      std::vector<Notice>& notices) {
+std::unique_ptr<SetupBlock> readSetup(const KESTparse::SyntaxTree& text,
+                                      const KESTparse::LineTable& lines,
+                                      const KESTparse::InputBlock& root) {
   auto setup = std::make_unique<SetupBlock>();
   setup->schema = &root;
-  Reading(text, path, *setup, notices).run();
+  setup->lastLine = lines.count();
+  read(text, lines, KESTparse::noNode, *setup);
   return setup;
 }
 

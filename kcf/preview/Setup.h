@@ -8,22 +8,23 @@
 #include <string_view>
 #include <vector>
 
+#include "KESTparse/document/SyntaxTree.h"
 #include "KESTparse/framework/InputBlock.h"
 #include "KESTparse/framework/InputTag.h"
+#include "KESTparse/framework/Message.h"
 
 namespace kcf {
 
 /// Something that is told beside the pictures: what is wrong with the setup, and what could not be
 /// shown because of it.
 struct Notice {
-  enum class Severity { error, warning, note };
-  Severity severity = Severity::note;
+  KESTparse::Severity severity = KESTparse::Severity::error;
   std::string message;
-  std::string help;      ///< how to mend it; may be empty
-  std::string code;      ///< the name of its kind; may be empty
-  std::string file;      ///< may be empty
-  std::size_t line = 0;  ///< from 1; 0 for a file as a whole
-  std::string subject;   ///< the part of the page that it is about, such as "mesh-floodplain"
+  std::string help = {};     ///< how to mend it; may be empty
+  std::string code = {};     ///< as the checker names it; empty for what only the preview tells
+  std::string file = {};     ///< may be empty
+  std::size_t line = 0;      ///< from 1; 0 for a file as a whole
+  std::string subject = {};  ///< the part of the page that it is about, such as "mesh-0"
 };
 
 /// A tag in a command file.
@@ -38,6 +39,7 @@ struct SetupTag {
 struct SetupBlock {
   std::string name;
   std::size_t line = 1;
+  std::size_t lastLine = 1;
   const KESTparse::InputBlock* schema = nullptr;  ///< null for an unknown block
   const SetupBlock* parent = nullptr;
   std::vector<SetupTag> tags;
@@ -64,10 +66,10 @@ struct SetupBlock {
 /// The items of the list `text`.
 std::vector<std::string> listItems(std::string_view text);
 
-/// Reads the command file `text`, whose schema stands below the master `root`. Faults are told in
-/// `notices`, and reading goes on behind them.
-std::unique_ptr<SetupBlock> readSetup(std::string_view text, const std::string& path,
-                                      const KESTparse::InputBlock& root,
-                                      std::vector<Notice>& notices);
+/// The blocks and tags of a command file, whose schema stands below the master `root`. What stands
+/// there and is neither is left out.
+std::unique_ptr<SetupBlock> readSetup(const KESTparse::SyntaxTree& text,
+                                      const KESTparse::LineTable& lines,
+                                      const KESTparse::InputBlock& root);
 
 }  // namespace kcf

@@ -285,7 +285,7 @@
         element("label", { for: "mesh-colouring" }, "Colour by"), this.select,
         check("outlines", "Outlines"), check("strings", "Strings"), check("sources", "Sources"),
         element("span", { class: "gap" }),
-        element("label", { for: "mesh-search" }, "Element"), this.search, button("Find the element", "Find", () => this.find()),
+        element("label", { class: "check" }, "Element", this.search), button("Find the element", "Find", () => this.find()),
         button("Zoom in", "+", () => this.zoom(1.5)), button("Zoom out", "−", () => this.zoom(1 / 1.5)),
         button("All of the mesh", "All", () => { this.fit(); this.redraw(); }));
       this.legend = element("div", { class: "legend" });
