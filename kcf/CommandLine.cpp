@@ -146,6 +146,7 @@ int parseAndRun(const std::vector<std::string>& arguments) {
     chosenApp = sub;
   }
   std::vector<const char*> words;
+  words.reserve(arguments.size());
   for (const std::string& argument : arguments) {
     words.push_back(argument.c_str());
   }

@@ -38,8 +38,7 @@ program holds the vocabulary that main-converter(1) checks them against.)",
       .examples = {
           {"Write the manual and open it", "kcf manual -o manual && xdg-open manual/index.html"},
           {"Look at a setup before it runs", "kcf preview setup.kcf && xdg-open setup.html"},
-          {"Begin a command file with a 2D region",
-           "kcf template /PROJECT /DOMAIN/KESTPLANE_2D > setup.kcf"}}};
+          {"Begin with a whole setup", "kcf template flood-2d -o my-flood"}}};
   return self;
 }
 

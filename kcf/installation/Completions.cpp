@@ -57,7 +57,7 @@ std::string bashValues(const Option& option) {
   if (option.isPath) {
     return "compopt -o filenames; mapfile -t COMPREPLY < <(compgen -f -- \"$cur\")";
   }
-  return fmt::format("COMPREPLY=($(compgen -W \"{}\" -- \"$cur\"))", wordsOf(option));
+  return fmt::format(R"(COMPREPLY=($(compgen -W "{}" -- "$cur")))", wordsOf(option));
 }
 
 void addBashLevel(const Level& level, std::string& text) {

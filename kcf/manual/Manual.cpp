@@ -1,9 +1,12 @@
 #include "manual/Manual.h"
 
 #include <algorithm>
+#include <cctype>
 #include <fstream>
+#include <kainjow/mustache.hpp>
 #include <map>
 #include <nlohmann/json.hpp>
+#include <set>
 #include <sstream>
 #include <stdexcept>
 #include <string>
@@ -12,153 +15,61 @@
 #include <utility>
 #include <vector>
 
+#include "Assets.h"
+#include "KESTparse/base/Conversions.h"
 #include "KESTparse/framework/InputBlock.h"
 #include "KESTparse/framework/InputTag.h"
-#include "KESTparse/framework/Scanner.h"
 #include "KESTparse/root/KestrixInputRoot.h"
-#include "KESTparse/vocabulary/Example.h"
-#include "KESTparse/vocabulary/Places.h"
+#include "KESTparse/vocabulary/RuleTable.h"
 #include "KESTparse/vocabulary/TagTraits.h"
-#include "ManualAssets.h"
+#include "Setups.h"
+#include "manual/BlockPage.h"
+#include "manual/Chapters.h"
+#include "manual/Html.h"
 
-namespace KESTparse {
+namespace kcf {
 namespace {
 
-constexpr std::string_view manualName = "KCF reference";
+#ifndef KESTRIX_VERSION
+#define KESTRIX_VERSION "unversioned"
+#endif
 
-std::string escaped(std::string_view text) {
-  std::string html;
-  for (const char c : text) {
-    switch (c) {
-      case '&':
-        html += "&amp;";
-        break;
-      case '<':
-        html += "&lt;";
-        break;
-      case '>':
-        html += "&gt;";
-        break;
-      case '"':
-        html += "&quot;";
-        break;
-      default:
-        html += c;
-    }
+using kainjow::mustache::data;
+using KESTparse::InputBlock;
+using KESTparse::InputTag;
+using KESTparse::Place;
+
+std::string rendered(std::string_view name, const data& values) {
+  kainjow::mustache::mustache page{std::string(asset("pages/" + std::string(name)))};
+  std::string html = page.render(values);
+  if (!page.is_valid()) {
+    throw std::runtime_error("the template '" + std::string(name) + "': " + page.error_message());
   }
   return html;
 }
 
-/// A text of the schema, with the signs of a printed text.
-std::string prose(std::string_view text) {
-  std::string signs = withSigns(std::string(text));
-  replaceAll(signs, "<=", "≤");
-  replaceAll(signs, ">=", "≥");
-  return escaped(signs);
-}
-
-/// A name or a value; a long name may be broken behind its underscores.
-std::string code(std::string_view text) {
-  std::string html = escaped(text);
-  replaceAll(html, "_", "_<wbr>");
-  return "<code>" + html + "</code>";
-}
-
-/// A unit with its exponents raised: both "^{-1}" and "^(1/3)" are exponents.
-std::string unitHtml(std::string_view unit) {
+/// A page of the manual before the frame is put around it.
+struct Page {
+  std::string file;
+  std::string title;
   std::string html;
-  while (!unit.empty()) {
-    const std::size_t caret = std::min(unit.find('^'), unit.size());
-    html += escaped(unit.substr(0, caret));
-    unit.remove_prefix(caret);
-    if (unit.empty()) {
-      break;
-    }
-    unit.remove_prefix(1);
-    const char open = unit.empty() ? '\0' : unit.front();
-    const std::size_t end = unit.find(open == '{' ? '}' : ')');
-    if ((open == '{' || open == '(') && end != std::string_view::npos) {
-      html += "<sup>" + escaped(unit.substr(1, end - 1)) + "</sup>";
-      unit.remove_prefix(end + 1);
-    } else {
-      html += "^";
-    }
-  }
-  return html;
-}
+  std::string path = {};  ///< of the block that it is about
+};
 
-std::string words(const std::vector<std::string>& values, std::string_view separator) {
-  std::string html;
-  for (const std::string& value : values) {
-    html += (html.empty() ? "" : std::string(separator)) + code(value);
-  }
-  return html;
-}
-
-std::string pageOf(const Place& place) {
-  std::string name = place.path == "/" ? std::string(place.block->getName()) : place.path.substr(1);
-  std::replace(name.begin(), name.end(), '/', '.');
-  return name + ".html";
-}
-
-/// The anchor of a tag on the page of its block.
-std::string anchorOf(std::string_view tag) {
-  std::string anchor = "tag-" + std::string(tag);
-  std::replace(anchor.begin(), anchor.end(), ' ', '-');
-  return anchor;
-}
-
-std::string tagLink(std::string_view tag) {
-  return "<a href=\"#" + anchorOf(tag) + "\">" + code(tag) + "</a>";
-}
-
-std::string descriptionOf(const InputBlock& block) {
-  std::ostringstream text;
-  block.getDescription(text);
-  return text.str();
-}
-
-/// More on a block; not a snippet that shows it.
-std::string longDescriptionOf(const InputBlock& block) {
-  std::ostringstream text;
-  block.getLongDescription(text);
-  return text.str().starts_with(std::string(block.getName()) + " {") ? std::string() : text.str();
-}
-
-std::string requirement(const InputTag& tag, const TagTraits& traits) {
-  if (!tag.isMandatoryBySchema() && !refusesItsDefault(tag, traits)) {
-    return "optional";
-  }
-  const bool isConditional =
-      std::any_of(traits.rules.begin(), traits.rules.end(),
-                  [&tag](const TagRule& rule) { return isRequirement(rule, tag); });
-  return isConditional ? "required on condition" : "required";
-}
-
-std::string kindHtml(const InputTag& tag, ValueKind kind) {
-  const std::string form = formOf(kind);
-  return escaped(tag.getTypeName() + (form.empty() ? "" : ": " + form)) +
-         (tag.isRepeatable() ? "; may be given more than once" : "");
-}
-
-/// What the value must satisfy by itself.
-std::string domainHtml(const InputTag& tag, const TagTraits& traits) {
-  std::vector<std::string> parts;
-  if (tag.isRestricted()) {
-    parts.push_back("one of " + words(allowedValuesOf(tag), ", "));
-  } else if (!traits.entries.empty()) {
-    parts.push_back("items out of " + words(traits.entries, ", "));
-  }
-  const bool isList =
-      traits.itemCount != 0 || !traits.entries.empty() || !traits.constraint.empty();
-  const std::string own =
-      isList ? std::string(traits.constraint) : traits.value->getConstraintDescription();
-  if (!own.empty()) {
-    parts.insert(parts.begin(), prose(own));
+/// The text of a command file in which the lines of blocks have anchors.
+std::string withAnchors(std::string_view text) {
+  std::set<std::size_t> anchored;
+  for (const auto& [line, path] : openedBlocks(text)) {
+    anchored.insert(line);
   }
   std::string html;
-  for (const std::string& part : parts) {
-    html += (html.empty() ? "" : "<br>") + part;
+  std::istringstream lines{std::string(text)};
+  std::size_t number = 0;
+  for (std::string line; std::getline(lines, line);) {
+    ++number;
+    html += anchored.contains(number)
+                ? "<span id=\"L" + std::to_string(number) + "\">" + escaped(line) + "</span>\n"
+                : escaped(line) + "\n";
   }
   return html;
 }
@@ -166,22 +77,29 @@ std::string domainHtml(const InputTag& tag, const TagTraits& traits) {
 class ManualWriter {
  public:
   ManualWriter(const InputBlock& root, std::filesystem::path folder)
-      : root_(&root), places_(placesOf(root)), folder_(std::move(folder)) {}
+      : root_(&root),
+        places_(placesOf(root)),
+        chapters_(chapters(places_)),
+        setups_(setups()),
+        folder_(std::move(folder)) {}
 
-  void write() const {
+  void write() {
     std::error_code fault;
     std::filesystem::create_directories(folder_, fault);
     if (fault) {
       throw std::runtime_error("making the folder '" + folder_.string() +
                                "' failed: " + fault.message());
     }
-    writeFile("style.css", style);
-    writeFile("search.js", search);
+    addPages();
+    writeFile("style.css", asset("pages/style.css"));
+    writeFile("page.js", asset("pages/page.js"));
+    writeFile("search.js", asset("pages/search.js"));
     writeFile("names.js", "window.kcfNames = " + names() + ";\n");
-    writeFile("index.html", page(std::string(manualName), index(), ""));
-    for (const Place& place : places_) {
-      writeFile(pageOf(place),
-                page(place.path + " – " + std::string(manualName), topic(place), place.path));
+    for (const Asset* picture : assetsIn("pictures")) {
+      writeFile(std::string(picture->name.substr(picture->name.find('/') + 1)), picture->content);
+    }
+    for (const Page& page : pages_) {
+      writeFile(page.file, framed(page));
     }
   }
 
@@ -195,71 +113,93 @@ class ManualWriter {
     }
   }
 
-  /// What the search looks through.
-  [[nodiscard]] std::string names() const {
-    nlohmann::json all = nlohmann::json::array();
+  void addPages() {
+    pages_.push_back({"index.html", "", index()});
+    for (const Chapter& chapter : chapters_) {
+      pages_.push_back({chapter.name + ".html", chapter.title, chapter.html});
+    }
+    data overview;
+    overview.set("tree", overviewOf({root_, "/"}));
+    pages_.push_back({"blocks.html", "All blocks", rendered("blocks", overview)});
+    pages_.push_back({"a-z.html", "All tags, A to Z", tagIndex()});
+    addMessages();
+    addExamples();
     for (const Place& place : places_) {
-      const std::string page = pageOf(place);
-      all.push_back({{"name", place.block->getName()},
-                     {"path", place.path},
-                     {"page", page},
-                     {"help", withSigns(descriptionOf(*place.block))},
-                     {"isTag", false}});
-      for (std::size_t i = 0; i < place.block->getLogicalNumTags(); ++i) {
-        const InputTag& tag = place.block->getLogicalTag(i);
-        all.push_back({{"name", tag.getName()},
-                       {"path", place.path},
-                       {"page", page + "#" + anchorOf(tag.getName())},
-                       {"help", withSigns(std::string(tag.getDescription()))},
-                       {"isTag", true}});
-      }
+      pages_.push_back({pageOf(place), place.path, rendered("block", dataOf(place)), place.path});
     }
-    return all.dump(0);
+    pages_.push_back({"book.html", "All on one page", book()});
   }
 
-  /// A page around `content`; the tree shows the way to the block at `path`.
-  [[nodiscard]] std::string page(const std::string& title, const std::string& content,
-                                 const std::string& path) const {
-    std::ostringstream out;
-    out << "<!DOCTYPE html>\n<html lang=\"en\">\n<head>\n<meta charset=\"utf-8\">\n"
-           "<meta name=\"viewport\" content=\"width=device-width, initial-scale=1\">\n<title>"
-        << escaped(title)
-        << "</title>\n<link rel=\"stylesheet\" href=\"style.css\">\n"
-           "<script src=\"names.js\" defer></script>\n<script src=\"search.js\" defer></script>\n"
-           "</head>\n<body>\n<input type=\"checkbox\" id=\"menu\" aria-label=\"Show all blocks\">\n"
-           "<header>\n<a class=\"home\" href=\"index.html\">"
-        << manualName
-        << "</a>\n<label for=\"menu\">Blocks</label>\n<div class=\"search\">\n"
-           "<input id=\"search\" type=\"search\" placeholder=\"Search blocks and tags\" "
-           "aria-label=\"Search blocks and tags\" autocomplete=\"off\" spellcheck=\"false\">\n"
-           "<ol id=\"hits\" hidden></ol>\n</div>\n</header>\n<nav aria-label=\"All blocks\">\n";
-    writeTree({root_, "/"}, path, out);
-    out << "</nav>\n<main>\n" << content << "</main>\n</body>\n</html>\n";
-    return out.str();
+  /// A page in its frame.
+  [[nodiscard]] std::string framed(const Page& page) const {
+    data frame;
+    frame.set("title", (page.title.empty() ? "" : page.title + " – ") + "KCF manual");
+    frame.set("version", KESTRIX_VERSION);
+    frame.set("content", page.html);
+    frame.set("tree", treeOf({root_, "/"}, page.path));
+    data guide(data::type::list);
+    for (const Chapter& chapter : chapters_) {
+      guide.push_back(navigationRow(chapter.name + ".html", chapter.title, page.file));
+    }
+    frame.set("chapters", guide);
+    data lists(data::type::list);
+    for (const auto& [file, name] : {std::pair("blocks.html", "All blocks"),
+                                     {"a-z.html", "All tags, A to Z"},
+                                     {"messages.html", "What the rules say"},
+                                     {"examples.html", "Examples"},
+                                     {"book.html", "All on one page"}}) {
+      lists.push_back(navigationRow(file, name, page.file));
+    }
+    frame.set("lists", lists);
+    return rendered("page", frame);
   }
 
-  /// The blocks from `place` down, open on the way to `current`.
-  static void writeTree(const Place& place, const std::string& current, std::ostream& out) {
-    const std::string link = "<a href=\"" + pageOf(place) + "\"" +
-                             (place.path == current ? " aria-current=\"page\">" : ">") +
-                             escaped(place.block->getName()) + "</a>";
-    const std::size_t count = place.block->getLogicalNumBlocks();
-    if (count == 0) {
-      out << link << "\n";
-      return;
-    }
-    constexpr std::size_t shallow = 7;  // the root and the domain always stand open
-    const bool isOnTheWay = place.path == "/" || current == place.path ||
-                            current.starts_with(place.path + "/") || place.path.size() <= shallow;
-    out << "<details" << (isOnTheWay ? " open" : "") << "><summary>" << link
-        << "</summary>\n<ul>\n";
-    for (std::size_t i = 0; i < count; ++i) {
+  static data navigationRow(const std::string& file, const std::string& name,
+                            const std::string& current) {
+    data row = linkData(file, name);
+    row.set("current", data(file == current));
+    return row;
+  }
+
+  static data linkData(const std::string& page, const std::string& name,
+                       const std::string& help = {}) {
+    data row;
+    row.set("page", page);
+    row.set("name", name);
+    row.set("help", help);
+    return row;
+  }
+
+  /// The blocks from `place` down, as far as they are on the way to `current` or stand beside it.
+  static std::string treeOf(const Place& place, const std::string& current) {
+    std::string html = "<ul>\n";
+    for (std::size_t i = 0; i < place.block->getLogicalNumBlocks(); ++i) {
       const InputBlock& child = place.block->getLogicalBlock(i);
-      out << "<li>";
-      writeTree({&child, pathOf(place.path, child)}, current, out);
-      out << "</li>\n";
+      const Place at{&child, pathOf(place.path, child)};
+      const bool isOnTheWay = at.path == current || current.starts_with(at.path + "/");
+      const bool isDomain = place.path == "/";
+      html += "<li><a href=\"" + pageOf(at) + "\"" +
+              (at.path == current ? " aria-current=\"page\">" : ">") + escaped(child.getName()) +
+              "</a>";
+      if ((isOnTheWay || isDomain) && child.getLogicalNumBlocks() > 0) {
+        html += "\n" + treeOf(at, current);
+      }
+      html += "</li>\n";
     }
-    out << "</ul>\n</details>\n";
+    return html + "</ul>\n";
+  }
+
+  static std::string overviewOf(const Place& place) {
+    const InputBlock& block = *place.block;
+    std::string html = "<ul><li><a href=\"" + pageOf(place) + "\">" + escaped(block.getName()) +
+                       "</a>" + (block.isRepeatable() ? "*" : "") +
+                       (block.isMandatory() ? " <span class=\"must\">needed</span>" : "") +
+                       " <span class=\"help\">" + prose(descriptionOf(block)) + "</span>\n";
+    for (std::size_t i = 0; i < block.getLogicalNumBlocks(); ++i) {
+      const InputBlock& child = block.getLogicalBlock(i);
+      html += overviewOf({&child, pathOf(place.path, child)});
+    }
+    return html + "</li></ul>\n";
   }
 
   [[nodiscard]] std::string index() const {
@@ -267,146 +207,263 @@ class ManualWriter {
     for (const Place& place : places_) {
       numTags += place.block->getLogicalNumTags();
     }
-    std::ostringstream out;
-    out << "<h1>" << manualName << "</h1>\n<p>A command file holds nested blocks, and blocks hold "
-        << "tags of the form <code>name = value</code>. These pages show all " << places_.size()
-        << " blocks and their " << numTags
-        << " tags. Search for a name, or pick a block.</p>\n"
-           "<noscript><p>The search needs JavaScript; the tree of blocks does not.</p></noscript>\n"
-           "<h2>All blocks</h2>\n<div class=\"overview\">\n";
-    writeOverview({root_, "/"}, out);
-    out << "</div>\n";
-    return out.str();
-  }
-
-  static void writeOverview(const Place& place, std::ostream& out) {
-    out << "<ul><li><a href=\"" << pageOf(place) << "\">" << escaped(place.block->getName())
-        << "</a> <span class=\"help\">" << prose(descriptionOf(*place.block)) << "</span>\n";
-    for (std::size_t i = 0; i < place.block->getLogicalNumBlocks(); ++i) {
-      const InputBlock& child = place.block->getLogicalBlock(i);
-      writeOverview({&child, pathOf(place.path, child)}, out);
+    data page;
+    page.set("numBlocks", std::to_string(places_.size()));
+    page.set("numTags", std::to_string(numTags));
+    data begin(data::type::list);
+    data understand(data::type::list);
+    constexpr std::size_t numFirst = 3;
+    for (const Chapter& chapter : chapters_) {
+      (&chapter < &chapters_[numFirst] ? begin : understand)
+          .push_back(linkData(chapter.name + ".html", chapter.title, chapter.lead));
     }
-    out << "</li></ul>\n";
-  }
-
-  [[nodiscard]] std::string topic(const Place& place) const {
-    const InputBlock& block = *place.block;
-    std::ostringstream out;
-    writeWay(place, out);
-    out << "<h1>" << escaped(block.getName()) << "</h1>\n";
-    if (const InputBlock* const parent = block.getLogicalParent(); parent != nullptr) {
-      out << "<p class=\"flags\">Stands " << occurrence(block) << " in " << code(parent->getName())
-          << ".</p>\n";
-    }
-    out << "<p>" << prose(descriptionOf(block)) << "</p>\n";
-    if (const std::string more = longDescriptionOf(block); !more.empty()) {
-      out << "<p>" << prose(more) << "</p>\n";
-    }
-    writeSubBlocks(place, out);
-    writeTags(block, out);
-    out << "<h2 id=\"example\">Example</h2>\n<pre><code>" << escaped(exampleOf(place))
-        << "</code></pre>\n";
-    return out.str();
-  }
-
-  /// Links to the blocks around the one at `place`.
-  void writeWay(const Place& place, std::ostream& out) const {
-    std::vector<const Place*> around;
-    for (const Place& other : places_) {
-      if (other.path == "/" ? place.path != "/" : place.path.starts_with(other.path + "/")) {
-        around.push_back(&other);
+    page.set("begin", begin);
+    page.set("understand", understand);
+    data top(data::type::list);
+    for (const Place& place : places_) {
+      if (std::count(place.path.begin(), place.path.end(), '/') <= 2 && place.path != "/") {
+        top.push_back(linkData(pageOf(place), std::string(place.block->getName()),
+                               prose(descriptionOf(*place.block))));
       }
     }
-    out << "<p class=\"way\">";
-    for (const Place* other : around) {
-      out << "<a href=\"" << pageOf(*other) << "\">" << escaped(other->block->getName())
-          << "</a> / ";
-    }
-    out << escaped(place.block->getName()) << "</p>\n";
+    page.set("top", top);
+    return rendered("index", page);
   }
 
-  static void writeSubBlocks(const Place& place, std::ostream& out) {
-    if (place.block->getLogicalNumBlocks() == 0) {
-      return;
+  [[nodiscard]] std::string tagIndex() const {
+    std::map<char, std::map<std::string, std::vector<const Place*>>> letters;
+    for (const Place& place : places_) {
+      for (std::size_t i = 0; i < place.block->getLogicalNumTags(); ++i) {
+        const std::string name(place.block->getLogicalTag(i).getName());
+        letters[KESTparse::toUpper(name).front()][name].push_back(&place);
+      }
     }
-    out << "<h2 id=\"blocks\">Blocks in it</h2>\n<dl>\n";
-    for (std::size_t i = 0; i < place.block->getLogicalNumBlocks(); ++i) {
-      const InputBlock& child = place.block->getLogicalBlock(i);
-      out << "<dt><a href=\"" << pageOf({&child, pathOf(place.path, child)}) << "\">"
-          << escaped(child.getName()) << "</a> <span class=\"flags\">" << occurrence(child)
-          << "</span></dt>\n<dd>" << prose(descriptionOf(child)) << "</dd>\n";
+    data rows(data::type::list);
+    for (const auto& [letter, tags] : letters) {
+      data tagRows(data::type::list);
+      for (const auto& [name, places] : tags) {
+        data links(data::type::list);
+        for (const Place* place : places) {
+          data link;
+          link.set("page", pageOf(*place) + "#" + anchorOf(name));
+          link.set("path", breakable(place->path));
+          links.push_back(link);
+        }
+        data row;
+        row.set("name", breakable(name));
+        row.set("places", links);
+        tagRows.push_back(row);
+      }
+      data row;
+      row.set("letter", std::string(1, letter));
+      row.set("tags", tagRows);
+      rows.push_back(row);
     }
-    out << "</dl>\n";
+    data page;
+    page.set("letters", rows);
+    return rendered("a-z", page);
   }
 
-  static void writeTags(const InputBlock& block, std::ostream& out) {
-    if (block.getLogicalNumTags() == 0) {
-      return;
+  void addMessages() {
+    data blocks(data::type::list);
+    for (const Place& place : places_) {
+      const data rules = ruleRows(*place.block, pageOf(place));
+      if (!rules.is_empty_list()) {
+        data row;
+        row.set("id", stem(pageOf(place)));
+        row.set("page", pageOf(place) + "#rules");
+        row.set("path", breakable(place.path));
+        row.set("rules", rules);
+        blocks.push_back(row);
+      }
     }
-    std::map<std::string_view, std::vector<std::string_view>> dependents;
-    for (std::size_t i = 0; i < block.getLogicalNumTags(); ++i) {
-      const InputTag& tag = block.getLogicalTag(i);
-      for (const TagRule& rule : traitsOf(tag).rules) {
-        if (rule.kind != TagRule::Kind::exclusive) {
-          dependents[rule.other].push_back(tag.getName());
+    data page;
+    page.set("blocks", blocks);
+    pages_.push_back({"messages.html", "What the rules say", rendered("messages", page)});
+  }
+
+  void addExamples() {
+    data all(data::type::list);
+    std::vector<Page> made;
+    for (const Setup& setup : setups_) {
+      data row = linkData("example-" + setup.name + ".html", setup.name, setup.help);
+      row.set("isStart", data(setup.isStart));
+      all.push_back(row);
+      data files(data::type::list);
+      for (const Setup::File& file : setup.files) {
+        data one;
+        one.set("file", file.name);
+        one.set("id", slug(file.name));
+        one.set("text", file.name == "setup.kcf" ? withAnchors(file.text) : escaped(file.text));
+        files.push_back(one);
+      }
+      row.set("files", files);
+      made.push_back({"example-" + setup.name + ".html", setup.name, rendered("example", row)});
+    }
+    data page;
+    page.set("examples", all);
+    pages_.push_back({"examples.html", "Examples", rendered("examples", page)});
+    pages_.insert(pages_.end(), made.begin(), made.end());
+  }
+
+  [[nodiscard]] data dataOf(const Place& place) const {
+    BlockContext context{&places_, &supplement_, {}};
+    for (const Setup& setup : setups_) {
+      for (const auto& [line, path] : openedBlocks(setup.files.front().text)) {
+        if (path == place.path) {
+          context.uses.push_back(
+              {"example-" + setup.name + ".html#L" + std::to_string(line), setup.name});
+          break;
         }
       }
     }
-    out << "<h2 id=\"tags\">Tags</h2>\n<table>\n<thead><tr><th scope=\"col\">Tag</th>"
-           "<th scope=\"col\">Type</th><th scope=\"col\">Unit</th><th scope=\"col\">Default</th>"
-           "<th scope=\"col\">Range and values</th><th scope=\"col\">Condition</th>"
-           "<th scope=\"col\">Description</th></tr></thead>\n<tbody>\n";
-    for (std::size_t i = 0; i < block.getLogicalNumTags(); ++i) {
-      const InputTag& tag = block.getLogicalTag(i);
-      writeTag(tag, dependents[tag.getName()], out);
+    data page = blockData(place, context);
+    data told(data::type::list);
+    for (const Chapter& chapter : chapters_) {
+      if (std::find(chapter.blocks.begin(), chapter.blocks.end(), place.path) !=
+          chapter.blocks.end()) {
+        told.push_back(linkData(chapter.name + ".html", chapter.title));
+      }
     }
-    out << "</tbody>\n</table>\n";
+    page.set("hasChapters", data(!told.is_empty_list()));
+    page.set("chapters", told);
+    return page;
   }
 
-  static void writeTag(const InputTag& tag, const std::vector<std::string_view>& dependents,
-                       std::ostream& out) {
-    const TagTraits traits = traitsOf(tag);
-    const std::string need = requirement(tag, traits);
-    const auto cell = [&out](std::string_view label, const std::string& html) {
-      out << "<td data-label=\"" << label << "\"" << (html.empty() ? " class=\"none\">" : ">")
-          << html << "</td>\n";
-    };
-    out << "<tr id=\"" << anchorOf(tag.getName()) << R"("><th scope="row">)"
-        << tagLink(tag.getName()) << "<span class=\"need" << (need == "optional" ? "" : " must")
-        << "\">" << need << "</span></th>\n";
-    cell("Type", kindHtml(tag, traits.kind));
-    cell("Unit", unitHtml(tag.getUnit()));
-    cell("Default", tag.getDefaultValue().empty() || refusesItsDefault(tag, traits)
-                        ? ""
-                        : code(tag.getDefaultValue()));
-    cell("Range and values", domainHtml(tag, traits));
-    std::string condition;
-    for (const TagRule& rule : traits.rules) {
-      condition += (condition.empty() ? "" : "<br>") + sentenceOf(rule, tag, tagLink, code);
+  /// All chapters and blocks behind each other; anchors are told apart by the names of their pages.
+  [[nodiscard]] std::string book() const {
+    data parts(data::type::list);
+    std::set<std::string> files;
+    for (const Page& page : pages_) {
+      files.insert(page.file);
     }
-    cell("Condition", condition);
-    std::string help = prose(tag.getDescription());
-    const auto addRemark = [&help](const std::string& remark) {
-      help += (help.empty() ? "" : "<br>") + ("<span class=\"remark\">" + remark + "</span>");
-    };
-    if (!isWritableName(tag.getName())) {
-      addRemark(
-          "Cannot be written in a command file: its name holds a character that no name has.");
-    }
-    if (!dependents.empty()) {
-      std::string links;
-      for (const std::string_view dependent : dependents) {
-        links += (links.empty() ? "" : ", ") + tagLink(dependent);
+    for (const Page& page : pages_) {
+      const bool isBlock = !page.path.empty();
+      const bool isChapter = std::any_of(chapters_.begin(), chapters_.end(), [&](auto& chapter) {
+        return chapter.name + ".html" == page.file;
+      });
+      if (!isBlock && !isChapter) {
+        continue;
       }
-      addRemark("Decides on " + links);
+      data part;
+      part.set("id", stem(page.file));
+      part.set("name", page.title);
+      part.set("content", inBook(page));
+      parts.push_back(part);
     }
-    cell("Description", help);
-    out << "</tr>\n";
+    data all;
+    all.set("parts", parts);
+    all.set("version", KESTRIX_VERSION);
+    return rendered("book", all);
+  }
+
+  static std::string stem(const std::string& file) { return file.substr(0, file.rfind('.')); }
+
+  [[nodiscard]] std::string inBook(const Page& page) const {
+    const std::string self = stem(page.file);
+    std::string html;
+    for (std::size_t at = 0; at < page.html.size();) {
+      constexpr std::string_view id = " id=\"";
+      constexpr std::string_view href = " href=\"";
+      constexpr std::string_view label = " for=\"";
+      const std::string_view rest = std::string_view(page.html).substr(at);
+      const std::string_view found = rest.starts_with(id)      ? id
+                                     : rest.starts_with(href)  ? href
+                                     : rest.starts_with(label) ? label
+                                                               : std::string_view();
+      if (found.empty()) {
+        html += page.html[at++];
+        continue;
+      }
+      at += found.size();
+      const std::size_t end = page.html.find('"', at);
+      const std::string value = page.html.substr(at, end - at);
+      html += found;
+      html += found != href ? self + "--" + value : linkInBook(value, self);
+      at = end;
+    }
+    return html;
+  }
+
+  [[nodiscard]] std::string linkInBook(const std::string& link, const std::string& self) const {
+    const std::size_t hash = std::min(link.find('#'), link.size());
+    const std::string file = hash == 0 ? self + ".html" : link.substr(0, hash);
+    if (file == "examples.html" || file.starts_with("example-") || !file.ends_with(".html")) {
+      return link;
+    }
+    return "#" + stem(file) + (hash < link.size() ? "--" + link.substr(hash + 1) : "");
+  }
+
+  /// What the search looks through.
+  [[nodiscard]] std::string names() const {
+    nlohmann::json all = nlohmann::json::array();
+    for (const Chapter& chapter : chapters_) {
+      all.push_back({{"kind", "chapter"},
+                     {"name", chapter.title},
+                     {"page", chapter.name + ".html"},
+                     {"help", chapter.lead}});
+    }
+    for (const Setup& setup : setups_) {
+      all.push_back({{"kind", "example"},
+                     {"name", setup.name},
+                     {"page", "example-" + setup.name + ".html"},
+                     {"help", setup.help}});
+    }
+    for (const Place& place : places_) {
+      const std::string page = pageOf(place);
+      all.push_back({{"kind", "block"},
+                     {"name", place.block->getName()},
+                     {"path", place.path},
+                     {"page", page},
+                     {"help", KESTparse::withSigns(descriptionOf(*place.block))}});
+      for (std::size_t i = 0; i < place.block->getLogicalNumTags(); ++i) {
+        addNames(place, place.block->getLogicalTag(i), page, all);
+      }
+      addRules(place, page, all);
+    }
+    return all.dump(0);
+  }
+
+  static void addRules(const Place& place, const std::string& page, nlohmann::json& all) {
+    for (const KESTparse::RuleFacts& rule : rulesOf(*place.block)) {
+      all.push_back({{"kind", "rule"},
+                     {"name", rule.name},
+                     {"path", place.path},
+                     {"page", page + "#rule-" + std::string(rule.name)},
+                     {"help", KESTparse::withoutValues(rule.sentence)}});
+    }
+  }
+
+  void addNames(const Place& place, const InputTag& tag, const std::string& page,
+                nlohmann::json& all) const {
+    const std::string link = page + "#" + anchorOf(tag.getName());
+    all.push_back({{"kind", "tag"},
+                   {"name", tag.getName()},
+                   {"path", place.path},
+                   {"page", link},
+                   {"help", KESTparse::withSigns(tagDescription(place, tag, supplement_))}});
+    std::vector<std::string> choices = allowedValuesOf(tag);
+    const std::vector<std::string> entries = traitsOf(tag).entries;
+    choices.insert(choices.end(), entries.begin(), entries.end());
+    for (const std::string& choice : choices) {
+      if (choice != "yes" && choice != "no" && choice != "on" && choice != "off") {
+        all.push_back({{"kind", "choice"},
+                       {"name", choice},
+                       {"path", place.path},
+                       {"tag", tag.getName()},
+                       {"page", link},
+                       {"help", supplement_.meaning(place.path, tag.getName(), choice)}});
+      }
+    }
   }
 
   const InputBlock* root_;
   std::vector<Place> places_;
+  std::vector<Chapter> chapters_;
+  std::vector<Setup> setups_;
+  Supplement supplement_;
   std::filesystem::path folder_;
+  std::vector<Page> pages_;
 };
 
 }  // namespace
@@ -415,17 +472,13 @@ void writeManual(const InputBlock& root, const std::filesystem::path& folder) {
   ManualWriter(root, folder).write();
 }
 
-}  // namespace KESTparse
-
-namespace kcf {
-
 Verb manualVerb() {
   return {"manual",
           "Know the vocabulary",
-          "Write the reference manual as HTML pages that need no server",
-          R"(There is a page for each block, with a table of its tags, and a search over all
-of them. Open index.html in a browser; the pages can be put on a memory stick,
-sent in an archive or printed.)",
+          "Write the manual as HTML pages that need no server",
+          R"(A guide in chapters, a page for each block with a table of its tags, whole
+setups, and a search over all of them. Open index.html in a browser; the pages
+can be put on a memory stick, sent in an archive or printed.)",
           {{.name = "--output",
             .help = "Folder for the pages; made if need be",
             .value = "DIR",
@@ -433,7 +486,7 @@ sent in an archive or printed.)",
             .required = true,
             .isPath = true}},
           [](const Arguments& arguments) {
-            KESTparse::writeManual(KESTparse::KestrixInputRoot(), arguments.value("--output"));
+            writeManual(KESTparse::KestrixInputRoot(), arguments.value("--output"));
             return status::done;
           },
           {{"Write the manual and open it", "kcf manual -o manual && xdg-open manual/index.html"}}};

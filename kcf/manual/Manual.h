@@ -1,5 +1,5 @@
 /// \file
-/// The reference manual.
+/// The manual: guide, reference and examples.
 #pragma once
 
 #include <filesystem>
@@ -7,19 +7,17 @@
 #include "Verb.h"
 
 namespace KESTparse {
-
 class InputBlock;
+}
+
+namespace kcf {
 
 /// Writes the manual of the schema below the master `root` as HTML pages into `folder`, which is
 /// made if need be; index.html is the first page. Throws a `std::runtime_error` when a page cannot
 /// be written.
-void writeManual(const InputBlock& root, const std::filesystem::path& folder);
+void writeManual(const KESTparse::InputBlock& root, const std::filesystem::path& folder);
 
-}  // namespace KESTparse
-
-namespace kcf {
-
-/// Writes the reference manual.
+/// Writes the manual.
 Verb manualVerb();
 
 }  // namespace kcf

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <iostream>
+#include <map>
 #include <memory>
 #include <nlohmann/json.hpp>
 #include <sstream>
@@ -14,10 +15,16 @@
 #include "KESTparse/framework/InputTagConditions.h"
 #include "KESTparse/framework/InputTagList.h"
 #include "KESTparse/root/KestrixInputRoot.h"
+#include "KESTparse/vocabulary/Places.h"
 #include "KESTparse/vocabulary/TagTraits.h"
+#include "vocabulary/Supplement.h"
 
 namespace KESTparse {
 namespace {
+
+#ifndef KESTRIX_VERSION
+#define KESTRIX_VERSION "unversioned"
+#endif
 
 using nlohmann::ordered_json;
 
@@ -52,11 +59,28 @@ ordered_json numberSchema(const char* type, const InputTag& tag, const TagTraits
   return schema;
 }
 
-ordered_json textSchema(const InputTag& tag, const TagTraits& traits) {
+/// One of the choices of a tag, each with what it means as far as that is told.
+ordered_json choiceSchema(const InputTag& tag, const std::string& path,
+                          const kcf::Supplement& supplement) {
+  const std::vector<std::string> choices = allowedValuesOf(tag);
+  ordered_json alternatives = ordered_json::array();
+  for (const std::string& choice : choices) {
+    const std::string meaning = supplement.meaning(path, tag.getName(), choice);
+    if (meaning.empty()) {
+      return {{"type", "string"}, {"enum", choices}};
+    }
+    alternatives.push_back({{"const", choice}, {"title", meaning}});
+  }
+  return {{"type", "string"}, {"oneOf", std::move(alternatives)}};
+}
+
+ordered_json textSchema(const InputTag& tag, const TagTraits& traits, const std::string& path,
+                        const kcf::Supplement& supplement) {
   ordered_json schema{{"type", "string"}};
   if (tag.isRestricted()) {
-    schema["enum"] = allowedValuesOf(tag);
-  } else if (!traits.pattern.empty()) {
+    return choiceSchema(tag, path, supplement);
+  }
+  if (!traits.pattern.empty()) {
     schema["pattern"] = traits.pattern;
   }
   return schema;
@@ -92,7 +116,8 @@ ordered_json listSchema(ordered_json items, const TagTraits& traits) {
 }
 
 /// What one value of a tag looks like in a document.
-ordered_json valueSchema(const InputTag& tag, const TagTraits& traits) {
+ordered_json valueSchema(const InputTag& tag, const TagTraits& traits, const std::string& path,
+                         const kcf::Supplement& supplement) {
   switch (traits.kind) {
     case ValueKind::integer:
       return numberSchema<int>("integer", tag, traits);
@@ -101,7 +126,7 @@ ordered_json valueSchema(const InputTag& tag, const TagTraits& traits) {
     case ValueKind::text:
     case ValueKind::file:
     case ValueKind::position:
-      return textSchema(tag, traits);
+      return textSchema(tag, traits, path, supplement);
     case ValueKind::seriesFile:
       return {{"type", "string"}, {"minLength", 1}};
     case ValueKind::integers:
@@ -159,6 +184,13 @@ void require(const InputTag& tag, const std::vector<TagRule>& rules, bool isExcl
   }
   ordered_json condition = conditions.size() == 1 ? std::move(conditions.front())
                                                   : ordered_json{{"allOf", std::move(conditions)}};
+  // Tags with the same condition share it.
+  for (ordered_json& other : conditional) {
+    if (other.contains("if") && other["if"] == condition) {
+      other["then"]["required"].push_back(tag.getName());
+      return;
+    }
+  }
   conditional.push_back({{"if", std::move(condition)}, {"then", {{"required", {tag.getName()}}}}});
 }
 
@@ -184,19 +216,57 @@ void addPresence(const InputBlock& block, const InputTag& tag, const TagTraits& 
   }
 }
 
-ordered_json schemaOf(const InputBlock& block);
+/// The default of a tag as it stands in a document; null where there is none, or it is a list.
+ordered_json defaultOf(const InputTag& tag, const TagTraits& traits) {
+  const std::string& text = tag.getDefaultValue();
+  if (text.empty()) {
+    return {};
+  }
+  switch (traits.kind) {
+    case ValueKind::integer:
+      return fromText<int>(text);
+    case ValueKind::real:
+      return fromText<double>(text);
+    case ValueKind::text:
+    case ValueKind::file:
+    case ValueKind::seriesFile:
+    case ValueKind::position:
+      return text;
+    default:
+      return {};
+  }
+}
 
-void addTags(const InputBlock& block, ordered_json& properties, ordered_json& required,
-             ordered_json& conditional) {
+/// Builds the schema of a block and of those in it.
+class Builder {
+ public:
+  ordered_json schemaOf(const InputBlock& block, const std::string& path);
+
+ private:
+  void addTags(const InputBlock& block, const std::string& path, ordered_json& properties,
+               ordered_json& required, ordered_json& conditional) const;
+  void addBlocks(const InputBlock& block, const std::string& path, ordered_json& properties,
+                 ordered_json& required);
+
+  kcf::Supplement supplement_;
+};
+
+void Builder::addTags(const InputBlock& block, const std::string& path, ordered_json& properties,
+                      ordered_json& required, ordered_json& conditional) const {
   for (std::size_t i = 0; i < block.getLogicalNumTags(); ++i) {
     const InputTag& tag = block.getLogicalTag(i);
     const TagTraits traits = traitsOf(tag);
     addPresence(block, tag, traits, required, conditional);
-    ordered_json schema = valueSchema(tag, traits);
+    ordered_json schema = valueSchema(tag, traits, path, supplement_);
+    if (const ordered_json value = defaultOf(tag, traits); !value.is_null()) {
+      schema["default"] = value;
+    }
     if (tag.isRepeatable()) {
       schema = arrayOf(std::move(schema));
     }
-    schema["description"] = tag.getDescription();
+    const std::string more = supplement_.description(path, tag.getName());
+    const std::string own = withSigns(std::string(tag.getDescription()));
+    schema["description"] = own.empty() || more.empty() ? own + more : own + " " + more;
     if (!tag.getUnit().empty()) {
       schema["unit"] = tag.getUnit();
     }
@@ -204,7 +274,8 @@ void addTags(const InputBlock& block, ordered_json& properties, ordered_json& re
   }
 }
 
-void addBlocks(const InputBlock& block, ordered_json& properties, ordered_json& required) {
+void Builder::addBlocks(const InputBlock& block, const std::string& path, ordered_json& properties,
+                        ordered_json& required) {
   // What population makes of nothing is always there.
   const std::unique_ptr<InputBlock> instance = block.logicalClone(nullptr);
   instance->populate();
@@ -214,26 +285,93 @@ void addBlocks(const InputBlock& block, ordered_json& properties, ordered_json& 
     if (child.isMandatory() || instance->getNumBlocksNamed(name) > 0) {
       required.push_back(name);
     }
-    ordered_json schema = schemaOf(child);
+    ordered_json schema = schemaOf(child, pathOf(path, child));
     properties[name] = child.isRepeatable() ? arrayOf(std::move(schema)) : std::move(schema);
   }
 }
 
-ordered_json schemaOf(const InputBlock& block) {
+ordered_json Builder::schemaOf(const InputBlock& block, const std::string& path) {
   ordered_json properties = ordered_json::object();
   ordered_json required = ordered_json::array();
   ordered_json conditional = ordered_json::array();
-  addTags(block, properties, required, conditional);
-  addBlocks(block, properties, required);
+  addTags(block, path, properties, required, conditional);
+  addBlocks(block, path, properties, required);
   ordered_json schema = object(std::move(properties), std::move(required));
   if (!conditional.empty()) {
     schema["allOf"] = std::move(conditional);
   }
   std::ostringstream description;
   block.getDescription(description);
+  schema["title"] = block.getName();
   schema["description"] = description.str();
   return schema;
 }
+
+/// What is told more than once in `schema` moves to `definitions`, each under a name of its own.
+class Definitions {
+ public:
+  explicit Definitions(ordered_json& schema) {
+    count(schema);
+    replace(schema, "setup");
+  }
+
+  [[nodiscard]] ordered_json take() { return std::move(definitions_); }
+
+ private:
+  /// Shorter ones are told as often as they are needed.
+  static constexpr std::size_t shortest = 120;
+
+  /// Whether a node is a schema of a block or a tag, and not a part of one.
+  static bool isWhole(const ordered_json& node) {
+    return node.is_object() && node.contains("description") && node["description"].is_string();
+  }
+
+  void count(const ordered_json& node) {
+    if (isWhole(node)) {
+      ++counts_[node.dump()];
+    }
+    for (const auto& child : node) {
+      if (child.is_structured()) {
+        count(child);
+      }
+    }
+  }
+
+  // What is within a repeated schema is the same each time and is replaced once.
+  void replace(ordered_json& node, const std::string& name) {
+    for (auto& [key, child] : node.items()) {
+      if (!child.is_structured()) {
+        continue;
+      }
+      const std::string childName = node.is_object() && isWhole(child) ? key : name;
+      const std::string text = isWhole(child) ? child.dump() : std::string();
+      if (text.size() < shortest || counts_[text] < 2) {
+        replace(child, childName);
+        continue;
+      }
+      std::string& reference = references_[text];
+      if (reference.empty()) {
+        reference = freeName(childName);
+        definitions_[reference] = nullptr;
+        replace(child, childName);
+        definitions_[reference] = child;
+      }
+      child = {{"$ref", "#/$defs/" + reference}};
+    }
+  }
+
+  [[nodiscard]] std::string freeName(const std::string& wanted) const {
+    std::string name = wanted;
+    for (int number = 2; definitions_.contains(name); ++number) {
+      name = wanted + "_" + std::to_string(number);
+    }
+    return name;
+  }
+
+  std::map<std::string, int> counts_;
+  std::map<std::string, std::string> references_;
+  ordered_json definitions_ = ordered_json::object();
+};
 
 /// The logical sub-block `name`, which exists.
 const InputBlock& childOf(const InputBlock& block, std::string_view name) {
@@ -243,16 +381,23 @@ const InputBlock& childOf(const InputBlock& block, std::string_view name) {
 }  // namespace
 
 ordered_json documentSchema(const InputBlock& root) {
-  ordered_json domain = schemaOf(childOf(root, "DOMAIN"));
+  Builder builder;
+  ordered_json domain = builder.schemaOf(childOf(root, "DOMAIN"), "/DOMAIN");
   // Documents leave the parallel execution out.
   domain["properties"].erase("PARALLEL");
-  const ordered_json project = schemaOf(childOf(root, "PROJECT"));
+  const ordered_json project = builder.schemaOf(childOf(root, "PROJECT"), "/PROJECT");
   ordered_json setup =
       object({{"simulation_name", project["properties"]["title"]}, {"KESTMD", std::move(domain)}},
              {"simulation_name", "KESTMD"});
   ordered_json schema{{"$schema", "https://json-schema.org/draft/2020-12/schema"},
-                      {"title", "KESTRIX simulation setup"}};
-  schema.update(object({{"SETUP", std::move(setup)}}, {"SETUP"}));
+                      {"$id", "urn:kestrix:setup:" KESTRIX_VERSION},
+                      {"title", "KESTRIX simulation setup"},
+                      {"$comment", "Version " KESTRIX_VERSION}};
+  // An editor finds this schema by the key in a document.
+  schema.update(
+      object({{"$schema", {{"type", "string"}}}, {"SETUP", std::move(setup)}}, {"SETUP"}));
+  Definitions definitions(schema);
+  schema["$defs"] = definitions.take();
   return schema;
 }
 
@@ -270,7 +415,7 @@ words that are not allowed, numbers out of range and lists of a wrong length
 are not.)",
           {},
           [](const Arguments&) {
-            std::cout << KESTparse::documentSchema(KESTparse::KestrixInputRoot()).dump(2) << "\n";
+            std::cout << KESTparse::documentSchema(KESTparse::KestrixInputRoot()).dump(1) << "\n";
             return status::done;
           },
           {{"Keep the schema for an editor or a validator", "kcf schema > kestrix.schema.json"}}};

@@ -1,5 +1,7 @@
 #include "vocabulary/Vocabulary.h"
 
+#include <algorithm>
+#include <cstdlib>
 #include <iostream>
 #include <nlohmann/json.hpp>
 #include <sstream>
@@ -8,15 +10,89 @@
 
 #include "KESTparse/framework/InputBlock.h"
 #include "KESTparse/framework/InputTag.h"
+#include "KESTparse/framework/InputTagConditions.h"
 #include "KESTparse/root/KestrixInputRoot.h"
 #include "KESTparse/vocabulary/TagTraits.h"
+#include "vocabulary/Supplement.h"
 
 namespace KESTparse {
 namespace {
 
+#ifndef KESTRIX_VERSION
+#define KESTRIX_VERSION "unversioned"
+#endif
+
 using nlohmann::ordered_json;
 
-ordered_json describe(const InputTag& tag) {
+/// Null where the numbers of the tag are not limited.
+ordered_json rangeOf(const TagTraits& traits) {
+  ordered_json range;
+  if (traits.range.hasLower) {
+    range["lower"] = traits.range.lower;
+    range["lowerInclusive"] = traits.range.lowerInclusive;
+  }
+  if (traits.range.hasUpper) {
+    range["upper"] = traits.range.upper;
+    range["upperInclusive"] = traits.range.upperInclusive;
+  }
+  return range;
+}
+
+/// How many items a value has; null where it is no list.
+ordered_json lengthOf(const TagTraits& traits) {
+  switch (traits.kind) {
+    case ValueKind::integers:
+    case ValueKind::reals:
+    case ValueKind::words:
+    case ValueKind::outputValues:
+    case ValueKind::namedReals:
+      break;
+    default:
+      return {};
+  }
+  ordered_json length{{"least", std::max(traits.itemCount, 1)}};
+  if (traits.itemCount != 0) {
+    length["most"] = std::abs(traits.itemCount);
+  }
+  return length;
+}
+
+ordered_json conditionsOf(const TagTraits& traits) {
+  ordered_json conditions = ordered_json::array();
+  for (const TagRule& rule : traits.rules) {
+    switch (rule.kind) {
+      case TagRule::Kind::usedIf:
+      case TagRule::Kind::requiredIf:
+        conditions.push_back(
+            {{"kind", rule.kind == TagRule::Kind::usedIf ? "usedIf" : "requiredIf"},
+             {"tag", rule.other},
+             {"equals", rule.condition->equals},
+             {"values", rule.condition->values}});
+        break;
+      case TagRule::Kind::exclusive:
+        conditions.push_back({{"kind", "exclusive"}, {"tag", rule.other}});
+        break;
+    }
+  }
+  return conditions;
+}
+
+/// What the choices of a tag mean, as far as that is told.
+ordered_json meaningsOf(const std::string& path, const InputTag& tag,
+                        const kcf::Supplement& supplement) {
+  ordered_json meanings = ordered_json::object();
+  for (const std::string& choice : allowedValuesOf(tag)) {
+    const std::string meaning = supplement.meaning(path, tag.getName(), choice);
+    if (!meaning.empty()) {
+      meanings[choice] = meaning;
+    }
+  }
+  return meanings;
+}
+
+ordered_json describe(const std::string& path, const InputTag& tag,
+                      const kcf::Supplement& supplement) {
+  const TagTraits traits = traitsOf(tag);
   return {{"name", tag.getName()},
           {"type", tag.getTypeName()},
           {"mandatory", tag.isMandatoryBySchema()},
@@ -26,11 +102,18 @@ ordered_json describe(const InputTag& tag) {
           {"unit", tag.getUnit()},
           {"constraint", tag.getConstraintDescription()},
           {"allowedValues", allowedValuesOf(tag)},
-          {"validEntries", traitsOf(tag).entries},
-          {"description", tag.getDescription()}};
+          {"validEntries", traits.entries},
+          {"description", tag.getDescription()},
+          {"more", supplement.description(path, tag.getName())},
+          {"range", rangeOf(traits)},
+          {"length", lengthOf(traits)},
+          {"conditions", conditionsOf(traits)},
+          {"meanings", meaningsOf(path, tag, supplement)},
+          {"names", supplement.named(path, tag.getName())}};
 }
 
-void describe(const InputBlock& block, const std::string& path, ordered_json& blocks) {
+void describe(const InputBlock& block, const std::string& path, const kcf::Supplement& supplement,
+              ordered_json& blocks) {
   std::ostringstream description;
   block.getDescription(description);
   ordered_json subBlocks = ordered_json::array();
@@ -39,7 +122,7 @@ void describe(const InputBlock& block, const std::string& path, ordered_json& bl
   }
   ordered_json tags = ordered_json::array();
   for (std::size_t i = 0; i < block.getLogicalNumTags(); ++i) {
-    tags.push_back(describe(block.getLogicalTag(i)));
+    tags.push_back(describe(path, block.getLogicalTag(i), supplement));
   }
   blocks.push_back({{"path", path.empty() ? "/" : path},
                     {"name", block.getName()},
@@ -50,7 +133,7 @@ void describe(const InputBlock& block, const std::string& path, ordered_json& bl
                     {"tags", std::move(tags)}});
   for (std::size_t i = 0; i < block.getLogicalNumBlocks(); ++i) {
     const InputBlock& child = block.getLogicalBlock(i);
-    describe(child, path + "/" + std::string(child.getName()), blocks);
+    describe(child, path + "/" + std::string(child.getName()), supplement, blocks);
   }
 }
 
@@ -58,8 +141,8 @@ void describe(const InputBlock& block, const std::string& path, ordered_json& bl
 
 ordered_json vocabulary(const InputBlock& root) {
   ordered_json blocks = ordered_json::array();
-  describe(root, "", blocks);
-  return {{"blocks", std::move(blocks)}};
+  describe(root, "", kcf::Supplement(), blocks);
+  return {{"version", KESTRIX_VERSION}, {"blocks", std::move(blocks)}};
 }
 
 }  // namespace KESTparse
@@ -71,7 +154,9 @@ Verb vocabularyVerb() {
           "Know the vocabulary",
           "Print all blocks and tags with what holds for them, as JSON",
           R"(The blocks stand depth first, each with its path, its sub-blocks and its tags;
-a tag tells its type, default, unit, range and conditions.)",
+a tag tells its type, default, unit, range, length and conditions, what its
+choices mean and which blocks it names. Constraint and description are prose, the
+other fields are data.)",
           {},
           [](const Arguments&) {
             std::cout << KESTparse::vocabulary(KESTparse::KestrixInputRoot()).dump(2) << "\n";

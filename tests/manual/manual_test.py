@@ -5,6 +5,7 @@
 
 The links lead somewhere, the pages show all blocks and tags, and the examples convert.
 """
+import html
 import html.parser
 import json
 import re
@@ -34,9 +35,10 @@ class Page(html.parser.HTMLParser):
 
     def handle_starttag(self, tag, attributes):
         values = dict(attributes)
-        if tag not in ("meta", "link", "input", "br", "wbr"):
+        if tag not in ("meta", "link", "input", "br", "wbr", "img", "hr"):
             self.open.append(tag)
         if "id" in values:
+            assert values["id"] not in self.anchors, values["id"] + " stands twice"
             self.anchors.add(values["id"])
         for name in ("href", "src"):
             if name in values:
@@ -44,11 +46,14 @@ class Page(html.parser.HTMLParser):
         if tag == "tr" and "id" in values:
             self.row = self.rows[values["id"]] = {}
         if tag == "th" and values.get("scope") == "row":
-            self.cell = "Tag"
+            self.cell = "Tag" if self.row is not None else None
         if tag == "td":
-            self.cell = values["data-label"]
+            self.cell = values.get("data-label")
         if tag == "br":
             self.handle_data(" ")
+
+    def handle_startendtag(self, tag, attributes):
+        self.handle_starttag(tag, attributes)
 
     def handle_endtag(self, tag):
         assert self.open.pop() == tag, f"{tag} closes nothing"
@@ -118,11 +123,10 @@ class Manual(unittest.TestCase):
         cls.temporary.cleanup()
 
     def test_all_blocks_and_tags_have_their_place(self):
-        self.assertEqual(set(self.pages), {"index.html"} | {page_of(block) for block in BLOCKS})
         for block in BLOCKS:
             page = self.pages[page_of(block)]
             self.assertEqual(list(page.rows), ["tag-" + tag["name"].replace(" ", "-") for tag in block["tags"]])
-            self.assertIn(page_of(block), self.pages["index.html"].links)
+            self.assertIn(page_of(block), self.pages["blocks.html"].links)
             for tag, row in zip(block["tags"], page.rows.values()):
                 self.assertEqual(row["Tag"].replace("required on condition", "").replace("required", "")
                                  .replace("optional", ""), tag["name"])
@@ -144,10 +148,30 @@ class Manual(unittest.TestCase):
     def test_the_search_knows_all_names(self):
         text = (self.folder / "names.js").read_text(encoding="utf-8")
         names = json.loads(text[text.index("["):text.rindex(";")])
-        self.assertEqual(len(names), len(BLOCKS) + sum(len(block["tags"]) for block in BLOCKS))
+        kinds = [node["kind"] for node in names]
+        self.assertEqual(kinds.count("block"), len(BLOCKS))
+        self.assertEqual(kinds.count("tag"), sum(len(block["tags"]) for block in BLOCKS))
+        self.assertIn(("choice", "hydrograph"), {(node["kind"], node["name"]) for node in names})
         for node in names:
             target, _, anchor = node["page"].partition("#")
             self.assertTrue(anchor == "" or anchor in self.pages[target].anchors, node)
+
+    def test_the_index_has_all_tags(self):
+        links = set(self.pages["a-z.html"].links)
+        for block in BLOCKS:
+            for tag in block["tags"]:
+                self.assertIn(f"{page_of(block)}#tag-{tag['name'].replace(' ', '-')}", links)
+
+    def test_names_lead_to_blocks_and_back(self):
+        boundary = self.pages["DOMAIN.KESTPLANE_2D.HYDRAULICS.BOUNDARY.html"]
+        string = "DOMAIN.KESTPLANE_2D.GEOMETRY.STRINGDEF.html"
+        self.assertIn("Names GEOMETRY/STRINGDEF", boundary.rows["tag-string_name"]["Description"])
+        self.assertIn(string, boundary.links)
+        self.assertIn("DOMAIN.KESTPLANE_2D.HYDRAULICS.BOUNDARY.html#tag-string_name", self.pages[string].links)
+
+    def test_whole_setups_that_hold_a_block_are_linked(self):
+        uses = [link for link in self.pages["DOMAIN.CONTROLLER.html"].links if link.startswith("example-")]
+        self.assertRegex(uses[0], r"example-linked-regions\.html#L\d+")
 
     def test_ranges_and_conditions_are_readable(self):
         friction = self.pages["DOMAIN.KESTPLANE_2D.HYDRAULICS.FRICTION.html"].rows
@@ -160,15 +184,28 @@ class Manual(unittest.TestCase):
         self.assertEqual(step["tag-CFL"]["Range and values"], "0 < x ≤ 2")
         weir = self.pages["DOMAIN.KESTCHAIN_1D.HYDRAULICS.BOUNDARY.html"].rows["tag-width"]
         self.assertEqual(weir["Condition"],
-                         "not together with width_file used if type is weir or coupling_weir or gate or coupling_gate")
+                         "not together with width_file used if type is weir or coupling_weir or gate or coupling_gate "
+                         "required if type is gate or coupling_gate")
         opening = self.pages["DOMAIN.KESTCHAIN_1D.HYDRAULICS.SOURCE.EXTERNAL_SOURCE.html"].rows["tag-opening_width"]
         self.assertEqual(opening["Tag"], "opening_widthrequired on condition")
         self.assertEqual(opening["Condition"], "required if type is bottom_opening")
+        # What a rule needs is not called optional.
+        self.assertEqual(self.pages["DOMAIN.KESTPLANE_2D.HYDRAULICS.BOUNDARY.html"].rows["tag-slope"]["Tag"],
+                         "sloperequired on condition")
         # A condition that never requires anything does not say so.
         self.assertEqual(step["tag-maximum_waterdepth"]["Condition"], "used if ignore_wave_celerity is on")
         for name in self.pages:
             text = (self.folder / name).read_text(encoding="utf-8")
             self.assertIsNone(re.search(r"&amp;(lt|gt|amp|mu)\b", text), f"{name} shows a raw entity")
+
+    def test_the_rules_speak_for_themselves(self):
+        page = "DOMAIN.KESTPLANE_2D.HYDRAULICS.BOUNDARY.html"
+        self.assertIn("rule-hydrograph-without-slope", self.pages["DOMAIN.KESTCHAIN_1D.HYDRAULICS.BOUNDARY.html"].anchors)
+        for name in ("messages.html", page):
+            text = html.unescape((self.folder / name).read_text(encoding="utf-8"))
+            self.assertIn("needs", text)
+            self.assertIsNone(re.search(r"\{\d\}", text), f"{name} shows the place of a value")
+        self.assertIn(page + "#tag-slope", self.pages["messages.html"].links)
 
     def test_examples_convert_in_a_whole_setup(self):
         examples = {block["path"]: self.pages[page_of(block)].example for block in BLOCKS}

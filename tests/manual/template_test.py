@@ -12,7 +12,21 @@ import unittest
 from pathlib import Path
 
 REFERENCE, CONVERTER = (Path(p).resolve() for p in sys.argv[1:3])
-LINE = re.compile(r"(?P<indent> *)(?P<off>// )?(?P<name>\w+) = (?P<value>\S.*?)  // (?P<remark>.*)")
+LINE = re.compile(r"(?P<indent> *)(?P<off>// )?(?P<name>\w+) = (?P<value>\S.*?)(  // (?P<remark>.*))?")
+TOLD = re.compile(r" *// (?P<name>\w+): (?P<remark>.*)")
+
+
+def remarks(skeleton):
+    """What is told of the tags that stand on the lines of a skeleton: beside them, or above."""
+    told = ""
+    for line in skeleton.split("\n"):
+        found, above = LINE.fullmatch(line), TOLD.fullmatch(line)
+        if found:
+            yield line, found, found["remark"] or told
+            told = ""
+        else:
+            told = above["remark"] if above else told + " " + line.strip(" /") if told else ""
+            yield line, None, ""
 
 
 def reference(*arguments):
@@ -42,14 +56,13 @@ def filled(skeleton, values):
     that fits. A tag that is commented out is set if there is a value for it."""
     values = {name: list(each) if isinstance(each, (list, tuple)) else [each] * 100 for name, each in values.items()}
     lines = []
-    for line in skeleton.split("\n"):
-        found = LINE.fullmatch(line)
+    for line, found, remark in remarks(skeleton):
         if found is None:
             lines.append(line)
         elif values.get(found["name"]):
             lines.append(f"{found['indent']}{found['name']} = {values[found['name']].pop(0)}")
         elif found["off"] is None and found["value"] == "?":
-            lines.append(f"{found['indent']}{found['name']} = {generic_value(found['remark'])}")
+            lines.append(f"{found['indent']}{found['name']} = {generic_value(remark)}")
         else:
             lines.append(line)
     return "\n".join(lines)
@@ -101,12 +114,30 @@ class Template(unittest.TestCase):
                 self.assertIn("Input file has", done.stderr)
 
     def test_what_stands_on_a_line(self):
-        lines = {found["name"]: found for found in map(LINE.fullmatch, reference("template", "/DOMAIN/KESTPLANE_2D/TIMESTEP").stdout.split("\n")) if found}
-        self.assertEqual(lines["total_run_time"].groupdict(), {
+        lines = {found["name"]: {**found.groupdict(), "remark": remark}
+                 for _, found, remark in remarks(reference("template", "/DOMAIN/KESTPLANE_2D/TIMESTEP").stdout) if found}
+        self.assertEqual(lines["total_run_time"], {
             "indent": " " * 6, "off": None, "name": "total_run_time", "value": "?", "remark": "real; [s]; x > 0"})
         self.assertEqual((lines["CFL"]["off"], lines["CFL"]["value"], lines["CFL"]["remark"]),
                          ("// ", "1.0", "real; [-]; 0 < x <= 2"))
         self.assertEqual(lines["cycle_step_file"]["remark"], "string; name of a file with a time series; used if morph_cycle is dynamic")
+
+    def test_no_line_is_wider_than_a_screen(self):
+        for block in json.loads(reference("vocabulary").stdout)["blocks"]:
+            for line in reference("template", block["path"]).stdout.split("\n"):
+                self.assertLessEqual(len(line), 100, line)
+
+    def test_optional_blocks_are_told_in_comments(self):
+        text = reference("template", "KESTPLANE_2D/GEOMETRY").stdout
+        self.assertIn("\n      // STRINGDEF { ... }  any number of times: List of successive nodes", text)
+
+    def test_short_names_that_are_unique(self):
+        whole = reference("template", "/DOMAIN/KESTPLANE_2D/GEOMETRY").stdout
+        self.assertEqual(reference("template", "KESTPLANE_2D/GEOMETRY").stdout, whole)
+        done = reference("template", "GEOMETRY")
+        self.assertEqual((done.returncode, done.stdout), (1, ""))
+        self.assertEqual(done.stderr, "kcf: there are several blocks 'GEOMETRY':\n  /DOMAIN/KESTCHAIN_1D/GEOMETRY\n"
+                                      "  /DOMAIN/KESTPLANE_2D/GEOMETRY\n  /DOMAIN/KESTSUB/GEOMETRY\n")
 
     def test_a_name_that_cannot_be_written_is_left_out(self):
         self.assertNotIn("show gridlines", reference("template", "/DOMAIN/KESTCHAIN_1D/OUTPUT/SPECIAL_OUTPUT").stdout)
@@ -123,6 +154,70 @@ class Template(unittest.TestCase):
         self.assertEqual(reference("template", boundary, boundary).stdout.count("BOUNDARY {"), 2)
         # Where that is allowed.
         self.assertEqual(reference("template", "/DOMAIN/PARALLEL", "/DOMAIN/PARALLEL").stdout.count("PARALLEL {"), 1)
+
+
+class Starts(unittest.TestCase):
+    def test_each_start_converts_at_once(self):
+        listed = re.findall(r"^  ([a-z0-9-]+) ", reference("template", "--list").stdout, re.MULTILINE)
+        self.assertLessEqual({"flood-2d", "reach-1d", "bedload-2d", "coupled"}, set(listed))
+        for name in listed:
+            with self.subTest(name), tempfile.TemporaryDirectory() as folder:
+                made = Path(folder) / "not" / "yet"
+                self.assertEqual(reference("template", name, "-o", made).stderr, "")
+                done = subprocess.run([CONVERTER, "setup.kcf"], cwd=made, capture_output=True, text=True, check=False)
+                self.assertEqual(done.returncode, 0, done.stderr)
+                self.assertIn("successfully parsed and passed", done.stderr)
+                self.assertTrue((made / "setup.kcf").read_text(encoding="utf-8").startswith("// "))
+                # Nothing that is there is lost.
+                (made / "setup.kcf").write_text("mine", encoding="utf-8")
+                again = reference("template", name, "-o", made)
+                self.assertEqual((again.returncode, (made / "setup.kcf").read_text(encoding="utf-8")), (1, "mine"))
+                self.assertIn("is there already", again.stderr)
+
+    def test_starts_and_blocks_are_not_mixed(self):
+        for wrong, text in ((("flood-2d",), "name a folder with --output"),
+                            (("flood-2d", "PROJECT", "-o", "x"), "stands alone"),
+                            (("PROJECT", "-o", "x"), "standard output"), ((), "PATH is required")):
+            done = reference("template", *wrong)
+            self.assertEqual((done.returncode, done.stdout), (2, ""), wrong)
+            self.assertIn(text, done.stderr)
+
+
+class Needs(unittest.TestCase):
+    """What the manual calls needed for a choice, held against the converter."""
+
+    VALUES = {"slope": "2.0", "file": "discharge.txt", "my": "0.6", "name": "coupled_here", "width": "10", "gate_bottom_level": "96"}
+
+    def errors(self, folder, block, replaced):
+        text = (folder / "setup.kcf").read_text(encoding="utf-8")
+        text, count = re.subn(r"( +)BOUNDARY \{[^}]*" + replaced + r"[^}]*\}", lambda _: block, text, count=1)
+        self.assertEqual(count, 1)
+        (folder / "tried.kcf").write_text(text, encoding="utf-8")
+        done = subprocess.run([CONVERTER, "tried.kcf"], cwd=folder, capture_output=True, text=True, check=False)
+        return " ".join(done.stderr.split())
+
+    def test_boundaries(self):
+        supplement = json.loads((Path(__file__).parents[2] / "kcf/vocabulary/supplement.json").read_text(encoding="utf-8"))
+        needs = {entry["paths"][0]: entry["needs"] for entry in supplement["blocks"] if "needs" in entry}
+        for path, start, string, replaced in (("/DOMAIN/KESTPLANE_2D/HYDRAULICS/BOUNDARY", "flood-2d", "string_name = inflow", "inflow"),
+                                              ("/DOMAIN/KESTCHAIN_1D/HYDRAULICS/BOUNDARY", "reach-1d", "string = upstream", "upstream")):
+            with tempfile.TemporaryDirectory() as made:
+                folder = Path(made)
+                reference("template", start, "-o", folder)
+                for choice, needed in needs[path].items():
+                    def block(tags):
+                        lines = ["BOUNDARY {", f"type = {choice}", string, *(f"{tag} = {self.VALUES[tag]}" for tag in tags), "}"]
+                        if choice == "pore_pressures_coupling":
+                            lines.remove(string)
+                        # A 1D inflow takes its discharge from a file, or from a coupling by its name.
+                        if start == "reach-1d" and choice == "hydrograph":
+                            lines.insert(1, "name = coupled_here")
+                        return "\n".join(lines)
+                    with self.subTest(path=path, choice=choice):
+                        self.assertNotIn("in Block BOUNDARY", self.errors(folder, block(needed), replaced))
+                        for missing in needed:
+                            self.assertIn("Block-Error in Block BOUNDARY",
+                                          self.errors(folder, block([tag for tag in needed if tag != missing]), replaced), missing)
 
 
 class CommandLine(unittest.TestCase):
