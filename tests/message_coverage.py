@@ -1,5 +1,5 @@
 #!/usr/bin/env python3
-"""Fails for each message of a rule that no kept case shows.
+"""Fails for each message of a rule that no case shows.
 
     message_coverage.py PROJECT-FOLDER
 
@@ -9,6 +9,8 @@ the name, sentence and help of a rule are none.
 import re
 import sys
 from pathlib import Path
+
+import run_cases
 
 SHORTEST = 20
 TABLES = re.compile(r"^\S.*::(createTags|createSubBlocks|getDescription|getLongDescription|getExample)\(", re.M)
@@ -73,14 +75,25 @@ def messages(source):
             yield joined.encode().decode("unicode_escape")
 
 
+def told_by_examples(path):
+    # A line of a report goes on behind three blanks.
+    return path.read_text(encoding="utf-8", errors="replace").replace("\n   ", "")
+
+
+def told_by_cases(path):
+    """What the cases expect, each message behind the star of a report."""
+    text = path.read_text(encoding="utf-8")
+    found = re.findall(r"^  [A-Z][^:]* (?:error|warning): (.*)$|^  (?:stops|aborts|logs \w+): (.*)$", text, re.M)
+    return "\n".join("* " + run_cases.plain(a or b) for a, b in found)
+
+
 def main():
     project = Path(sys.argv[1])
     schema = project / "KESTMD_libs/src/KESTparse"
     sources = [p for p in sorted(schema.rglob("*.cpp")) if p.parent.name not in ("base", "document", "framework", "vocabulary")]
     sources.append(schema / "framework/Rules.cpp")
-    kept = [*project.glob("tests/cases/**/*.expected"), *project.glob("examples/**/*.expected")]
-    # A line of a report goes on behind three blanks.
-    told = "\n".join(p.read_text(encoding="utf-8", errors="replace").replace("\n   ", "") for p in kept)
+    told = "\n".join(told_by_examples(path) for path in project.glob("examples/**/*.expected"))
+    told += "\n".join(told_by_cases(path) for path in project.glob("tests/cases/*.cases"))
     told = told.replace("\n", "")
     unseen, needless, seen, excused = [], [], 0, set()
     for source in sources:

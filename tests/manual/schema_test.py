@@ -1,9 +1,9 @@
 #!/usr/bin/env python3
 """Checks the JSON Schema of documents with an independent validator.
 
-    schema_test.py KCF-REFERENCE EXAMPLES CASES
+    schema_test.py KCF CONVERTER EXAMPLES CASES
 
-Every document that is kept under the folders is valid. Documents that were tampered with are not: at
+The document of each command file below the folders is valid. Documents that were tampered with are not: at
 each place the vocabulary tells what must not stand there.
 """
 import copy
@@ -27,11 +27,11 @@ REPAIRED = {"d90_armored_layer"}
 
 
 def documents(folder):
-    for kept in sorted(Path(folder).rglob("*.expected")):
-        text = kept.read_text(encoding="utf-8", errors="replace")
-        begin = text.find("\n{\n")
-        if text.startswith("status 0") and begin >= 0:
-            yield kept, json.loads(text[begin:])
+    for setup in sorted(Path(folder).rglob("*.kcf")):
+        done = subprocess.run([Path(sys.argv[2]).resolve(), setup.name], cwd=setup.parent, capture_output=True, check=False)
+        text = done.stdout.decode("utf-8", "replace")
+        if done.returncode == 0:
+            yield setup, json.loads(text[text.index("{\n"):])
 
 
 def blocks_of(content, path, place):
@@ -147,7 +147,7 @@ def main():
     Draft202012Validator.check_schema(SCHEMA)
     validator = Draft202012Validator(SCHEMA)
     faults, valid, refused, words = [], 0, 0, set()
-    for folder, is_tampered_with in ((sys.argv[2], True), (sys.argv[3], False)):
+    for folder, is_tampered_with in ((sys.argv[3], True), (sys.argv[4], False)):
         for kept, document in documents(folder):
             errors = [f"{kept}: {'/'.join(map(str, e.path))}: {e.message[:200]}" for e in validator.iter_errors(document)]
             faults += errors

@@ -1,7 +1,7 @@
 #!/usr/bin/env python3
 """Formats command files as a user does, and holds the result against the converter.
 
-    format_test.py KCF CONVERTER MAKE-RESULT-FILE FOLDER...
+    format_test.py KCF CONVERTER FOLDER...
 """
 import os
 import re
@@ -13,8 +13,8 @@ import tempfile
 import unittest
 from pathlib import Path
 
-KCF, CONVERTER, MAKER = (Path(p).resolve() for p in sys.argv[1:4])
-FOLDERS = [Path(p).resolve() for p in sys.argv[4:]]
+KCF, CONVERTER = (Path(p).resolve() for p in sys.argv[1:3])
+FOLDERS = [Path(p).resolve() for p in sys.argv[3:]]
 
 UNTIDY = b"""
 
@@ -190,8 +190,6 @@ class Format(unittest.TestCase):
         for number, folder in enumerate(FOLDERS):
             copy = self.folder / str(number)
             shutil.copytree(folder, copy)
-            for times in copy.rglob("*.h5.times"):
-                subprocess.run([MAKER, times, times.with_suffix("")], check=True)
             for setup in sorted(copy.rglob("*.kcf")):
                 before = converted(setup)
                 status = run(setup).returncode
