@@ -65,7 +65,7 @@ class Block:
         """The block at `path`; with `create`, the last name may be new."""
         block = self
         names = [name for name in path.split("/") if name]
-        for depth, part in enumerate(names):
+        for part in names:
             name, index = re.fullmatch(r"(\w+)(?:\[(\d+)\])?", part).groups()
             found = block.blocks(name)
             if not found and create and index is None:
@@ -76,7 +76,6 @@ class Block:
             if not found or int(index or 1) > len(found):
                 raise Fault(f"{path}: there is no {part}")
             block = found[int(index or 1) - 1]
-            del depth
         return block
 
     def walk(self, path=()):
@@ -433,6 +432,7 @@ class Cases:
 
     def write(self, target, maker):
         for topic in sorted({case.topic for case in self.cases}):
+            shutil.rmtree(target / topic, ignore_errors=True)
             self.make_files(target / topic, maker)
         for case in self.cases:
             for name, text in case.setup.files.items():
