@@ -41,6 +41,23 @@ Rows rowsOf(const std::vector<Option>& options, bool areOperands) {
   return rows;
 }
 
+/// A usage line of at most 80 columns, the rest of it indented.
+std::string wrapped(std::string_view usage) {
+  constexpr std::size_t width = 80;
+  constexpr std::string_view indent = "           ";
+  std::string text;
+  while (usage.size() > width) {
+    // An option stays with its value.
+    std::size_t end = usage.rfind(" [", width);
+    if (end == std::string_view::npos || end == 0) {
+      break;
+    }
+    text += fmt::format("{}\n{}", usage.substr(0, end), indent);
+    usage.remove_prefix(end + 1);
+  }
+  return text + std::string(usage);
+}
+
 void writeExamples(const std::vector<Example>& examples, std::string& text) {
   for (const Example& example : examples) {
     text += fmt::format("{}  {}:\n    {}\n", &example == examples.data() ? "\nExamples:\n" : "",
@@ -116,8 +133,9 @@ std::string helpOf(const Program& program) {
 }
 
 std::string helpOf(const Program& program, const Verb& verb) {
-  std::string text = fmt::format("{}.\n\nUsage: {} {} {}\n", verb.summary, program.name, verb.name,
-                                 synopsis(verb.options));
+  std::string text = fmt::format(
+      "{}.\n\n{}\n", verb.summary,
+      wrapped(fmt::format("Usage: {} {} {}", program.name, verb.name, synopsis(verb.options))));
   if (!verb.details.empty()) {
     text += fmt::format("\n{}\n", verb.details);
   }
