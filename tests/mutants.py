@@ -188,26 +188,29 @@ def instrument(text, file, mutants):
 def build():
     """Makes the program with all mutants. What did not change since the last time is not built again."""
     source = BUILD / "source"
-    names = subprocess.run(["git", "ls-files", "CMakeLists.txt", "KESTMD_libs", "main-converter", "kcf"], cwd=PROJECT,
+    names = subprocess.run(["git", "ls-files", ":!tests", ":!fuzz", ":!benchmarks"], cwd=PROJECT,
                            capture_output=True, text=True, check=True).stdout.splitlines()
     mutants = []
     files = {}
     for name in names:
-        text = (PROJECT / name).read_text(encoding="utf-8")
+        content = (PROJECT / name).read_bytes()
         folder, file = os.path.split(name)
         is_rules = folder in [f"{SCHEMA}/{f}" for f in FOLDERS] or name == f"{SCHEMA}/framework/Rules.cpp"
-        files[name] = instrument(text, file, mutants) if is_rules and file.endswith(".cpp") else text
-    files["KESTMD_libs/include/KESTparse/base/Mutant.h"] = HEADER.replace("COUNT", str(len(mutants)))
-    for name, text in files.items():
+        if is_rules and file.endswith(".cpp"):
+            content = instrument(content.decode("utf-8"), file, mutants).encode("utf-8")
+        files[name] = content
+    header = HEADER.replace("COUNT", str(len(mutants)))
+    files["KESTMD_libs/include/KESTparse/base/Mutant.h"] = header.encode("utf-8")
+    for name, content in files.items():
         path = source / name
         path.parent.mkdir(parents=True, exist_ok=True)
-        if not path.exists() or path.read_text(encoding="utf-8") != text:
-            path.write_text(text, encoding="utf-8")
+        if not path.exists() or path.read_bytes() != content:
+            path.write_bytes(content)
     for path in [p for p in source.rglob("*") if p.is_file() and str(p.relative_to(source)) not in files]:
         path.unlink()
     subprocess.run(["cmake", "-G", "Ninja", "-S", source, "-B", BUILD / "program", "-DCMAKE_CXX_FLAGS=-O1 -w",
-                    "-DCMAKE_BUILD_TYPE=", "-DKESTRIX_TESTS=OFF"], check=True, stdout=subprocess.DEVNULL)
-    subprocess.run(["cmake", "--build", BUILD / "program", "--target", "main-converter", "kest_h5io"], check=True,
+                    "-DCMAKE_BUILD_TYPE=", "-DKESTRIX_TESTS=OFF", "-DKESTRIX_STATIC=OFF"], check=True, stdout=subprocess.DEVNULL)
+    subprocess.run(["cmake", "--build", BUILD / "program", "--target", "main-converter"], check=True,
                    stdout=subprocess.DEVNULL)
     return BUILD / "program/bin/main-converter", mutants
 
