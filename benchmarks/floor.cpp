@@ -1,6 +1,10 @@
 /// \file
-/// What a conversion cannot be faster than: `floor json FILE` reads a document and prints it,
-/// `floor numbers FILE...` reads numbers.
+/// What a conversion cannot be faster than: `floor json FILE` and `floor rapidjson FILE` read a
+/// document and print it, each with its library; `floor numbers FILE...` reads numbers.
+
+#include <rapidjson/document.h>
+#include <rapidjson/prettywriter.h>
+#include <rapidjson/stringbuffer.h>
 
 #include <charconv>
 #include <cstdlib>
@@ -26,6 +30,15 @@ std::string readWhole(const char* path) {
   in.seekg(0);
   in.read(text.data(), static_cast<std::streamsize>(text.size()));
   return text;
+}
+
+void printDocumentByRapidJson(const char* path) {
+  rapidjson::Document document;
+  document.Parse(readWhole(path).c_str());
+  rapidjson::StringBuffer text;
+  rapidjson::PrettyWriter writer(text);
+  document.Accept(writer);
+  std::cout << text.GetString() << std::endl;
 }
 
 std::vector<double> readNumbers(const std::string& text) {
@@ -54,8 +67,12 @@ int main(int argc, char** argv) {
     printDocument(argv[2]);
     return EXIT_SUCCESS;
   }
+  if (what == "rapidjson") {
+    printDocumentByRapidJson(argv[2]);
+    return EXIT_SUCCESS;
+  }
   if (what != "numbers") {
-    std::cerr << "usage: floor json FILE | floor numbers FILE...\n";
+    std::cerr << "usage: floor json|rapidjson FILE | floor numbers FILE...\n";
     return EXIT_FAILURE;
   }
   std::size_t count = 0;

@@ -8,11 +8,10 @@
 #include <fstream>
 #include <iostream>
 #include <memory>
-#include <nlohmann/json.hpp>
 #include <sstream>
 #include <string>
 
-#include "JsonEmission.h"
+#include "DocumentWriter.h"
 #include "KESTcore/StandardSerie.h"
 #include "KESTparse/base/Files.h"
 #include "KESTparse/base/GlobalValues.h"
@@ -139,11 +138,8 @@ void emission(benchmark::State& state) {
   parse(root, setup());
   root.populate();
   for ([[maybe_unused]] auto _ : state) {
-    nlohmann::json walked = nlohmann::json::object();
-    std::vector<std::string> path;
-    KESTparse::walkTree(root, path, walked, KESTparse::jsonCallbacks());
     std::ostringstream out;
-    KESTparse::print(KESTparse::buildDocument(std::move(walked)), out);
+    KESTparse::DocumentWriter(root).write(out);
     benchmark::DoNotOptimize(out.view());
   }
 }

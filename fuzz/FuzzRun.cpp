@@ -11,6 +11,7 @@
 #include <streambuf>
 #include <utility>
 
+#include "DocumentWriter.h"
 #include "JsonEmission.h"
 #include "KESTparse/base/Console.h"
 #include "KESTparse/base/GlobalValues.h"
@@ -70,16 +71,23 @@ std::string convert(std::string_view text) {
   if (!isValid || !parser.getMessage().empty()) {
     return {};
   }
-  const nlohmann::json document = KESTparse::buildDocument(KESTparse::takeApart(*root));
+  std::string expected;
   try {
-    KESTparse::requireUtf8(document);
-  } catch (const nlohmann::json::exception&) {
+    expected = KESTparse::documentOf(*root).dump(2);
+  } catch (const nlohmann::json::exception& fault) {
     // Text that is no UTF-8 has no document; the converter ends with the library's report.
-    return {};
+    expected = fault.what();
   }
   std::ostringstream out;
-  KESTparse::print(document, out);
-  return std::move(out).str();
+  try {
+    KESTparse::DocumentWriter(*root).write(out);
+  } catch (const nlohmann::json::exception& fault) {
+    out << fault.what();
+  }
+  if (out.view() != expected) {
+    std::abort();
+  }
+  return expected;
 }
 
 }  // namespace fuzz

@@ -1,10 +1,6 @@
 #include "JsonEmission.h"
 
-#include <algorithm>
-#include <memory>
 #include <nlohmann/json.hpp>
-#include <ostream>
-#include <type_traits>
 #include <utility>
 
 #include "KESTparse/framework/InputBlock.h"
@@ -54,35 +50,6 @@ class ValueOf : public InputTagVisitor {
   json* value_;
 };
 
-/// Where the library prints to: thousands of its small writes make one to the stream.
-class BufferedWriter : public nlohmann::detail::output_adapter_protocol<char> {
- public:
-  explicit BufferedWriter(std::ostream& out) : out_(&out) { buffer_.reserve(size); }
-
-  void write_character(char c) override { write_characters(&c, 1); }
-  void write_characters(const char* text, std::size_t length) override {
-    if (length > size - buffer_.size()) {
-      flush();
-    }
-    if (length > size) {
-      out_->write(text, static_cast<std::streamsize>(length));
-    } else {
-      buffer_.append(text, length);
-    }
-  }
-
-  void flush() {
-    out_->write(buffer_.data(), static_cast<std::streamsize>(buffer_.size()));
-    buffer_.clear();
-  }
-
- private:
-  static constexpr std::size_t size = std::size_t{1} << 16;
-
-  std::ostream* out_;
-  std::string buffer_;
-};
-
 /// The place in `parent` for a node called `name`.
 json& placeFor(json& parent, const std::string& name, bool repeatable) {
   json& place = parent[name];
@@ -118,12 +85,8 @@ TreeCallbacks jsonCallbacks() {
           }};
 }
 
-namespace {
-
-/// Walks the tree below `root`; an `InputBlock` that may be changed loses each block behind it.
-template <class Block>
-void walk(Block& root, std::vector<std::string>& path, json& target,
-          const TreeCallbacks& callbacks) {
+void walkTree(const InputBlock& root, std::vector<std::string>& path, json& target,
+              const TreeCallbacks& callbacks) {
   callbacks.block(root, path, &target);
   for (std::size_t i = 0; i < root.getNumTags(); ++i) {
     const InputTag& tag = root.getTag(i);
@@ -132,53 +95,11 @@ void walk(Block& root, std::vector<std::string>& path, json& target,
     path.pop_back();
   }
   for (std::size_t i = 0; i < root.getNumBlocks(); ++i) {
-    Block& block = root.getBlock(i);
+    const InputBlock& block = root.getBlock(i);
     path.emplace_back(block.getName());
-    walk(block, path, placeFor(target, path.back(), block.isRepeatable()), callbacks);
+    walkTree(block, path, placeFor(target, path.back(), block.isRepeatable()), callbacks);
     path.pop_back();
-    if constexpr (!std::is_const_v<Block>) {
-      root.dropBlock(i);
-    }
   }
-}
-
-}  // namespace
-
-void walkTree(const InputBlock& root, std::vector<std::string>& path, json& target,
-              const TreeCallbacks& callbacks) {
-  walk(root, path, target, callbacks);
-}
-
-json takeApart(InputBlock& root) {
-  json walked = json::object();
-  std::vector<std::string> path;
-  walk(root, path, walked, jsonCallbacks());
-  return walked;
-}
-
-void requireUtf8(const json& document) {
-  if (document.is_object()) {
-    for (const auto& [name, value] : document.get_ref<const json::object_t&>()) {
-      requireUtf8(value);
-    }
-  } else if (document.is_array()) {
-    for (const json& value : document.get_ref<const json::array_t&>()) {
-      requireUtf8(value);
-    }
-  } else if (document.is_string()) {
-    const auto& text = document.get_ref<const std::string&>();
-    if (std::any_of(text.begin(), text.end(), [](char c) { return (c & '\x80') != 0; })) {
-      static_cast<void>(document.dump());
-    }
-  }
-}
-
-void print(const json& document, std::ostream& out) {
-  const auto writer = std::make_shared<BufferedWriter>(out);
-  nlohmann::detail::serializer<json> serializer(writer, ' ', json::error_handler_t::strict);
-  constexpr unsigned indent = 2;
-  serializer.dump(document, true, false, indent);
-  writer->flush();
 }
 
 json buildDocument(json walked) {
@@ -190,6 +111,13 @@ json buildDocument(json walked) {
   json document = json::object();
   document["SETUP"] = std::move(setup);
   return document;
+}
+
+json documentOf(const InputBlock& root) {
+  json walked = json::object();
+  std::vector<std::string> path;
+  walkTree(root, path, walked, jsonCallbacks());
+  return buildDocument(std::move(walked));
 }
 
 }  // namespace KESTparse

@@ -1,9 +1,8 @@
 /// \file
-/// The document that is made of a validated setup.
+/// The document of a validated setup as a JSON value. `DocumentWriter` writes its text.
 #pragma once
 
 #include <functional>
-#include <iosfwd>
 #include <nlohmann/json_fwd.hpp>
 #include <string>
 #include <vector>
@@ -31,21 +30,11 @@ TreeCallbacks jsonCallbacks();
 void walkTree(const InputBlock& root, std::vector<std::string>& path, nlohmann::json& target,
               const TreeCallbacks& callbacks);
 
-/// Walks `root` as `walkTree` does with the callbacks above, and gives each block's memory back
-/// once it has been walked: a large setup need not stand in memory beside its document. Nothing but
-/// its destruction may follow for `root`.
-nlohmann::json takeApart(InputBlock& root);
-
 /// The document of a walked tree: its domain without the block `PARALLEL`, and the title of the
 /// project.
 nlohmann::json buildDocument(nlohmann::json walked);
 
-/// Throws the exception of the library if a text of `document` is no UTF-8, which cannot be
-/// printed.
-void requireUtf8(const nlohmann::json& document);
-
-/// Prints `document`, whose texts are UTF-8, to `out` with an indent of 2 and characters as they
-/// are.
-void print(const nlohmann::json& document, std::ostream& out);
+/// The document of the tree below `root`, as a value for programs that go on with it.
+nlohmann::json documentOf(const InputBlock& root);
 
 }  // namespace KESTparse

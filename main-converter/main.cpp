@@ -1,7 +1,6 @@
 /// \file
 /// Converts a KCF command file to JSON.
 
-#include <malloc.h>
 #include <tclap/CmdLine.h>
 
 #include <csignal>
@@ -10,11 +9,10 @@
 #include <iostream>
 #include <memory>
 #include <new>
-#include <nlohmann/json.hpp>
 #include <string>
 #include <vector>
 
-#include "JsonEmission.h"
+#include "DocumentWriter.h"
 #include "KESTparse/base/Assert.h"
 #include "KESTparse/base/Console.h"
 #include "KESTparse/base/GlobalValues.h"
@@ -35,8 +33,8 @@ std::unique_ptr<KESTparse::KestrixInputRoot> readSetup(const std::string& path) 
 }
 
 /// Writes the document; a failure ends the process with an error that names `destination`.
-void write(const nlohmann::json& document, std::ostream& out, const std::string& destination) {
-  KESTparse::print(document, out);
+void write(KESTparse::DocumentWriter& document, std::ostream& out, const std::string& destination) {
+  document.write(out);
   out << std::endl;
   if (!out) {
     KESTparse::console().endWithError("Writing the JSON document to " + destination + " failed");
@@ -47,9 +45,8 @@ void write(const nlohmann::json& document, std::ostream& out, const std::string&
 /// \param output where the document goes; standard output when it cannot be opened.
 [[noreturn]] void convert(const std::string& input, const std::string& output) {
   const std::unique_ptr<KESTparse::KestrixInputRoot> root = readSetup(input);
-  const nlohmann::json document = KESTparse::buildDocument(KESTparse::takeApart(*root));
   // All that can fail but the writing comes before an existing file is emptied.
-  KESTparse::requireUtf8(document);
+  KESTparse::DocumentWriter document(*root);
 
   std::ofstream file(output);
   if (file) {
@@ -78,9 +75,6 @@ int main(int argc, char** argv) {
   commandLine.parse(argc, argv);
 
   KESTparse::GlobalValues::instance().basePath = "./";
-  // Small pieces set aside by the allocator would be merged again for each block that is taken
-  // apart.
-  mallopt(M_MXFAST, 0);
   try {
     convert(input.getValue(), output.getValue());
   } catch (const std::bad_alloc&) {

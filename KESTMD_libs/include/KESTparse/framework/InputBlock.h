@@ -159,9 +159,6 @@ class InputBlock {
   virtual InputTag& addTag(std::unique_ptr<InputTag> tag);
   /// Destroys a sub-block and all that stands in it. An assertion when it is none of this block's.
   virtual void removeBlock(InputBlock& child);
-  /// Gives back the memory of a sub-block and of all that stands in it, and leaves its place empty.
-  /// Only for a tree of which nothing else is asked any more.
-  void dropBlock(std::size_t index) { availableBlocks_[index].reset(); }
   /// Destroys a tag; its variable holds the preset again. An assertion when it is none of this
   /// block's.
   void removeTag(InputTag& tag);
