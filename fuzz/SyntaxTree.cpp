@@ -221,8 +221,9 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   }
   std::string mended = text;
   std::vector<KESTparse::Edit> edits = KESTparse::changeEdits(text, formatted);
-  for (auto edit = edits.rbegin(); edit != edits.rend(); ++edit) {
-    mended.replace(edit->at.begin, edit->at.size(), edit->text);
+  std::reverse(edits.begin(), edits.end());
+  for (const KESTparse::Edit& edit : edits) {
+    mended.replace(edit.at.begin, edit.at.size(), edit.text);
   }
   require(mended == formatted, "the differences do not lead to the formatted text");
   return 0;

@@ -224,7 +224,8 @@ class Scanner {
   /// Goes on behind a fault in a name.
   bool readBehindFault(Span name) {
     // A name alone on its line belongs to nothing that follows.
-    if (!name.empty() && text_.substr(name.end, at_ - name.end).find('\n') != text_.npos) {
+    if (!name.empty() &&
+        text_.substr(name.end, at_ - name.end).find('\n') != std::string_view::npos) {
       return true;
     }
     at_ = std::min(text_.find_first_of("\n{}=", at_), text_.size());
