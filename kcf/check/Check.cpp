@@ -206,7 +206,7 @@ class Check {
       } else if (!mended.done.empty()) {
         KESTparse::replaceFile(path, after);
         for (const std::string& done : mended.done) {
-          outcome.done.push_back(shown + ":" + done);
+          outcome.done.push_back(fmt::format("{}:{}", shown, done));
         }
       }
       return outcome;

@@ -148,7 +148,7 @@ class Document::Builder {
     std::string here;
     for (const InputBlock* block = &parent; block->getActualParent() != nullptr;
          block = block->getActualParent()) {
-      here = "/" + std::string(block->getName()) + here;
+      here.insert(0, fmt::format("/{}", block->getName()));
     }
     std::string best;
     std::size_t bestShared = 0;
@@ -796,6 +796,19 @@ class Document::Checker {
     return name;
   }
 
+  /// Whether the value of a tag, or an item of it, names something that could not be read.
+  [[nodiscard]] bool namesSkipped(const InputTag& tag, std::size_t item) {
+    if (b_->skipped_.empty()) {
+      return false;
+    }
+    std::vector<std::string> items = split(" \t\n().", tag.getRawValue());
+    if (item > 0 && item <= items.size()) {
+      items = {items[item - 1]};
+    }
+    return std::any_of(items.begin(), items.end(),
+                       [this](const auto& each) { return skippedWords().contains(each); });
+  }
+
   /// Whether a message only follows from what was told already.
   [[nodiscard]] bool isConsequence(const MessageDetails& details) {
     bool isFirst = true;
@@ -815,15 +828,8 @@ class Document::Checker {
           return true;
         }
       }
-      if (isFirst && tag != nullptr && !b_->skipped_.empty()) {
-        std::vector<std::string> items = split(" \t\n().", tag->getRawValue());
-        if (subject.item > 0 && subject.item <= items.size()) {
-          items = {items[subject.item - 1]};
-        }
-        if (std::any_of(items.begin(), items.end(),
-                        [this](const auto& item) { return skippedWords().contains(item); })) {
-          return true;
-        }
+      if (isFirst && tag != nullptr && namesSkipped(*tag, subject.item)) {
+        return true;
       }
       isFirst = false;
     }

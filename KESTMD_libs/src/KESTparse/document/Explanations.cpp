@@ -28,15 +28,15 @@ std::string quotedText(std::string_view text) {
   constexpr std::size_t longest = 60;
   std::string words = "'";
   bool isBehindBlank = false;
-  for (std::size_t i = 0; i < text.size(); ++i) {
-    const bool isBlank = isWhiteSpace(text[i]) || text[i] == '\r';
-    const bool startsCharacter = (static_cast<unsigned char>(text[i]) & 0xc0) != 0x80;
+  for (const char c : text) {
+    const bool isBlank = isWhiteSpace(c) || c == '\r';
+    const bool startsCharacter = (static_cast<unsigned char>(c) & 0xc0) != 0x80;
     if (words.size() > longest && startsCharacter) {
       words += "...";
       break;
     }
     if (!isBlank || !isBehindBlank) {
-      words += isBlank ? ' ' : text[i];
+      words += isBlank ? ' ' : c;
     }
     isBehindBlank = isBlank;
   }

@@ -362,9 +362,9 @@ class SyntaxDoctor {
       twoNames(first, trimmed(words_.substr(blank)), opens);
       return;
     }
-    const auto bad =
-        std::find_if(words_.begin(), words_.end(), [](char c) { return !isNameCharacter(c); });
-    const auto begin = static_cast<std::size_t>(bad - words_.begin());
+    const auto begin = static_cast<std::size_t>(
+        std::find_if(words_.begin(), words_.end(), [](char c) { return !isNameCharacter(c); }) -
+        words_.begin());
     bool isValid = true;
     const std::size_t length =
         begin < words_.size() ? codePointLength(words_.substr(begin), isValid) : 0;

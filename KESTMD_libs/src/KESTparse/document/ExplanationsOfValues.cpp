@@ -1224,6 +1224,8 @@ class ValueDoctor {
   }
 
   /// What is wrong with what stands around the items; `inner` becomes the place of these.
+  // One paragraph for each way in which people write it.
+  // NOLINTNEXTLINE(readability-function-cognitive-complexity)
   [[nodiscard]] std::optional<Slip> brackets(std::size_t begin, Span& inner) const {
     const std::string_view text = std::string_view(value_).substr(begin);
     const char front = text.front();
@@ -1347,6 +1349,7 @@ class ValueDoctor {
   }
 
   /// Commas or semicolons between items, or as decimal marks.
+  // NOLINTNEXTLINE(readability-function-cognitive-complexity): likewise.
   [[nodiscard]] std::optional<Slip> commas(Span inner, const std::vector<ListItem>& found) const {
     const std::size_t first = value_.find_first_of(",;", inner.begin);
     if (first >= inner.end) {

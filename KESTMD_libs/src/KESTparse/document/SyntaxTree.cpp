@@ -168,6 +168,7 @@ class Pairer {
   Pairer(const std::vector<Item>& items, std::string_view text, const BlockOracle& mayStand)
       : items_(&items), text_(text), mayStand_(&mayStand) {}
 
+  // NOLINTNEXTLINE(readability-function-cognitive-complexity): one case for each kind of item.
   [[nodiscard]] Pairing pair(By by, bool readsSwallowed = true) {
     Pairing result;
     result.readsSwallowed = readsSwallowed;
@@ -319,6 +320,7 @@ Pairing bestPairing(const std::vector<Item>& items, std::string_view text,
 
 }  // namespace
 
+// NOLINTNEXTLINE(readability-function-cognitive-complexity): one case for each kind of item.
 SyntaxTree::SyntaxTree(std::string text, const BlockOracle& mayStand) : text_(std::move(text)) {
   if (text_.size() >= SyntaxNode::nowhere) {
     throw std::length_error("a command file must be smaller than 4 GB");

@@ -82,10 +82,10 @@ class Reading {
 };
 
 unsigned Reading::lineOf(std::size_t at) {
-  const auto begin = text_.begin() + static_cast<std::ptrdiff_t>(counted_);
-  const auto end = text_.begin() + static_cast<std::ptrdiff_t>(at + 1);
-  line_ += static_cast<unsigned>(std::count(begin, std::max(begin, end), '\n'));
-  counted_ = std::max(counted_, at + 1);
+  const std::size_t end = std::max(counted_, at + 1);
+  const std::string_view passed = text_.substr(counted_, end - counted_);
+  line_ += static_cast<unsigned>(std::count(passed.begin(), passed.end(), '\n'));
+  counted_ = end;
   return line_;
 }
 
