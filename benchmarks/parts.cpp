@@ -50,8 +50,8 @@ void countBytes(benchmark::State& state, std::size_t bytes) {
 
 /// Builds the tables of all places below `master`, of which a run builds those that it uses.
 void declareAll(const InputBlock& master) {
-  for (std::size_t i = 0; i < master.getLogicalNumBlocks(); ++i) {
-    declareAll(master.getLogicalBlock(i));
+  for (const InputBlock& child : master.logicalBlocks()) {
+    declareAll(child);
   }
 }
 

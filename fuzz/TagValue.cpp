@@ -17,14 +17,14 @@
 
 namespace {
 
-using Place = std::pair<const KESTparse::InputBlock*, std::size_t>;
+using Place = std::pair<const KESTparse::InputBlock*, const KESTparse::InputTag*>;
 
 void collect(const KESTparse::InputBlock& block, std::vector<Place>& places) {
-  for (std::size_t i = 0; i < block.getLogicalNumTags(); ++i) {
-    places.emplace_back(&block, i);
+  for (const KESTparse::InputTag& tag : block.logicalTags()) {
+    places.emplace_back(&block, &tag);
   }
-  for (std::size_t i = 0; i < block.getLogicalNumBlocks(); ++i) {
-    collect(block.getLogicalBlock(i), places);
+  for (const KESTparse::InputBlock& child : block.logicalBlocks()) {
+    collect(child, places);
   }
 }
 
@@ -41,7 +41,7 @@ const std::vector<Place>& allTags() {
 /// Gives the tag a value and takes it away again.
 void setAndRemove(const Place& place, std::string_view text) {
   const auto block = place.first->logicalClone(nullptr);
-  KESTparse::InputTag& tag = block->getTag(place.first->getLogicalTag(place.second).getName());
+  KESTparse::InputTag& tag = block->getTag(place.second->getName());
   try {
     tag.setRawValue(text);
     nlohmann::json value;

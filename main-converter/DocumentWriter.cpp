@@ -143,8 +143,7 @@ struct DocumentWriter::Order {
 
 DocumentWriter::Order::Order(const InputBlock& master, std::size_t indentOfKeys)
     : indent(indentOfKeys) {
-  for (std::size_t i = 0; i < master.getLogicalNumTags(); ++i) {
-    const InputTag& tag = master.getLogicalTag(i);
+  for (const InputTag& tag : master.logicalTags()) {
     Place place;
     place.name = tag.getName();
     place.isRepeatable = tag.isRepeatable();
@@ -275,12 +274,11 @@ DocumentWriter::~DocumentWriter() = default;
 /// Makes the orders of all blocks that the tree has. True when all their texts are ASCII.
 bool DocumentWriter::prepare(const InputBlock& block, Order& order) {
   AsciiCheck check;
-  for (std::size_t i = 0; i < block.getNumTags(); ++i) {
-    block.getTag(i).accept(check);
+  for (const InputTag& tag : block.tags()) {
+    tag.accept(check);
   }
   bool isAsciiOnly = check.passed();
-  for (std::size_t i = 0; i < block.getNumBlocks(); ++i) {
-    const InputBlock& child = block.getBlock(i);
+  for (const InputBlock& child : block.blocks()) {
     if (&block != domain_ || child.getName() != "PARALLEL") {
       isAsciiOnly = prepare(child, order.below(*child.getLogicalMaster())) && isAsciiOnly;
     }
@@ -342,8 +340,7 @@ void DocumentWriter::writeBlock(const InputBlock& block, const Order& order) {
         }
       }
     } else {
-      for (std::size_t i = 0; i < block.getNumBlocks(); ++i) {
-        const InputBlock& child = block.getBlock(i);
+      for (const InputBlock& child : block.blocks()) {
         if (child.getLogicalMaster() == place.master) {
           begin();
           writeBlock(child, *place.below);

@@ -88,14 +88,12 @@ TreeCallbacks jsonCallbacks() {
 void walkTree(const InputBlock& root, std::vector<std::string>& path, json& target,
               const TreeCallbacks& callbacks) {
   callbacks.block(root, path, &target);
-  for (std::size_t i = 0; i < root.getNumTags(); ++i) {
-    const InputTag& tag = root.getTag(i);
+  for (const InputTag& tag : root.tags()) {
     path.emplace_back(tag.getName());
     callbacks.tag(tag, path, &placeFor(target, path.back(), tag.isRepeatable()));
     path.pop_back();
   }
-  for (std::size_t i = 0; i < root.getNumBlocks(); ++i) {
-    const InputBlock& block = root.getBlock(i);
+  for (const InputBlock& block : root.blocks()) {
     path.emplace_back(block.getName());
     walkTree(block, path, placeFor(target, path.back(), block.isRepeatable()), callbacks);
     path.pop_back();

@@ -114,8 +114,8 @@ class Explanations {
     }
     std::set<std::string> others;
     for (const Place& place : places_) {
-      for (std::size_t i = 0; i < place.block->getLogicalNumTags(); ++i) {
-        others.emplace(place.block->getLogicalTag(i).getName());
+      for (const InputTag& tag : place.block->logicalTags()) {
+        others.emplace(tag.getName());
       }
       for (const RuleFacts& rule : KESTparse::rulesOf(*place.block)) {
         others.insert(KESTparse::ruleCode(place.block->getName(), rule.name));
@@ -133,8 +133,8 @@ class Explanations {
         end.empty() ? std::vector<Place>() : KESTparse::findPlaces(root_, blockPart(asked, slash));
     for (const Place& owner : owners) {
       std::vector<std::string_view> tags;
-      for (std::size_t i = 0; i < owner.block->getLogicalNumTags(); ++i) {
-        tags.push_back(owner.block->getLogicalTag(i).getName());
+      for (const InputTag& tag : owner.block->logicalTags()) {
+        tags.push_back(tag.getName());
       }
       const std::string_view tag = KESTparse::nearestName(end, tags);
       if (!tag.empty()) {
@@ -268,8 +268,7 @@ class Explanations {
     if (block.getLogicalNumTags() > 0) {
       text += "\nTags:\n";
     }
-    for (std::size_t i = 0; i < block.getLogicalNumTags(); ++i) {
-      const InputTag& tag = block.getLogicalTag(i);
+    for (const InputTag& tag : block.logicalTags()) {
       text +=
           fmt::format("  {}{}\n", tag.getName(), tag.isMandatoryBySchema() ? " (mandatory)" : "");
       text += paragraph(remarkOf(tag), 6);
@@ -277,8 +276,7 @@ class Explanations {
     if (block.getLogicalNumBlocks() > 0) {
       text += "\nBlocks:\n";
     }
-    for (std::size_t i = 0; i < block.getLogicalNumBlocks(); ++i) {
-      const InputBlock& child = block.getLogicalBlock(i);
+    for (const InputBlock& child : block.logicalBlocks()) {
       text += fmt::format("  {} ({})\n", child.getName(), occurrence(child));
     }
     text += rulesText(block, nullptr);

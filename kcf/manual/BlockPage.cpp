@@ -37,15 +37,14 @@ std::string longDescriptionOf(const InputBlock& block) {
 /// at. Null when fewer than two do, and no rule of the block looks at it.
 const InputTag* decidingTag(const Place& place, const Supplement& supplement) {
   std::map<std::string_view, int> numDependents;
-  for (std::size_t i = 0; i < place.block->getLogicalNumTags(); ++i) {
-    for (const TagRule& rule : traitsOf(place.block->getLogicalTag(i)).rules) {
+  for (const InputTag& tag : place.block->logicalTags()) {
+    for (const TagRule& rule : traitsOf(tag).rules) {
       numDependents[rule.other] += rule.condition != nullptr ? 1 : 0;
     }
   }
   const InputTag* best = nullptr;
   int most = 1;
-  for (std::size_t i = 0; i < place.block->getLogicalNumTags(); ++i) {
-    const InputTag& tag = place.block->getLogicalTag(i);
+  for (const InputTag& tag : place.block->logicalTags()) {
     int count = numDependents[tag.getName()];
     if (tag.getName() == "type") {
       for (const std::string& choice : allowedValuesOf(tag)) {
@@ -246,8 +245,7 @@ class Row {
 data namedBy(const Place& place, const BlockContext& context) {
   data rows(data::type::list);
   for (const Place& other : *context.places) {
-    for (std::size_t i = 0; i < other.block->getLogicalNumTags(); ++i) {
-      const InputTag& tag = other.block->getLogicalTag(i);
+    for (const InputTag& tag : other.block->logicalTags()) {
       const std::vector<std::string> named = context.supplement->named(other.path, tag.getName());
       if (std::find(named.begin(), named.end(), place.path) != named.end()) {
         data row;
@@ -263,8 +261,7 @@ data namedBy(const Place& place, const BlockContext& context) {
 
 data tagRows(const Place& place, const BlockContext& context, const InputTag* deciding) {
   std::map<std::string_view, std::vector<std::string_view>> dependents;
-  for (std::size_t i = 0; i < place.block->getLogicalNumTags(); ++i) {
-    const InputTag& tag = place.block->getLogicalTag(i);
+  for (const InputTag& tag : place.block->logicalTags()) {
     for (const TagRule& rule : traitsOf(tag).rules) {
       if (rule.kind != TagRule::Kind::exclusive) {
         dependents[rule.other].push_back(tag.getName());
@@ -272,8 +269,7 @@ data tagRows(const Place& place, const BlockContext& context, const InputTag* de
     }
   }
   data rows(data::type::list);
-  for (std::size_t i = 0; i < place.block->getLogicalNumTags(); ++i) {
-    const InputTag& tag = place.block->getLogicalTag(i);
+  for (const InputTag& tag : place.block->logicalTags()) {
     rows.push_back(Row(place, tag, context).rowData(deciding, dependents[tag.getName()]));
   }
   return rows;
@@ -343,8 +339,7 @@ data blockData(const Place& place, const BlockContext& context) {
     page.set("more", prose(more));
   }
   data blocks(data::type::list);
-  for (std::size_t i = 0; i < block.getLogicalNumBlocks(); ++i) {
-    const InputBlock& child = block.getLogicalBlock(i);
+  for (const InputBlock& child : block.logicalBlocks()) {
     data row;
     row.set("page", pageOf({&child, pathOf(place.path, child)}));
     row.set("name", std::string(child.getName()));

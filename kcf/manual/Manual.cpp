@@ -173,8 +173,7 @@ class ManualWriter {
   /// The blocks from `place` down, as far as they are on the way to `current` or stand beside it.
   static std::string treeOf(const Place& place, const std::string& current) {
     std::string html = "<ul>\n";
-    for (std::size_t i = 0; i < place.block->getLogicalNumBlocks(); ++i) {
-      const InputBlock& child = place.block->getLogicalBlock(i);
+    for (const InputBlock& child : place.block->logicalBlocks()) {
       const Place at{&child, pathOf(place.path, child)};
       const bool isOnTheWay = at.path == current || current.starts_with(at.path + "/");
       const bool isDomain = place.path == "/";
@@ -195,8 +194,7 @@ class ManualWriter {
                        "</a>" + (block.isRepeatable() ? "*" : "") +
                        (block.isMandatory() ? " <span class=\"must\">needed</span>" : "") +
                        " <span class=\"help\">" + prose(descriptionOf(block)) + "</span>\n";
-    for (std::size_t i = 0; i < block.getLogicalNumBlocks(); ++i) {
-      const InputBlock& child = block.getLogicalBlock(i);
+    for (const InputBlock& child : block.logicalBlocks()) {
       html += overviewOf({&child, pathOf(place.path, child)});
     }
     return html + "</li></ul>\n";
@@ -233,8 +231,8 @@ class ManualWriter {
   [[nodiscard]] std::string tagIndex() const {
     std::map<char, std::map<std::string, std::vector<const Place*>>> letters;
     for (const Place& place : places_) {
-      for (std::size_t i = 0; i < place.block->getLogicalNumTags(); ++i) {
-        const std::string name(place.block->getLogicalTag(i).getName());
+      for (const InputTag& tag : place.block->logicalTags()) {
+        const std::string name(tag.getName());
         letters[KESTparse::toUpper(name).front()][name].push_back(&place);
       }
     }
@@ -416,8 +414,8 @@ class ManualWriter {
                      {"path", place.path},
                      {"page", page},
                      {"help", KESTparse::withSigns(descriptionOf(*place.block))}});
-      for (std::size_t i = 0; i < place.block->getLogicalNumTags(); ++i) {
-        addNames(place, place.block->getLogicalTag(i), page, all);
+      for (const InputTag& tag : place.block->logicalTags()) {
+        addNames(place, tag, page, all);
       }
       addRules(place, page, all);
     }

@@ -118,8 +118,10 @@ std::vector<double> SetupBlock::numbers(std::string_view tagName) const {
 
 std::vector<const KESTparse::InputTag*> SetupBlock::defaults() const {
   std::vector<const KESTparse::InputTag*> found;
-  for (std::size_t i = 0; schema != nullptr && i < schema->getLogicalNumTags(); ++i) {
-    const KESTparse::InputTag& prototype = schema->getLogicalTag(i);
+  if (schema == nullptr) {
+    return found;
+  }
+  for (const KESTparse::InputTag& prototype : schema->logicalTags()) {
     if (!prototype.getDefaultValue().empty() && tag(prototype.getName()) == nullptr &&
         isUsed(prototype, *this)) {
       found.push_back(&prototype);

@@ -253,8 +253,7 @@ class Builder {
 
 void Builder::addTags(const InputBlock& block, const std::string& path, ordered_json& properties,
                       ordered_json& required, ordered_json& conditional) const {
-  for (std::size_t i = 0; i < block.getLogicalNumTags(); ++i) {
-    const InputTag& tag = block.getLogicalTag(i);
+  for (const InputTag& tag : block.logicalTags()) {
     const TagTraits traits = traitsOf(tag);
     addPresence(block, tag, traits, required, conditional);
     ordered_json schema = valueSchema(tag, traits, path, supplement_);
@@ -279,8 +278,7 @@ void Builder::addBlocks(const InputBlock& block, const std::string& path, ordere
   // What population makes of nothing is always there.
   const std::unique_ptr<InputBlock> instance = block.logicalClone(nullptr);
   instance->populate();
-  for (std::size_t i = 0; i < block.getLogicalNumBlocks(); ++i) {
-    const InputBlock& child = block.getLogicalBlock(i);
+  for (const InputBlock& child : block.logicalBlocks()) {
     const std::string name(child.getName());
     if (child.isMandatory() || instance->getNumBlocksNamed(name) > 0) {
       required.push_back(name);

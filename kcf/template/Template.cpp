@@ -60,8 +60,7 @@ class Writer {
   /// the way to a named one.
   void writeChildren(const InputBlock& block, const std::string& path, bool isWritten,
                      std::size_t depth) {
-    for (std::size_t i = 0; i < block.getLogicalNumBlocks(); ++i) {
-      const InputBlock& child = block.getLogicalBlock(i);
+    for (const InputBlock& child : block.logicalBlocks()) {
       const std::string childPath = pathOf(path, child);
       const auto named = named_.find(childPath);
       const bool isChildWritten = named != named_.end() || (isWritten && child.isMandatory());
@@ -97,8 +96,7 @@ class Writer {
     // A block without any tag needs those that are mandatory whatever the others say.
     const std::unique_ptr<InputBlock> empty =
         block.getLogicalNumTags() == 0 ? nullptr : block.logicalClone(nullptr);
-    for (std::size_t i = 0; i < block.getLogicalNumTags(); ++i) {
-      const InputTag& tag = block.getLogicalTag(i);
+    for (const InputTag& tag : block.logicalTags()) {
       if (!isWritableName(tag.getName())) {
         continue;
       }

@@ -117,12 +117,12 @@ void describe(const InputBlock& block, const std::string& path, const kcf::Suppl
   std::ostringstream description;
   block.getDescription(description);
   ordered_json subBlocks = ordered_json::array();
-  for (std::size_t i = 0; i < block.getLogicalNumBlocks(); ++i) {
-    subBlocks.push_back(block.getLogicalBlock(i).getName());
+  for (const InputBlock& child : block.logicalBlocks()) {
+    subBlocks.push_back(child.getName());
   }
   ordered_json tags = ordered_json::array();
-  for (std::size_t i = 0; i < block.getLogicalNumTags(); ++i) {
-    tags.push_back(describe(path, block.getLogicalTag(i), supplement));
+  for (const InputTag& tag : block.logicalTags()) {
+    tags.push_back(describe(path, tag, supplement));
   }
   blocks.push_back({{"path", path.empty() ? "/" : path},
                     {"name", block.getName()},
@@ -131,8 +131,7 @@ void describe(const InputBlock& block, const std::string& path, const kcf::Suppl
                     {"description", description.str()},
                     {"subBlocks", std::move(subBlocks)},
                     {"tags", std::move(tags)}});
-  for (std::size_t i = 0; i < block.getLogicalNumBlocks(); ++i) {
-    const InputBlock& child = block.getLogicalBlock(i);
+  for (const InputBlock& child : block.logicalBlocks()) {
     describe(child, path + "/" + std::string(child.getName()), supplement, blocks);
   }
 }

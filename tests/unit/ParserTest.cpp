@@ -29,8 +29,8 @@ std::string parsed(const std::string& text, const std::string& fileName = "f.kcf
     const InputBlock& block = *blocks.back();
     blocks.pop_back();
     tree += std::string(block.getName()) + "(" + std::to_string(block.getLine());
-    for (std::size_t i = 0; i < block.getNumTags(); ++i) {
-      tree += " " + std::string(block.getTag(i).getName()) + "=" + block.getTag(i).getRawValue();
+    for (const InputTag& tag : block.tags()) {
+      tree += " " + std::string(tag.getName()) + "=" + tag.getRawValue();
     }
     tree += ")";
     for (std::size_t i = block.getNumBlocks(); i > 0; --i) {

@@ -92,8 +92,7 @@ void checkBlock(const InputBlock& block, const std::string& path, std::set<std::
   }
   std::set<std::string> names;
   const auto instance = block.getLogicalParent() == nullptr ? nullptr : block.logicalClone(nullptr);
-  for (std::size_t i = 0; i < block.getLogicalNumTags(); ++i) {
-    const InputTag& tag = block.getLogicalTag(i);
+  for (const InputTag& tag : block.logicalTags()) {
     if (!names.insert(std::string(tag.getName())).second) {
       faults.insert(path + " " + std::string(tag.getName()) + ": name twice");
     }
@@ -106,8 +105,7 @@ void checkBlock(const InputBlock& block, const std::string& path, std::set<std::
       }
     }
   }
-  for (std::size_t i = 0; i < block.getLogicalNumBlocks(); ++i) {
-    const InputBlock& child = block.getLogicalBlock(i);
+  for (const InputBlock& child : block.logicalBlocks()) {
     if (!names.insert(std::string(child.getName())).second) {
       faults.insert(path + "/" + std::string(child.getName()) + ": name twice");
     }
@@ -213,8 +211,7 @@ bool neverPopulates(const InputTag& tag) {
 }
 
 void compareDefaults(const InputBlock& master, const std::string& path, int& compared) {
-  for (std::size_t i = 0; i < master.getLogicalNumTags(); ++i) {
-    const InputTag& tag = master.getLogicalTag(i);
+  for (const InputTag& tag : master.logicalTags()) {
     if (tag.getDefaultValue().empty() || neverPopulates(tag)) {
       continue;
     }
@@ -227,8 +224,7 @@ void compareDefaults(const InputBlock& master, const std::string& path, int& com
       ADD_FAILURE() << path << " " << tag.getName() << ": " << error.message;
     }
   }
-  for (std::size_t i = 0; i < master.getLogicalNumBlocks(); ++i) {
-    const InputBlock& child = master.getLogicalBlock(i);
+  for (const InputBlock& child : master.logicalBlocks()) {
     compareDefaults(child, path + "/" + std::string(child.getName()), compared);
   }
 }

@@ -358,8 +358,8 @@ class Kinds : public InputTagVisitor {
 TEST_F(TreeTest, visitorsSeeThroughConditions) {
   Kinds kinds;
   const InputBlock& leaf = master_->getLogicalBlock(0);
-  for (std::size_t i = 0; i < leaf.getLogicalNumTags(); ++i) {
-    leaf.getLogicalTag(i).accept(kinds);
+  for (const InputTag& tag : leaf.logicalTags()) {
+    tag.accept(kinds);
   }
   EXPECT_EQ(kinds.kinds, "trisbtrrrrTgSp");
 }

@@ -13,6 +13,7 @@
 #include <vector>
 
 #include "KESTparse/base/Assert.h"
+#include "KESTparse/framework/Counted.h"
 #include "KESTparse/framework/Message.h"
 
 namespace KESTparse {
@@ -75,6 +76,16 @@ class InputBlock {
   [[nodiscard]] const InputBlock& getLogicalBlock(std::size_t index) const;
   /// A prototype. An index beyond them is an assertion.
   [[nodiscard]] const InputTag& getLogicalTag(std::size_t index) const;
+  /// The logical sub-blocks, in order.
+  [[nodiscard]] auto logicalBlocks() const {
+    return Counted(getLogicalNumBlocks(),
+                   [this](std::size_t i) -> const InputBlock& { return getLogicalBlock(i); });
+  }
+  /// The prototypes, in order.
+  [[nodiscard]] auto logicalTags() const {
+    return Counted(getLogicalNumTags(),
+                   [this](std::size_t i) -> const InputTag& { return getLogicalTag(i); });
+  }
   /// Place of a tag in the schema; -1 when the block has none of that name.
   [[nodiscard]] int getLogicalTagPosition(std::string_view name) const;
   /// Place of a sub-block in the schema; -1 when the block has none of that name.
@@ -98,6 +109,23 @@ class InputBlock {
   /// A tag in file order. An index beyond them is an assertion.
   [[nodiscard]] const InputTag& getTag(std::size_t index) const;
   [[nodiscard]] InputTag& getTag(std::size_t index);
+  /// The sub-blocks, in file order.
+  [[nodiscard]] auto blocks() const {
+    return Counted(getNumBlocks(),
+                   [this](std::size_t i) -> const InputBlock& { return *availableBlocks_[i]; });
+  }
+  [[nodiscard]] auto blocks() {
+    return Counted(getNumBlocks(),
+                   [this](std::size_t i) -> InputBlock& { return *availableBlocks_[i]; });
+  }
+  /// The tags, in file order.
+  [[nodiscard]] auto tags() const {
+    return Counted(getNumTags(),
+                   [this](std::size_t i) -> const InputTag& { return *availableTags_[i]; });
+  }
+  [[nodiscard]] auto tags() {
+    return Counted(getNumTags(), [this](std::size_t i) -> InputTag& { return *availableTags_[i]; });
+  }
   /// The `index`-th sub-block of that name. An assertion when there are fewer.
   [[nodiscard]] const InputBlock& getBlock(std::string_view name, std::size_t index) const;
   [[nodiscard]] InputBlock& getBlock(std::string_view name, std::size_t index);

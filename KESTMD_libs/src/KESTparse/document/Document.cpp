@@ -420,9 +420,9 @@ class Document::Builder {
         badDefaults.emplace_back(&block, &tag);
       }
     }
-    for (std::size_t i = 0; i < block.getNumBlocks(); ++i) {
-      block.getBlock(i).addStandingBlocks();
-      complete(block.getBlock(i));
+    for (InputBlock& child : block.blocks()) {
+      child.addStandingBlocks();
+      complete(child);
     }
   }
 
@@ -551,11 +551,10 @@ class Document::Checker {
   /// Tags, and what is missing, here and below.
   void checkContent(InputBlock& block) {
     checkTags(block);
-    for (std::size_t i = 0; i < block.getNumBlocks(); ++i) {
-      checkContent(block.getBlock(i));
+    for (InputBlock& child : block.blocks()) {
+      checkContent(child);
     }
-    for (std::size_t i = 0; i < block.getLogicalNumBlocks(); ++i) {
-      const InputBlock& master = block.getLogicalBlock(i);
+    for (const InputBlock& master : block.logicalBlocks()) {
       if (master.isMandatory() && block.getNumBlocksNamed(master.getName()) == 0) {
         tellMissingBlock(block, master);
       }
@@ -564,8 +563,8 @@ class Document::Checker {
 
   /// The rules, those of sub-blocks first.
   void checkRules(InputBlock& block) {
-    for (std::size_t i = 0; i < block.getNumBlocks(); ++i) {
-      checkRules(block.getBlock(i));
+    for (InputBlock& child : block.blocks()) {
+      checkRules(child);
     }
     const auto stop = stopOf([&block] { block.checkRulesAlone(); });
     for (const Message& message : block.getErrors()) {
@@ -580,8 +579,7 @@ class Document::Checker {
   }
 
   void checkTags(InputBlock& block) {
-    for (std::size_t i = 0; i < block.getNumTags(); ++i) {
-      InputTag& tag = block.getTag(i);
+    for (InputTag& tag : block.tags()) {
       if (isUnknown(tag)) {
         continue;
       }
@@ -599,9 +597,8 @@ class Document::Checker {
         tellWarnings(block, tag, d_->syntax_[id]);
       }
     }
-    for (std::size_t i = 0; i < block.getLogicalNumTags(); ++i) {
-      const InputTag& prototype = block.getLogicalTag(i);
-      if (block.findTag(i) == nullptr && prototype.isMandatory(&block)) {
+    for (const InputTag& prototype : block.logicalTags()) {
+      if (block.findTag(prototype.getPosition()) == nullptr && prototype.isMandatory(&block)) {
         tellMissingTag(block, prototype);
       }
     }

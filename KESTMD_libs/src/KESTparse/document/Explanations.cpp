@@ -9,8 +9,8 @@ namespace KESTparse {
 std::vector<std::string_view> tagNamesOf(const InputBlock& block) {
   std::vector<std::string_view> names;
   names.reserve(block.getLogicalNumTags());
-  for (std::size_t i = 0; i < block.getLogicalNumTags(); ++i) {
-    names.push_back(block.getLogicalTag(i).getName());
+  for (const InputTag& tag : block.logicalTags()) {
+    names.push_back(tag.getName());
   }
   return names;
 }
@@ -18,8 +18,8 @@ std::vector<std::string_view> tagNamesOf(const InputBlock& block) {
 std::vector<std::string_view> blockNamesOf(const InputBlock& block) {
   std::vector<std::string_view> names;
   names.reserve(block.getLogicalNumBlocks());
-  for (std::size_t i = 0; i < block.getLogicalNumBlocks(); ++i) {
-    names.push_back(block.getLogicalBlock(i).getName());
+  for (const InputBlock& child : block.logicalBlocks()) {
+    names.push_back(child.getName());
   }
   return names;
 }

@@ -223,8 +223,7 @@ std::string blockReport(InputBlock& block) {
   if (!block.getErrors().empty()) {
     append("Block-Error", block.getErrors(), "");
   }
-  for (std::size_t i = 0; i < block.getNumTags(); ++i) {
-    InputTag& tag = block.getTag(i);
+  for (InputTag& tag : block.tags()) {
     if (!tag.validate()) {
       appendTag("Tag-Error", tag.getErrors(), tag);
     }
@@ -233,8 +232,7 @@ std::string blockReport(InputBlock& block) {
   if (!block.getWarnings().empty()) {
     append("Block-Warning", block.getWarnings(), "");
   }
-  for (std::size_t i = 0; i < block.getNumTags(); ++i) {
-    const InputTag& tag = block.getTag(i);
+  for (const InputTag& tag : block.tags()) {
     if (!tag.getWarnings().empty()) {
       appendTag("Tag-Warning ", tag.getWarnings(), tag);
     }
@@ -297,8 +295,8 @@ bool InputParser::validateSummary(std::ostream& out) {
       continue;
     }
     const std::string report = blockReport(block);
-    for (std::size_t i = 0; i < block.getNumBlocks(); ++i) {
-      blocks.push_back(&block.getBlock(i));
+    for (InputBlock& child : block.blocks()) {
+      blocks.push_back(&child);
     }
     if (!report.empty()) {
       console().show(level::warning, report);

@@ -314,12 +314,14 @@ class Choice {
   /// Adds tags without rules, those with a default first, until there are `count`.
   void addOptional(std::size_t count) {
     for (const bool hasDefault : {true, false}) {
-      for (std::size_t i = 0; i < block_->getLogicalNumTags() && tags_.size() < count; ++i) {
-        const InputTag& tag = block_->getLogicalTag(i);
+      for (const InputTag& tag : block_->logicalTags()) {
+        if (tags_.size() >= count) {
+          return;
+        }
         const TagTraits traits = traitsOf(tag);
         if (tag.getDefaultValue().empty() != hasDefault && traits.rules.empty() &&
             traits.kind != ValueKind::seriesFile && isWritableName(tag.getName())) {
-          tags_.try_emplace(i, hasDefault ? tag.getDefaultValue() : sampleOf(tag));
+          tags_.try_emplace(tag.getPosition(), hasDefault ? tag.getDefaultValue() : sampleOf(tag));
         }
       }
     }
@@ -360,10 +362,9 @@ class Choice {
   }
 
   void addRequired() {
-    for (std::size_t i = 0; i < block_->getLogicalNumTags(); ++i) {
-      const InputTag& tag = block_->getLogicalTag(i);
-      if (!tags_.contains(i) && tag.getDefaultValue().empty() && isRequired(tag)) {
-        tags_[i] = sampleOf(tag);
+    for (const InputTag& tag : block_->logicalTags()) {
+      if (!tags_.contains(tag.getPosition()) && tag.getDefaultValue().empty() && isRequired(tag)) {
+        tags_[tag.getPosition()] = sampleOf(tag);
       }
     }
   }
@@ -396,8 +397,7 @@ void write(const InputBlock& block, const std::string& path, bool isTopic, std::
     out << indent << "  " << block.getLogicalTag(position).getName() << " = " << value << "\n";
   }
   bool isEmpty = choice.tags().empty();
-  for (std::size_t i = 0; i < block.getLogicalNumBlocks(); ++i) {
-    const InputBlock& child = block.getLogicalBlock(i);
+  for (const InputBlock& child : block.logicalBlocks()) {
     if (child.isMandatory() || isCompanion(path, child.getName())) {
       write(child, pathOf(path, child), false, depth + 1, out);
       isEmpty = false;
@@ -441,8 +441,7 @@ std::string exampleOf(const Place& place) {
   std::ostringstream out;
   if (place.block->getLogicalParent() == nullptr) {
     // The root has no name in a command file.
-    for (std::size_t i = 0; i < place.block->getLogicalNumBlocks(); ++i) {
-      const InputBlock& block = place.block->getLogicalBlock(i);
+    for (const InputBlock& block : place.block->logicalBlocks()) {
       write(block, pathOf("/", block), true, 0, out);
     }
   } else {

@@ -13,8 +13,7 @@ namespace {
 
 void collect(const InputBlock& block, const std::string& path, std::vector<Place>& places) {
   places.push_back({&block, path});
-  for (std::size_t i = 0; i < block.getLogicalNumBlocks(); ++i) {
-    const InputBlock& child = block.getLogicalBlock(i);
+  for (const InputBlock& child : block.logicalBlocks()) {
     collect(child, pathOf(path, child), places);
   }
 }
