@@ -15,7 +15,7 @@
 #include "JsonEmission.h"
 #include "KESTparse/base/Console.h"
 #include "KESTparse/base/GlobalValues.h"
-#include "KESTparse/framework/InputParseError.h"
+#include "KESTparse/framework/Guard.h"
 #include "KESTparse/framework/InputParser.h"
 #include "KESTparse/root/KestrixInputRoot.h"
 
@@ -88,6 +88,25 @@ std::string convert(std::string_view text) {
     std::abort();
   }
   return expected;
+}
+
+Outcome outcomeOf(std::string_view text) {
+  beginRun();
+  Outcome outcome{};
+  const auto stop = KESTparse::stopOf([&] { outcome.text = convert(text); });
+  if (stop) {
+    outcome.text = stop->text;
+  }
+  // Instead of a document that is no UTF-8 there is a report.
+  outcome.converts = !stop && outcome.text.starts_with('{');
+  return outcome;
+}
+
+void require(bool holds, const char* what) {
+  if (!holds) {
+    std::fprintf(stderr, "%s\n", what);
+    std::abort();
+  }
 }
 
 }  // namespace fuzz

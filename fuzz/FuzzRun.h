@@ -36,4 +36,14 @@ class ScratchFile {
 /// when the setup has errors.
 std::string convert(std::string_view text);
 
+/// What the converter makes of a command file.
+struct Outcome {
+  bool converts;     ///< whether there is a document
+  std::string text;  ///< the document, or what ends the run; empty when the validation finds errors
+};
+Outcome outcomeOf(std::string_view text);
+
+/// Ends the run with a find where what must hold does not.
+void require(bool holds, const char* what);
+
 }  // namespace fuzz

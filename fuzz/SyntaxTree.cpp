@@ -5,34 +5,22 @@
 #include "KESTparse/document/SyntaxTree.h"
 
 #include <algorithm>
-#include <cstdio>
-#include <cstdlib>
-#include <exception>
 #include <string>
 #include <vector>
 
 #include "FuzzRun.h"
-#include "KESTparse/base/Console.h"
 #include "KESTparse/document/Diff.h"
 #include "KESTparse/document/Format.h"
-#include "KESTparse/framework/InputParseError.h"
 #include "KESTparse/root/KestrixInputRoot.h"
 
 namespace {
 
+using fuzz::require;
 using KESTparse::NodeId;
 using KESTparse::NodeKind;
 using KESTparse::Span;
 using KESTparse::SyntaxNode;
 using KESTparse::SyntaxTree;
-
-void require(bool holds, const char* what) {
-  if (!holds) {
-    std::fputs(what, stderr);
-    std::fputs("\n", stderr);
-    std::abort();
-  }
-}
 
 /// Prints a tree: names, marks and values of the nodes, and what stands between them.
 class Printer {
@@ -171,21 +159,11 @@ std::string inOtherBlanks(const SyntaxTree& tree) {
 
 /// What the converter makes of a text: its document, or what ends it without places in the file.
 std::string outcomeOf(const std::string& text) {
-  fuzz::beginRun();
-  std::string outcome;
-  try {
-    return fuzz::convert(text);
-  } catch (const KESTparse::Stopped& stop) {
-    outcome = stop.text;
-  } catch (const KESTparse::InputParseError& error) {
-    outcome = error.message;
-  } catch (const std::string& thrown) {
-    outcome = thrown;
-  } catch (const std::exception& exception) {
-    outcome = exception.what();
+  fuzz::Outcome outcome = fuzz::outcomeOf(text);
+  if (!outcome.converts) {
+    std::erase_if(outcome.text, [](char c) { return c >= '0' && c <= '9'; });
   }
-  std::erase_if(outcome, [](char c) { return c >= '0' && c <= '9'; });
-  return outcome;
+  return std::move(outcome.text);
 }
 
 }  // namespace
