@@ -12,6 +12,7 @@
 #include "KESTparse/framework/InputTagConditions.h"
 #include "KESTparse/framework/Scanner.h"
 #include "KESTparse/vocabulary/Example.h"
+#include "KESTparse/vocabulary/Names.h"
 #include "KESTparse/vocabulary/RuleTable.h"
 #include "KESTparse/vocabulary/TagTraits.h"
 #include "manual/Html.h"
@@ -206,7 +207,7 @@ class Row {
           "Cannot be written in a command file: its name holds a character that no name has.");
     }
     if (const std::vector<std::string> named =
-            context_->supplement->named(place_->path, tag_->getName());
+            KESTparse::blocksNamedBy(place_->path, tag_->getName());
         !named.empty()) {
       std::string links;
       for (const std::string& path : named) {
@@ -246,7 +247,7 @@ data namedBy(const Place& place, const BlockContext& context) {
   data rows(data::type::list);
   for (const Place& other : *context.places) {
     for (const InputTag& tag : other.block->logicalTags()) {
-      const std::vector<std::string> named = context.supplement->named(other.path, tag.getName());
+      const std::vector<std::string> named = KESTparse::blocksNamedBy(other.path, tag.getName());
       if (std::find(named.begin(), named.end(), place.path) != named.end()) {
         data row;
         row.set("page", pageOf(other) + "#" + anchorOf(tag.getName()));

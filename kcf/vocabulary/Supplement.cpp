@@ -19,9 +19,6 @@ Supplement::Supplement() {
         if (told.contains("choices")) {
           meanings_[{path, tag}] = told["choices"];
         }
-        if (told.contains("names")) {
-          named_[{path, tag}] = told["names"];
-        }
       }
       for (const auto& [choice, tags] : needs.items()) {
         for (const std::string tag : tags) {
@@ -50,11 +47,6 @@ std::string Supplement::meaning(const std::string& path, std::string_view tag,
 std::set<std::string> Supplement::needs(const std::string& path, const std::string& choice) const {
   const auto it = needs_.find({path, choice});
   return it == needs_.end() ? std::set<std::string>() : it->second;
-}
-
-std::vector<std::string> Supplement::named(const std::string& path, std::string_view tag) const {
-  const auto it = named_.find({path, std::string(tag)});
-  return it == named_.end() ? std::vector<std::string>() : it->second;
 }
 
 }  // namespace kcf

@@ -1,6 +1,5 @@
 /// \file
-/// What the vocabulary's own texts leave open: what choices mean, what they need, what a name
-/// names.
+/// What the vocabulary's own texts leave open: what choices mean, and what they need.
 #pragma once
 
 #include <map>
@@ -8,7 +7,6 @@
 #include <string>
 #include <string_view>
 #include <utility>
-#include <vector>
 
 namespace kcf {
 
@@ -26,15 +24,12 @@ class Supplement {
   /// The tags that a choice of the deciding tag needs by a rule of the block.
   [[nodiscard]] std::set<std::string> needs(const std::string& path,
                                             const std::string& choice) const;
-  /// The paths of the blocks whose names a tag takes.
-  [[nodiscard]] std::vector<std::string> named(const std::string& path, std::string_view tag) const;
 
  private:
   using TagKey = std::pair<std::string, std::string>;  // path and tag
   std::map<TagKey, std::string> descriptions_;
   std::map<TagKey, std::map<std::string, std::string>> meanings_;
   std::map<std::pair<std::string, std::string>, std::set<std::string>> needs_;
-  std::map<TagKey, std::vector<std::string>> named_;
 };
 
 }  // namespace kcf

@@ -12,6 +12,7 @@
 #include "KESTparse/framework/InputTag.h"
 #include "KESTparse/framework/InputTagConditions.h"
 #include "KESTparse/root/KestrixInputRoot.h"
+#include "KESTparse/vocabulary/Names.h"
 #include "KESTparse/vocabulary/TagTraits.h"
 #include "vocabulary/Supplement.h"
 
@@ -109,7 +110,7 @@ ordered_json describe(const std::string& path, const InputTag& tag,
           {"length", lengthOf(traits)},
           {"conditions", conditionsOf(traits)},
           {"meanings", meaningsOf(path, tag, supplement)},
-          {"names", supplement.named(path, tag.getName())}};
+          {"names", blocksNamedBy(path, tag.getName())}};
 }
 
 void describe(const InputBlock& block, const std::string& path, const kcf::Supplement& supplement,

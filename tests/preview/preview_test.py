@@ -25,7 +25,7 @@ sys.path.insert(0, str(Path(__file__).resolve().parent.parent))
 from browser import SCREENSHOTS, Browser
 
 KCF, EXAMPLES = (Path(argument).resolve() for argument in sys.argv[1:3])
-AXE = os.environ.get("KESTRIX_AXE")  # axe.min.js; see scripts/install-axe
+AXE = os.environ.get("KESTRIX_AXE")  # axe.min.js; see scripts/install-npm
 WAIT_LIMIT = 30
 VIEW = "const view = kcfPreview.meshView; "
 ENTER, TAB = "\ue007", "\ue004"

@@ -16,6 +16,9 @@
 #include "KESTparse/framework/InputTagString.h"
 #include "KESTparse/framework/InputTagVisitor.h"
 #include "KESTparse/root/KestrixInputRoot.h"
+#include "KESTparse/vocabulary/Names.h"
+#include "KESTparse/vocabulary/Places.h"
+#include "KESTparse/vocabulary/TagTraits.h"
 
 namespace KESTparse {
 namespace {
@@ -146,6 +149,54 @@ TEST(Schema, hasNoFaultsButTheKnownOnes) {
   }
   for (const std::string& oddity : known) {
     EXPECT_TRUE(faults.contains(oddity)) << "no longer there: " << oddity;
+  }
+}
+
+bool hasTag(const KestrixInputRoot& root, std::string_view path, std::string_view tag) {
+  const Place place = findPlace(root, std::string(path));
+  return place.block != nullptr && place.block->getLogicalTagPosition(tag) >= 0;
+}
+
+TEST(Schema, hasTheTagsOfTheTableOfNames) {
+  const KestrixInputRoot root;
+  for (const Naming& naming : allNamings()) {
+    const std::string block(naming.block);
+    std::istringstream tags{std::string(naming.tags)};
+    for (std::string tag; tags >> tag;) {
+      EXPECT_TRUE(hasTag(root, block, tag)) << block << " " << tag;
+      const std::string region = regionTagOf(naming, tag);
+      const bool isAbove = region.starts_with("../");
+      const std::string holder = isAbove ? block.substr(0, block.rfind('/')) : block;
+      EXPECT_TRUE(region.empty() || hasTag(root, holder, region.substr(isAbove ? 3 : 0)))
+          << block << " " << tag << " " << region;
+    }
+    for (const DefiningTag& defined : naming.defined) {
+      EXPECT_TRUE(hasTag(root, defined.block, defined.tag)) << defined.block;
+      EXPECT_TRUE(naming.scope != NameScope::shared || !sharedBlock(block, defined).empty());
+    }
+  }
+}
+
+TEST(Schema, tellsOfEachFreeWordWhatItNames) {
+  const KestrixInputRoot root;
+  const std::set<std::string, std::less<>> namesNothing = {
+      "title", "author", "date", "multiregion", "ip", "ip_address", "reference_time", "check"};
+  for (const Place& place : placesOf(root)) {
+    for (std::size_t i = 0; i < place.block->getLogicalNumTags(); ++i) {
+      const InputTag& tag = place.block->getLogicalTag(i);
+      const TagTraits traits = traitsOf(tag);
+      const bool isWord = traits.kind == ValueKind::text || traits.kind == ValueKind::words ||
+                          traits.kind == ValueKind::position ||
+                          traits.kind == ValueKind::namedReals;
+      if (!isWord || tag.isRestricted() || !traits.entries.empty() ||
+          tag.getTypeName() == "boolean" || namesNothing.contains(tag.getName())) {
+        continue;
+      }
+      EXPECT_TRUE(!namingsOf(place.path, tag.getName()).empty() ||
+                  definingTag(place.path, tag.getName()) != nullptr ||
+                  (place.path == "/DOMAIN/CONTROLLER" && tag.getName() == "name"))
+          << place.path << " " << tag.getName();
+    }
   }
 }
 
