@@ -6,6 +6,7 @@
 #include <cstdint>
 #include <iosfwd>
 #include <memory>
+#include <memory_resource>
 #include <mutex>
 #include <string>
 #include <string_view>
@@ -24,6 +25,7 @@ class SubBlockAttributes;
 struct Condition;
 struct SubBlockRow;
 struct TagFacts;
+struct TagMessages;
 
 /// What the schema says of a block class at one place of the tree. The master owns it, its
 /// instances read it.
@@ -139,7 +141,13 @@ class InputBlock {
   /// Whether a tag of that name was given, by the file or by its default.
   [[nodiscard]] bool hasTag(std::string_view name) const { return getNumTagsNamed(name) > 0; }
   /// The first instance of the tag at a place of the schema; null when there is none.
-  [[nodiscard]] const InputTag* findTag(std::size_t position) const;
+  [[nodiscard]] const InputTag* findTag(std::size_t position) const {
+    return firstTag_ == nullptr || firstTag_[position] == 0
+               ? nullptr
+               : availableTags_[firstTag_[position] - 1].get();
+  }
+  /// Place of `tag` in file order; 0 when this block does not hold it.
+  [[nodiscard]] std::size_t indexOf(const InputTag& tag) const;
   /// The block at `path` below this one, with `..` for the parent; null when the file has none. A
   /// name that the schema has not is an assertion.
   [[nodiscard]] const InputBlock* getBlockByPath(std::string_view path) const;
@@ -183,6 +191,8 @@ class InputBlock {
       InputBlock* actualParent) const = 0;
   /// Takes `child` in and files it into the member that its row of the schema names.
   virtual InputBlock& addBlock(std::unique_ptr<InputBlock> child);
+  /// A copy of `text` that lasts as long as the tree of which this block is a part.
+  std::string_view keepText(std::string_view text);
   /// Takes `tag` in.
   virtual InputTag& addTag(std::unique_ptr<InputTag> tag);
   /// Destroys a sub-block and all that stands in it. An assertion when it is none of this block's.
@@ -213,6 +223,9 @@ class InputBlock {
   [[nodiscard]] const std::vector<Message>& getWarnings() const;
   /// Adds an error or a warning; rules add theirs by the words of `RuleMessage.h`.
   void addMessage(Severity severity, Message message);
+  /// The messages of one of its tags.
+  TagMessages& messagesOf(const InputTag& tag);
+  void forgetMessagesOf(const InputTag& tag);
   /// The place in the schema of the tag that is bound to `member`; -1 when there is none.
   [[nodiscard]] int getTagPositionOfMember(std::string_view member) const;
 
@@ -245,10 +258,7 @@ class InputBlock {
  private:
   friend struct BlockSchema;
   friend class TagRowBase;
-  struct Messages {
-    std::vector<Message> errors;
-    std::vector<Message> warnings;
-  };
+  struct Messages;
 
   /// The instances of a sub-block.
   struct SubBlocks {
@@ -257,6 +267,8 @@ class InputBlock {
   };
 
   Messages& messages();
+  /// Forgets what this block said, but not what its tags said.
+  void forgetMessages();
   void build();
   unsigned validateTree();
   /// Checks the tags and reports those that are missing. What tags say depends on their own values
@@ -264,6 +276,8 @@ class InputBlock {
   void validateTags();
   /// Whether no tag has an error or a warning, as far as that is known without asking them.
   [[nodiscard]] bool tagsAreSilent() const;
+  /// Makes room for the tags of `last`: its like in front of it has as many, as a rule.
+  void expectTagsLikeThoseBefore(InputBlock& last) const;
   void takeTag(std::unique_ptr<InputTag> tag);
   void countTags();
   void removeAll();
@@ -282,11 +296,12 @@ class InputBlock {
   std::vector<std::unique_ptr<InputBlock>> availableBlocks_;
   std::vector<std::unique_ptr<InputTag>> availableTags_;
   /// For each tag of the schema the place of its first instance in `availableTags_`, counted
-  /// from 1.
-  std::vector<std::uint32_t> firstTag_;
-  /// For each sub-block of the schema; may be empty when there is none at all.
-  std::vector<SubBlocks> subBlocks_;
+  /// from 1; null when there is none at all.
+  std::unique_ptr<std::uint32_t[]> firstTag_;
+  /// For each sub-block of the schema; null when there is none at all.
+  std::unique_ptr<SubBlocks[]> subBlocks_;
   std::unique_ptr<Messages> messages_;
+  std::unique_ptr<std::pmr::monotonic_buffer_resource> texts_;  ///< of the tree below
   std::shared_ptr<const std::string> fileName_;
   unsigned line_ = 0;
   unsigned tagErrors_ = 0;  ///< tags whose values are refused

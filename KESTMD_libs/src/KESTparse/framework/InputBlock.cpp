@@ -3,6 +3,7 @@
 #include <fmt/core.h>
 
 #include <algorithm>
+#include <unordered_map>
 #include <utility>
 
 #include "KESTparse/base/Assert.h"
@@ -32,6 +33,12 @@ std::string quotedNames(const Nodes& nodes, NameOf nameOf) {
 }
 
 }  // namespace
+
+struct InputBlock::Messages {
+  std::vector<Message> errors;
+  std::vector<Message> warnings;
+  std::unordered_map<const InputTag*, TagMessages> ofTags;
+};
 
 BlockSchema::BlockSchema(std::string_view keyword, InputBlock* parent, bool isMandatory,
                          bool isRepeatable)
@@ -138,12 +145,13 @@ const InputTag& InputBlock::getTag(std::string_view name, std::size_t index) con
 }
 
 std::size_t InputBlock::countBlocks(std::size_t position) const {
-  return position < subBlocks_.size() ? subBlocks_[position].count : 0;
+  return subBlocks_ == nullptr ? 0 : subBlocks_[position].count;
 }
 
-const InputTag* InputBlock::findTag(std::size_t position) const {
-  const std::size_t first = position < firstTag_.size() ? firstTag_[position] : 0;
-  return first == 0 ? nullptr : availableTags_[first - 1].get();
+std::size_t InputBlock::indexOf(const InputTag& tag) const {
+  const auto it = std::find_if(availableTags_.begin(), availableTags_.end(),
+                               [&tag](const auto& other) { return other.get() == &tag; });
+  return it == availableTags_.end() ? 0 : static_cast<std::size_t>(it - availableTags_.begin());
 }
 
 std::size_t InputBlock::countTags(std::size_t position) const {
@@ -187,7 +195,7 @@ const InputBlock* InputBlock::getBlockByPath(std::string_view path) const {
                                          << " does not exist within block "
                                          << quoted(block->getName()));
     const auto index = static_cast<std::size_t>(position);
-    block = index < block->subBlocks_.size() ? block->subBlocks_[index].first : nullptr;
+    block = block->subBlocks_ == nullptr ? nullptr : block->subBlocks_[index].first;
   }
   return block;
 }
@@ -222,7 +230,18 @@ InputBlock& InputBlock::getBlock(std::string_view name,
          "You need to call InputBlock::addBlock in your addBlock routine in block " << getName());
   block.fileName_ = fileName;
   block.line_ = line;
+  expectTagsLikeThoseBefore(block);
   return block;
+}
+
+void InputBlock::expectTagsLikeThoseBefore(InputBlock& last) const {
+  if (availableBlocks_.size() < 2) {
+    return;
+  }
+  const InputBlock& before = **(availableBlocks_.end() - 2);
+  if (before.schema_ == last.schema_) {
+    last.availableTags_.reserve(before.availableTags_.size());
+  }
 }
 
 InputTag& InputBlock::getTag(std::string_view name) {
@@ -266,7 +285,9 @@ InputBlock& InputBlock::addBlock(std::unique_ptr<InputBlock> child) {
 }
 
 InputBlock::SubBlocks& InputBlock::subBlocks(std::size_t position) {
-  subBlocks_.resize(schema_->subBlocks.size());
+  if (subBlocks_ == nullptr) {
+    subBlocks_ = std::make_unique<SubBlocks[]>(schema_->subBlocks.size());
+  }
   return subBlocks_[position];
 }
 
@@ -284,17 +305,18 @@ InputTag& InputBlock::addTag(std::unique_ptr<InputTag> tag) {
 
 void InputBlock::takeTag(std::unique_ptr<InputTag> tag) {
   ++GlobalValues::instance().treeChanges;
-  firstTag_.resize(schema_->tags.size());
-  tag->setIndex(static_cast<std::uint32_t>(availableTags_.size()));
-  std::uint32_t& first = firstTag_[tag->getPosition()];
-  if (first == 0) {
-    first = tag->getIndex() + 1;
+  if (firstTag_ == nullptr) {
+    firstTag_ = std::make_unique<std::uint32_t[]>(schema_->tags.size());
   }
+  std::uint32_t& first = firstTag_[tag->getPosition()];
   availableTags_.push_back(std::move(tag));
+  if (first == 0) {
+    first = static_cast<std::uint32_t>(availableTags_.size());
+  }
 }
 
 void InputBlock::countTags() {
-  std::fill(firstTag_.begin(), firstTag_.end(), 0);
+  firstTag_.reset();
   std::vector<std::unique_ptr<InputTag>> tags;
   tags.swap(availableTags_);
   for (auto& tag : tags) {
@@ -334,13 +356,15 @@ void InputBlock::removeBlock(InputBlock& child) {
 }
 
 void InputBlock::removeTag(InputTag& tag) {
-  ASSERT(tag.getIndex() < getNumTags(), "tag->getIndex() < getNumTags() in block '"
-                                            << getName() << "' for tag '" << tag.getName()
-                                            << "' as " << tag.getIndex() << " >= " << getNumTags());
+  const std::size_t index = tag.getIndex();
+  ASSERT(index < getNumTags(), "tag->getIndex() < getNumTags() in block '"
+                                   << getName() << "' for tag '" << tag.getName() << "' as "
+                                   << index << " >= " << getNumTags());
   ASSERT(tag.getActualParent() == this, "tag->getActualParent() == this");
   ++GlobalValues::instance().treeChanges;
   tag.assignPreset();
-  availableTags_.erase(availableTags_.begin() + static_cast<std::ptrdiff_t>(tag.getIndex()));
+  forgetMessagesOf(tag);
+  availableTags_.erase(availableTags_.begin() + static_cast<std::ptrdiff_t>(index));
   countTags();
 }
 
@@ -395,7 +419,7 @@ bool InputBlock::tagsAreSilent() const {
 }
 
 unsigned InputBlock::validateTree() {
-  messages_.reset();
+  forgetMessages();
   validateTags();
   unsigned errors = tagErrors_;
   for (const auto& block : availableBlocks_) {
@@ -422,7 +446,7 @@ unsigned InputBlock::validate() {
 }
 
 void InputBlock::checkRulesAlone() {
-  messages_.reset();
+  forgetMessages();
   checkRulesAlways();
   checkRules();
 }
@@ -462,6 +486,35 @@ InputBlock::Messages& InputBlock::messages() {
     messages_ = std::make_unique<Messages>();
   }
   return *messages_;
+}
+
+void InputBlock::forgetMessages() {
+  if (messages_ != nullptr) {
+    messages_->errors.clear();
+    messages_->warnings.clear();
+  }
+}
+
+TagMessages& InputBlock::messagesOf(const InputTag& tag) {
+  return messages().ofTags[&tag];
+}
+
+void InputBlock::forgetMessagesOf(const InputTag& tag) {
+  if (messages_ != nullptr) {
+    messages_->ofTags.erase(&tag);
+  }
+}
+
+std::string_view InputBlock::keepText(std::string_view text) {
+  if (actualParent_ != nullptr) {
+    return actualParent_->keepText(text);
+  }
+  if (texts_ == nullptr) {
+    texts_ = std::make_unique<std::pmr::monotonic_buffer_resource>();
+  }
+  char* const kept = static_cast<char*>(texts_->allocate(text.size(), 1));
+  std::copy(text.begin(), text.end(), kept);
+  return {kept, text.size()};
 }
 
 const std::vector<Message>& InputBlock::getErrors() const {
