@@ -6,11 +6,9 @@
 #include <cstdint>
 #include <iosfwd>
 #include <memory>
-#include <memory_resource>
 #include <mutex>
 #include <string>
 #include <string_view>
-#include <unordered_map>
 #include <vector>
 
 #include "KESTparse/base/Assert.h"
@@ -31,22 +29,24 @@ struct TagMessages;
 /// instances read it.
 struct BlockSchema {
   std::string_view name;               ///< the keyword
+  const InputBlock* master;            ///< the block that owns this
   InputBlock* logicalParent;           ///< the master that holds this one; null for the root
   bool mandatory;                      ///< must appear in its parent
   bool repeatable;                     ///< may appear more than once
   std::uint32_t position = 0;          ///< place among the sub-blocks of the parent
   std::vector<SubBlockRow> subBlocks;  ///< the logical sub-blocks, in order
-  std::vector<std::unique_ptr<InputTag>> tags;               ///< the prototypes, in order
-  std::vector<std::unique_ptr<TagFacts>> facts;              ///< what the prototypes tell
-  std::vector<std::unique_ptr<Condition>> conditions;        ///< what conditional tags depend on
-  std::vector<std::string_view> identifyingTags;             ///< tags that tell instances apart
-  std::unordered_map<std::string_view, int> blockPositions;  ///< sub-blocks by their names
-  std::unordered_map<std::string_view, int> tagPositions;    ///< prototypes by their names
+  std::vector<std::unique_ptr<InputTag>> tags;         ///< the prototypes, in order
+  std::vector<std::unique_ptr<TagFacts>> facts;        ///< what the prototypes tell
+  std::vector<std::unique_ptr<Condition>> conditions;  ///< what conditional tags depend on
+  std::vector<std::string_view> identifyingTags;       ///< tags that tell instances apart
+  std::vector<std::string_view> blockNames;            ///< of the sub-blocks, in order
+  std::vector<std::string_view> tagNames;              ///< of the prototypes, in order
   std::once_flag declaration;         ///< the class adds its sub-blocks and its tags once
   std::atomic<bool> declared{false};  ///< set behind that
   std::atomic<bool> frozen{false};    ///< set by the first instance: no more can be added
 
-  BlockSchema(std::string_view keyword, InputBlock* parent, bool isMandatory, bool isRepeatable);
+  BlockSchema(const InputBlock& owner, std::string_view keyword, InputBlock* parent,
+              bool isMandatory, bool isRepeatable);
   ~BlockSchema();
 };
 
@@ -94,7 +94,9 @@ class InputBlock {
   [[nodiscard]] int getLogicalBlockPosition(std::string_view name) const;
   [[nodiscard]] const InputBlock* getLogicalParent() const { return schema_->logicalParent; }
   /// The master of an instance; null for a master.
-  [[nodiscard]] const InputBlock* getLogicalMaster() const { return logicalMaster_; }
+  [[nodiscard]] const InputBlock* getLogicalMaster() const {
+    return ownSchema_ == nullptr ? schema_->master : nullptr;
+  }
   /// Names of the tags that tell one instance from its like.
   [[nodiscard]] const std::vector<std::string_view>& getIdentifyingTags() const {
     return schema_->identifyingTags;
@@ -142,9 +144,10 @@ class InputBlock {
   [[nodiscard]] bool hasTag(std::string_view name) const { return getNumTagsNamed(name) > 0; }
   /// The first instance of the tag at a place of the schema; null when there is none.
   [[nodiscard]] const InputTag* findTag(std::size_t position) const {
-    return firstTag_ == nullptr || firstTag_[position] == 0
-               ? nullptr
-               : availableTags_[firstTag_[position] - 1].get();
+    const std::size_t first = firstTag_ == nullptr ? 0 : firstTag_[position];
+    return first == 0          ? nullptr
+           : first < farBehind ? availableTags_[first - 1].get()
+                               : findTagFarBehind(position);
   }
   /// Place of `tag` in file order; 0 when this block does not hold it.
   [[nodiscard]] std::size_t indexOf(const InputTag& tag) const;
@@ -258,7 +261,8 @@ class InputBlock {
  private:
   friend struct BlockSchema;
   friend class TagRowBase;
-  struct Messages;
+  /// What few blocks have: messages, and at the top of a tree its texts.
+  struct Extras;
 
   /// The instances of a sub-block.
   struct SubBlocks {
@@ -266,7 +270,7 @@ class InputBlock {
     std::uint32_t count = 0;
   };
 
-  Messages& messages();
+  Extras& extras();
   /// Forgets what this block said, but not what its tags said.
   void forgetMessages();
   void build();
@@ -276,6 +280,7 @@ class InputBlock {
   void validateTags();
   /// Whether no tag has an error or a warning, as far as that is known without asking them.
   [[nodiscard]] bool tagsAreSilent() const;
+  [[nodiscard]] const InputTag* findTagFarBehind(std::size_t position) const;
   /// Makes room for the tags of `last`: its like in front of it has as many, as a rule.
   void expectTagsLikeThoseBefore(InputBlock& last) const;
   void takeTag(std::unique_ptr<InputTag> tag);
@@ -289,25 +294,27 @@ class InputBlock {
   /// The row of the schema for `child`; an assertion when there is none.
   [[nodiscard]] SubBlockRow& rowOf(const InputBlock& child) const;
 
-  std::unique_ptr<BlockSchema> ownSchema_;
+  /// Stands for a place that is too far behind for `firstTag_`: only a tag that stands behind
+  /// thousands of the same name is searched for.
+  static constexpr std::size_t farBehind = 0xffff;
+
+  // A large setup has hundreds of thousands of blocks, so they hold nothing that few of them need.
+  std::unique_ptr<BlockSchema> ownSchema_;  ///< null for an instance
   BlockSchema* schema_;
-  const InputBlock* logicalMaster_ = nullptr;
   InputBlock* actualParent_ = nullptr;
   std::vector<std::unique_ptr<InputBlock>> availableBlocks_;
   std::vector<std::unique_ptr<InputTag>> availableTags_;
   /// For each tag of the schema the place of its first instance in `availableTags_`, counted
   /// from 1; null when there is none at all.
-  std::unique_ptr<std::uint32_t[]> firstTag_;
+  std::unique_ptr<std::uint16_t[]> firstTag_;
   /// For each sub-block of the schema; null when there is none at all.
   std::unique_ptr<SubBlocks[]> subBlocks_;
-  std::unique_ptr<Messages> messages_;
-  std::unique_ptr<std::pmr::monotonic_buffer_resource> texts_;  ///< of the tree below
+  std::unique_ptr<Extras> extras_;
   std::shared_ptr<const std::string> fileName_;
   unsigned line_ = 0;
-  unsigned tagErrors_ = 0;  ///< tags whose values are refused
-  std::uint64_t tagsCheckedAt_ = 0;
   bool tagsHaveMessages_ = false;
   bool lacksTags_ = false;
+  std::uint64_t tagsCheckedAt_ = 0;
 };
 
 /// The attributes of a sub-block, as its parent declares them.

@@ -147,6 +147,8 @@ class InputTag {
 
  private:
   [[nodiscard]] const TagMessages& messages() const;
+  /// The restricted value that is `text`; null when there is none.
+  [[nodiscard]] const std::string* restrictedWord(std::string_view text) const;
   /// The messages to add to.
   TagMessages& ownMessages();
 

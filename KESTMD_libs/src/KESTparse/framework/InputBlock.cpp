@@ -3,7 +3,8 @@
 #include <fmt/core.h>
 
 #include <algorithm>
-#include <unordered_map>
+#include <map>
+#include <memory_resource>
 #include <utility>
 
 #include "KESTparse/base/Assert.h"
@@ -32,27 +33,38 @@ std::string quotedNames(const Nodes& nodes, NameOf nameOf) {
   return names;
 }
 
+/// The place of `name` among `names`, which are few; -1 when it is none of them.
+int positionOf(std::string_view name, const std::vector<std::string_view>& names) {
+  const auto it = std::find(names.begin(), names.end(), name);
+  return it == names.end() ? -1 : static_cast<int>(it - names.begin());
+}
+
 }  // namespace
 
-struct InputBlock::Messages {
+struct InputBlock::Extras {
   std::vector<Message> errors;
   std::vector<Message> warnings;
-  std::unordered_map<const InputTag*, TagMessages> ofTags;
+  std::map<const InputTag*, TagMessages> ofTags;
+  unsigned refusedTags = 0;
+  std::unique_ptr<std::pmr::monotonic_buffer_resource> texts;
 };
 
-BlockSchema::BlockSchema(std::string_view keyword, InputBlock* parent, bool isMandatory,
-                         bool isRepeatable)
-    : name(keyword), logicalParent(parent), mandatory(isMandatory), repeatable(isRepeatable) {}
+BlockSchema::BlockSchema(const InputBlock& owner, std::string_view keyword, InputBlock* parent,
+                         bool isMandatory, bool isRepeatable)
+    : name(keyword),
+      master(&owner),
+      logicalParent(parent),
+      mandatory(isMandatory),
+      repeatable(isRepeatable) {}
 
 BlockSchema::~BlockSchema() = default;
 
 InputBlock::InputBlock(std::string_view name, InputBlock* logicalParent, bool mandatory,
                        bool repeatable)
-    : ownSchema_(std::make_unique<BlockSchema>(name, logicalParent, mandatory, repeatable)),
+    : ownSchema_(std::make_unique<BlockSchema>(*this, name, logicalParent, mandatory, repeatable)),
       schema_(ownSchema_.get()) {}
 
-InputBlock::InputBlock(const InputBlock& master)
-    : schema_(master.schema_), logicalMaster_(&master) {
+InputBlock::InputBlock(const InputBlock& master) : schema_(master.schema_) {
   schema_->frozen.store(true, std::memory_order_relaxed);
 }
 
@@ -85,13 +97,11 @@ const InputTag& InputBlock::getLogicalTag(std::size_t index) const {
 }
 
 int InputBlock::getLogicalTagPosition(std::string_view name) const {
-  const auto it = schema_->tagPositions.find(name);
-  return it == schema_->tagPositions.end() ? -1 : it->second;
+  return positionOf(name, schema_->tagNames);
 }
 
 int InputBlock::getLogicalBlockPosition(std::string_view name) const {
-  const auto it = schema_->blockPositions.find(name);
-  return it == schema_->blockPositions.end() ? -1 : it->second;
+  return positionOf(name, schema_->blockNames);
 }
 
 InputBlock& InputBlock::getBlock(std::size_t index) {
@@ -152,6 +162,13 @@ std::size_t InputBlock::indexOf(const InputTag& tag) const {
   const auto it = std::find_if(availableTags_.begin(), availableTags_.end(),
                                [&tag](const auto& other) { return other.get() == &tag; });
   return it == availableTags_.end() ? 0 : static_cast<std::size_t>(it - availableTags_.begin());
+}
+
+const InputTag* InputBlock::findTagFarBehind(std::size_t position) const {
+  const auto it =
+      std::find_if(availableTags_.begin() + (farBehind - 1), availableTags_.end(),
+                   [position](const auto& tag) { return tag->getPosition() == position; });
+  return it->get();
 }
 
 std::size_t InputBlock::countTags(std::size_t position) const {
@@ -266,6 +283,10 @@ InputTag& InputBlock::getTag(std::string_view name) {
 }
 
 SubBlockRow& InputBlock::rowOf(const InputBlock& child) const {
+  const std::size_t own = child.schema_->position;
+  if (own < schema_->subBlocks.size() && schema_->subBlocks[own].master->schema_ == child.schema_) {
+    return schema_->subBlocks[own];
+  }
   const int position = getLogicalBlockPosition(child.getName());
   ASSERT(position >= 0,
          "unknown block" << (spellsOutUnknownNames() ? " named " + std::string(child.getName())
@@ -306,12 +327,12 @@ InputTag& InputBlock::addTag(std::unique_ptr<InputTag> tag) {
 void InputBlock::takeTag(std::unique_ptr<InputTag> tag) {
   ++GlobalValues::instance().treeChanges;
   if (firstTag_ == nullptr) {
-    firstTag_ = std::make_unique<std::uint32_t[]>(schema_->tags.size());
+    firstTag_ = std::make_unique<std::uint16_t[]>(schema_->tags.size());
   }
-  std::uint32_t& first = firstTag_[tag->getPosition()];
+  std::uint16_t& first = firstTag_[tag->getPosition()];
   availableTags_.push_back(std::move(tag));
   if (first == 0) {
-    first = static_cast<std::uint32_t>(availableTags_.size());
+    first = static_cast<std::uint16_t>(std::min(availableTags_.size(), farBehind));
   }
 }
 
@@ -392,12 +413,15 @@ void InputBlock::validateTags() {
   const std::uint64_t changes = GlobalValues::instance().treeChanges;
   const bool isUnchanged = tagsCheckedAt_ == changes;
   if (!isUnchanged) {
-    tagErrors_ = 0;
+    unsigned refused = 0;
     tagsHaveMessages_ = false;
     for (const auto& tag : availableTags_) {
-      tagErrors_ += tag->validate() ? 0 : 1;
+      refused += tag->validate() ? 0 : 1;
       tagsHaveMessages_ =
           tagsHaveMessages_ || !tag->getErrors().empty() || !tag->getWarnings().empty();
+    }
+    if (refused > 0 || extras_ != nullptr) {
+      extras().refusedTags = refused;
     }
     tagsCheckedAt_ = changes;
   }
@@ -421,7 +445,7 @@ bool InputBlock::tagsAreSilent() const {
 unsigned InputBlock::validateTree() {
   forgetMessages();
   validateTags();
-  unsigned errors = tagErrors_;
+  unsigned errors = extras_ == nullptr ? 0 : extras_->refusedTags;
   for (const auto& block : availableBlocks_) {
     errors += block->validate();
   }
@@ -481,27 +505,27 @@ std::size_t InputBlock::getNumErrors() const {
   return errors;
 }
 
-InputBlock::Messages& InputBlock::messages() {
-  if (messages_ == nullptr) {
-    messages_ = std::make_unique<Messages>();
+InputBlock::Extras& InputBlock::extras() {
+  if (extras_ == nullptr) {
+    extras_ = std::make_unique<Extras>();
   }
-  return *messages_;
+  return *extras_;
 }
 
 void InputBlock::forgetMessages() {
-  if (messages_ != nullptr) {
-    messages_->errors.clear();
-    messages_->warnings.clear();
+  if (extras_ != nullptr) {
+    extras_->errors.clear();
+    extras_->warnings.clear();
   }
 }
 
 TagMessages& InputBlock::messagesOf(const InputTag& tag) {
-  return messages().ofTags[&tag];
+  return extras().ofTags[&tag];
 }
 
 void InputBlock::forgetMessagesOf(const InputTag& tag) {
-  if (messages_ != nullptr) {
-    messages_->ofTags.erase(&tag);
+  if (extras_ != nullptr) {
+    extras_->ofTags.erase(&tag);
   }
 }
 
@@ -509,24 +533,25 @@ std::string_view InputBlock::keepText(std::string_view text) {
   if (actualParent_ != nullptr) {
     return actualParent_->keepText(text);
   }
-  if (texts_ == nullptr) {
-    texts_ = std::make_unique<std::pmr::monotonic_buffer_resource>();
+  auto& texts = extras().texts;
+  if (texts == nullptr) {
+    texts = std::make_unique<std::pmr::monotonic_buffer_resource>();
   }
-  char* const kept = static_cast<char*>(texts_->allocate(text.size(), 1));
+  char* const kept = static_cast<char*>(texts->allocate(text.size(), 1));
   std::copy(text.begin(), text.end(), kept);
   return {kept, text.size()};
 }
 
 const std::vector<Message>& InputBlock::getErrors() const {
-  return messages_ == nullptr ? noMessages : messages_->errors;
+  return extras_ == nullptr ? noMessages : extras_->errors;
 }
 
 const std::vector<Message>& InputBlock::getWarnings() const {
-  return messages_ == nullptr ? noMessages : messages_->warnings;
+  return extras_ == nullptr ? noMessages : extras_->warnings;
 }
 
 void InputBlock::addMessage(Severity severity, Message message) {
-  auto& list = severity == Severity::error ? messages().errors : messages().warnings;
+  auto& list = severity == Severity::error ? extras().errors : extras().warnings;
   list.push_back(std::move(message));
 }
 
@@ -563,10 +588,10 @@ const InputBlock& InputBlock::declaredBlock(std::size_t position) const {
 
 SubBlockAttributes InputBlock::addLogicalBlock(SubBlockRow row) {
   ASSERT(row.master != nullptr, "child != nullptr");
-  ASSERT(logicalMaster_ == nullptr, "LOGICAL stuff must be applied to the master");
+  ASSERT(getLogicalMaster() == nullptr, "LOGICAL stuff must be applied to the master");
   BlockSchema& schema = *row.master->schema_;
   schema.position = static_cast<std::uint32_t>(schema_->subBlocks.size());
-  schema_->blockPositions.try_emplace(schema.name, static_cast<int>(schema.position));
+  schema_->blockNames.push_back(schema.name);
   schema_->subBlocks.push_back(std::move(row));
   return SubBlockAttributes(schema);
 }
@@ -576,7 +601,7 @@ InputTag& InputBlock::addLogicalTag(std::unique_ptr<TagFacts> facts,
   ASSERT(!schema_->frozen && availableBlocks_.empty() && availableTags_.empty(),
          "LOGICAL stuff might not be changed after the tree is beeing populated");
   facts->position = static_cast<std::uint32_t>(schema_->tags.size());
-  schema_->tagPositions.try_emplace(facts->name, static_cast<int>(facts->position));
+  schema_->tagNames.push_back(facts->name);
   facts->prototype = tag.get();
   schema_->facts.push_back(std::move(facts));
   schema_->tags.push_back(std::move(tag));

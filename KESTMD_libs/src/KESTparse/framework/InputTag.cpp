@@ -1,5 +1,7 @@
 #include "KESTparse/framework/InputTag.h"
 
+#include <algorithm>
+
 #include "KESTparse/base/Assert.h"
 #include "KESTparse/base/Conversions.h"
 #include "KESTparse/base/GlobalValues.h"
@@ -92,7 +94,9 @@ std::string InputTag::getUnit() const {
 
 void InputTag::setRawValue(std::string_view text) {
   ++GlobalValues::instance().treeChanges;
-  const std::string_view kept = block_->keepText(trim(text));
+  const std::string_view value = trim(text);
+  const std::string* const word = restrictedWord(value);
+  const std::string_view kept = word == nullptr ? block_->keepText(value) : *word;
   rawText_ = kept.data();
   rawSize_ = kept.size() & maxSize;
   passed_ = false;
@@ -111,20 +115,20 @@ void InputTag::setRawValue(std::string_view text) {
   commit();
 }
 
+const std::string* InputTag::restrictedWord(std::string_view text) const {
+  const std::vector<std::string>& words = facts_->restrictedValues;
+  const auto it = std::find(words.begin(), words.end(), text);
+  return it == words.end() ? nullptr : &*it;
+}
+
 bool InputTag::isAllowedWord() {
-  if (!isRestricted()) {
+  if (!isRestricted() || restrictedWord(getRawText()) != nullptr) {
     return true;
   }
-  for (const std::string& allowed : facts_->restrictedValues) {
-    if (getRawText() == allowed) {
-      return true;
-    }
-  }
-  addError((getRawText().empty()
-                ? "Empty value is not allowed for tag '"
-                : "Expression '" + getRawValue() + "' is not a valid value for tag '") +
-           std::string(getName()) + "'. Allowed values are " +
-           quotedList(facts_->restrictedValues));
+  addError(
+      (getRawText().empty() ? "Empty value is not allowed for tag '"
+                            : "Expression '" + getRawValue() + "' is not a valid value for tag '") +
+      std::string(getName()) + "'. Allowed values are " + quotedList(facts_->restrictedValues));
   return false;
 }
 
