@@ -156,5 +156,22 @@ def warnings(folder, count):
         insert(setup, "    HYDRAULICS {\n", "".join(block.format(i) for i in range(count))))
 
 
+def faulty(folder, count):
+    """A fault in each of that many lines: names that no block has, and values that no tag takes."""
+    lines = ("frction = 3", "type = kestviz", "output_time_step = 1,5", "vectors = maybe")
+    block = "      SPECIAL_OUTPUT {{\n{0}      }}\n"
+    setup = first_region(folder)
+    text = "".join(f"        {line}\n" for line in lines)
+    (folder / "setup.kcf").write_text(
+        insert(setup, "console_time_step = 10\n", block.format(text) * (count // len(lines))))
+
+
+def small_files(folder, count):
+    """That many small setups in one folder, each with a title of its own."""
+    setup = first_region(folder)
+    for i in range(count):
+        (folder / f"setup-{i}.kcf").write_text(setup.replace("title = ", f"title = s{i}_", 1))
+
+
 if __name__ == "__main__":
     globals()[sys.argv[1]](Path(sys.argv[2]), int(sys.argv[3]))

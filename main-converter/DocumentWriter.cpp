@@ -36,13 +36,13 @@ bool isAscii(std::string_view text) {
 class AsciiCheck : public SelectiveTagVisitor {
  public:
   using SelectiveTagVisitor::visit;
-  void visit(const InputTagBoolean& tag) override { look(tag.getRawValue()); }
-  void visit(const InputTagString& tag) override { look(tag.getRawValue()); }
-  void visit(const InputTagStringStd& tag) override { look(tag.getRawValue()); }
-  void visit(const InputTagFile& tag) override { look(tag.getRawValue()); }
-  void visit(const InputTagSeriesFile& tag) override { look(tag.getRawValue()); }
-  void visit(const InputTagPosition& tag) override { look(tag.getRawValue()); }
-  void visit(const InputTagEnumBase& tag) override { look(tag.getRawValue()); }
+  void visit(const InputTagBoolean& tag) override { look(tag.getRawText()); }
+  void visit(const InputTagString& tag) override { look(tag.getRawText()); }
+  void visit(const InputTagStringStd& tag) override { look(tag.getRawText()); }
+  void visit(const InputTagFile& tag) override { look(tag.getRawText()); }
+  void visit(const InputTagSeriesFile& tag) override { look(tag.getRawText()); }
+  void visit(const InputTagPosition& tag) override { look(tag.getRawText()); }
+  void visit(const InputTagEnumBase& tag) override { look(tag.getRawText()); }
   void visit(const InputTagTaggedList<double>& tag) override { look(tag.getListName()); }
   void visit(const InputTagList<std::string>& tag) override { lookAtAll(tag.getValues()); }
   void visit(const InputTagSpecialOutputValueList& tag) override { lookAtAll(tag.getValues()); }
@@ -118,7 +118,7 @@ void DocumentBuffer::flush() {
 struct DocumentWriter::Order {
   struct Place {
     std::string_view name;
-    std::string key;                     ///< from the comma before it to the blank behind its colon
+    std::string key;                     ///< from the line end before it to the blank behind its colon
     bool isRepeatable = false;           ///< whether the key holds an array
     std::uint32_t tagPosition = 0;       ///< of a tag in the schema
     const InputBlock* master = nullptr;  ///< of a sub-block; null for a tag
@@ -169,11 +169,58 @@ DocumentWriter::Order& DocumentWriter::Order::below(const InputBlock& master) {
 }
 
 void DocumentWriter::Order::add(Place place) {
-  place.key = ",\n" + std::string(indent, ' ') + nlohmann::json(place.name).dump() + ": ";
+  place.key = "\n" + std::string(indent, ' ') + nlohmann::json(place.name).dump() + ": ";
   const auto behind = std::find_if(places.begin(), places.end(),
                                    [&](const Place& other) { return other.name > place.name; });
   places.insert(behind, std::move(place));
 }
+
+/// One key of an object with its value, or with the array of its values. Nothing is written when
+/// there is none.
+class DocumentWriter::Entry {
+ public:
+  /// \param indent that of the key.
+  /// \param isFirstKey whether the object has no key yet.
+  Entry(DocumentBuffer& out, std::size_t indent, const Order::Place& place, bool& isFirstKey)
+      : out_(&out), indent_(indent), place_(&place), isFirstKey_(&isFirstKey) {}
+
+  [[nodiscard]] std::size_t indentOfValues() const {
+    return indent_ + (place_->isRepeatable ? indentStep : 0);
+  }
+
+  /// In front of each value.
+  void beginValue() {
+    if (isFirstValue_) {
+      out_->put(*isFirstKey_ ? '{' : ',');
+      out_->put(place_->key);
+    } else {
+      out_->put(',');
+    }
+    if (place_->isRepeatable) {
+      if (isFirstValue_) {
+        out_->put('[');
+      }
+      out_->startLine(indentOfValues());
+    }
+    isFirstValue_ = false;
+    *isFirstKey_ = false;
+  }
+
+  /// Behind the last value.
+  void end() {
+    if (place_->isRepeatable && !isFirstValue_) {
+      out_->startLine(indent_);
+      out_->put(']');
+    }
+  }
+
+ private:
+  DocumentBuffer* out_;
+  std::size_t indent_;
+  const Order::Place* place_;
+  bool* isFirstKey_;
+  bool isFirstValue_ = true;
+};
 
 /// Writes the value of a tag by its kind. Words stay words: there is no JSON boolean.
 class DocumentWriter::Values : public InputTagVisitor {
@@ -185,13 +232,13 @@ class DocumentWriter::Values : public InputTagVisitor {
   void visit(const InputTagNumber<int>& tag) override { out_->putNumber(tag.asInt()); }
   void visit(const InputTagNumber<double>& tag) override { out_->putNumber(tag.asDouble()); }
   void visit(const InputTagSlope& tag) override { out_->putNumber(tag.asDouble() * 1000.0); }
-  void visit(const InputTagBoolean& tag) override { out_->putText(tag.getRawValue()); }
-  void visit(const InputTagString& tag) override { out_->putText(tag.getRawValue()); }
-  void visit(const InputTagStringStd& tag) override { out_->putText(tag.getRawValue()); }
-  void visit(const InputTagFile& tag) override { out_->putText(tag.getRawValue()); }
-  void visit(const InputTagSeriesFile& tag) override { out_->putText(tag.getRawValue()); }
-  void visit(const InputTagPosition& tag) override { out_->putText(tag.getRawValue()); }
-  void visit(const InputTagEnumBase& tag) override { out_->putText(tag.getRawValue()); }
+  void visit(const InputTagBoolean& tag) override { out_->putText(tag.getRawText()); }
+  void visit(const InputTagString& tag) override { out_->putText(tag.getRawText()); }
+  void visit(const InputTagStringStd& tag) override { out_->putText(tag.getRawText()); }
+  void visit(const InputTagFile& tag) override { out_->putText(tag.getRawText()); }
+  void visit(const InputTagSeriesFile& tag) override { out_->putText(tag.getRawText()); }
+  void visit(const InputTagPosition& tag) override { out_->putText(tag.getRawText()); }
+  void visit(const InputTagEnumBase& tag) override { out_->putText(tag.getRawText()); }
   void visit(const InputTagList<int>& tag) override { putNumbers(tag.getValues(), indent_); }
   void visit(const InputTagList<double>& tag) override { putNumbers(tag.getValues(), indent_); }
   void visit(const InputTagList<std::string>& tag) override {
@@ -258,7 +305,7 @@ class DocumentWriter::Values : public InputTagVisitor {
 DocumentWriter::DocumentWriter(const InputBlock& root)
     : project_(root.getBlockByPath("PROJECT")), domain_(root.getBlockByPath("DOMAIN")) {
   bool isAsciiOnly = project_ == nullptr || !project_->hasTag("title") ||
-                     isAscii(project_->getTag("title", 0).getRawValue());
+                     isAscii(project_->getTag("title", 0).getRawText());
   if (domain_ != nullptr) {
     order_ = std::make_unique<Order>(*domain_->getLogicalMaster(), domainIndent);
     isAsciiOnly = prepare(*domain_, *order_) && isAsciiOnly;
@@ -301,56 +348,25 @@ void DocumentWriter::writeDocument() {
   }
   out_.put(",\n    \"simulation_name\": ");
   const bool hasTitle = project_ != nullptr && project_->hasTag("title");
-  out_.putText(hasTitle ? project_->getTag("title", 0).getRawValue() : "unnamed_project");
+  out_.putText(hasTitle ? project_->getTag("title", 0).getRawText() : "unnamed_project");
   out_.put("\n  }\n}");
 }
 
 void DocumentWriter::writeBlock(const InputBlock& block, const Order& order) {
   bool isEmpty = true;
   for (const Order::Place& place : order.places) {
-    // The instances of a name stand in the order of the file.
-    bool isFirst = true;
-    const auto begin = [&] {
-      if (isFirst) {
-        out_.put(isEmpty ? '{' : ',');
-        out_.put(std::string_view(place.key).substr(1));
-        if (place.isRepeatable) {
-          out_.put('[');
-        }
-      } else {
-        out_.put(',');
-      }
-      if (place.isRepeatable) {
-        out_.startLine(order.indent + indentStep);
-      }
-      isFirst = false;
-      isEmpty = false;
-    };
+    Entry entry(out_, order.indent, place, isEmpty);
     if (place.master == nullptr) {
-      const InputTag* const first = block.findTag(place.tagPosition);
-      const std::size_t end = first == nullptr     ? 0
-                              : place.isRepeatable ? block.getNumTags()
-                                                   : first->getIndex() + 1;
-      Values values(out_, order.indent + (place.isRepeatable ? indentStep : 0));
-      for (std::size_t i = first == nullptr ? 0 : first->getIndex(); i < end; ++i) {
-        const InputTag& tag = block.getTag(i);
-        if (tag.getPosition() == place.tagPosition) {
-          begin();
-          tag.accept(values);
-        }
-      }
+      writeTags(block, place.tagPosition, entry);
     } else {
       for (const InputBlock& child : block.blocks()) {
         if (child.getLogicalMaster() == place.master) {
-          begin();
+          entry.beginValue();
           writeBlock(child, *place.below);
         }
       }
     }
-    if (place.isRepeatable && !isFirst) {
-      out_.startLine(order.indent);
-      out_.put(']');
-    }
+    entry.end();
   }
   if (isEmpty) {
     out_.put("{}");
@@ -358,6 +374,25 @@ void DocumentWriter::writeBlock(const InputBlock& block, const Order& order) {
   }
   out_.startLine(order.indent - indentStep);
   out_.put('}');
+}
+
+void DocumentWriter::writeTags(const InputBlock& block, std::uint32_t position, Entry& entry) {
+  const InputTag* const first = block.findTag(position);
+  if (first == nullptr) {
+    return;
+  }
+  Values values(out_, entry.indentOfValues());
+  if (!first->isRepeatable()) {
+    entry.beginValue();
+    first->accept(values);
+    return;
+  }
+  for (const InputTag& tag : block.tags()) {
+    if (tag.getPosition() == position) {
+      entry.beginValue();
+      tag.accept(values);
+    }
+  }
 }
 
 }  // namespace KESTparse

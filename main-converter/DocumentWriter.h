@@ -3,6 +3,7 @@
 #pragma once
 
 #include <cstddef>
+#include <cstdint>
 #include <iosfwd>
 #include <memory>
 #include <string>
@@ -59,11 +60,14 @@ class DocumentWriter {
 
  private:
   struct Order;
+  class Entry;
   class Values;
 
   bool prepare(const InputBlock& block, Order& order);
   void writeDocument();
   void writeBlock(const InputBlock& block, const Order& order);
+  /// Writes the values of the tag at a place of the schema.
+  void writeTags(const InputBlock& block, std::uint32_t position, Entry& entry);
 
   const InputBlock* project_;
   const InputBlock* domain_;

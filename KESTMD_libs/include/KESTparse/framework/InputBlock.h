@@ -9,7 +9,6 @@
 #include <mutex>
 #include <string>
 #include <string_view>
-#include <unordered_map>
 #include <vector>
 
 #include "KESTparse/base/Assert.h"
@@ -24,27 +23,30 @@ class SubBlockAttributes;
 struct Condition;
 struct SubBlockRow;
 struct TagFacts;
+struct TagMessages;
 
 /// What the schema says of a block class at one place of the tree. The master owns it, its
 /// instances read it.
 struct BlockSchema {
   std::string_view name;               ///< the keyword
+  const InputBlock* master;            ///< the block that owns this
   InputBlock* logicalParent;           ///< the master that holds this one; null for the root
   bool mandatory;                      ///< must appear in its parent
   bool repeatable;                     ///< may appear more than once
   std::uint32_t position = 0;          ///< place among the sub-blocks of the parent
   std::vector<SubBlockRow> subBlocks;  ///< the logical sub-blocks, in order
-  std::vector<std::unique_ptr<InputTag>> tags;               ///< the prototypes, in order
-  std::vector<std::unique_ptr<TagFacts>> facts;              ///< what the prototypes tell
-  std::vector<std::unique_ptr<Condition>> conditions;        ///< what conditional tags depend on
-  std::vector<std::string_view> identifyingTags;             ///< tags that tell instances apart
-  std::unordered_map<std::string_view, int> blockPositions;  ///< sub-blocks by their names
-  std::unordered_map<std::string_view, int> tagPositions;    ///< prototypes by their names
+  std::vector<std::unique_ptr<InputTag>> tags;         ///< the prototypes, in order
+  std::vector<std::unique_ptr<TagFacts>> facts;        ///< what the prototypes tell
+  std::vector<std::unique_ptr<Condition>> conditions;  ///< what conditional tags depend on
+  std::vector<std::string_view> identifyingTags;       ///< tags that tell instances apart
+  std::vector<std::string_view> blockNames;            ///< of the sub-blocks, in order
+  std::vector<std::string_view> tagNames;              ///< of the prototypes, in order
   std::once_flag declaration;         ///< the class adds its sub-blocks and its tags once
   std::atomic<bool> declared{false};  ///< set behind that
   std::atomic<bool> frozen{false};    ///< set by the first instance: no more can be added
 
-  BlockSchema(std::string_view keyword, InputBlock* parent, bool isMandatory, bool isRepeatable);
+  BlockSchema(const InputBlock& owner, std::string_view keyword, InputBlock* parent,
+              bool isMandatory, bool isRepeatable);
   ~BlockSchema();
 };
 
@@ -92,7 +94,9 @@ class InputBlock {
   [[nodiscard]] int getLogicalBlockPosition(std::string_view name) const;
   [[nodiscard]] const InputBlock* getLogicalParent() const { return schema_->logicalParent; }
   /// The master of an instance; null for a master.
-  [[nodiscard]] const InputBlock* getLogicalMaster() const { return logicalMaster_; }
+  [[nodiscard]] const InputBlock* getLogicalMaster() const {
+    return ownSchema_ == nullptr ? schema_->master : nullptr;
+  }
   /// Names of the tags that tell one instance from its like.
   [[nodiscard]] const std::vector<std::string_view>& getIdentifyingTags() const {
     return schema_->identifyingTags;
@@ -139,7 +143,14 @@ class InputBlock {
   /// Whether a tag of that name was given, by the file or by its default.
   [[nodiscard]] bool hasTag(std::string_view name) const { return getNumTagsNamed(name) > 0; }
   /// The first instance of the tag at a place of the schema; null when there is none.
-  [[nodiscard]] const InputTag* findTag(std::size_t position) const;
+  [[nodiscard]] const InputTag* findTag(std::size_t position) const {
+    const std::size_t first = firstTag_ == nullptr ? 0 : firstTag_[position];
+    return first == 0          ? nullptr
+           : first < farBehind ? availableTags_[first - 1].get()
+                               : findTagFarBehind(position);
+  }
+  /// Place of `tag` in file order; 0 when this block does not hold it.
+  [[nodiscard]] std::size_t indexOf(const InputTag& tag) const;
   /// The block at `path` below this one, with `..` for the parent; null when the file has none. A
   /// name that the schema has not is an assertion.
   [[nodiscard]] const InputBlock* getBlockByPath(std::string_view path) const;
@@ -183,6 +194,8 @@ class InputBlock {
       InputBlock* actualParent) const = 0;
   /// Takes `child` in and files it into the member that its row of the schema names.
   virtual InputBlock& addBlock(std::unique_ptr<InputBlock> child);
+  /// A copy of `text` that lasts as long as the tree of which this block is a part.
+  std::string_view keepText(std::string_view text);
   /// Takes `tag` in.
   virtual InputTag& addTag(std::unique_ptr<InputTag> tag);
   /// Destroys a sub-block and all that stands in it. An assertion when it is none of this block's.
@@ -213,6 +226,9 @@ class InputBlock {
   [[nodiscard]] const std::vector<Message>& getWarnings() const;
   /// Adds an error or a warning; rules add theirs by the words of `RuleMessage.h`.
   void addMessage(Severity severity, Message message);
+  /// The messages of one of its tags.
+  TagMessages& messagesOf(const InputTag& tag);
+  void forgetMessagesOf(const InputTag& tag);
   /// The place in the schema of the tag that is bound to `member`; -1 when there is none.
   [[nodiscard]] int getTagPositionOfMember(std::string_view member) const;
 
@@ -245,10 +261,8 @@ class InputBlock {
  private:
   friend struct BlockSchema;
   friend class TagRowBase;
-  struct Messages {
-    std::vector<Message> errors;
-    std::vector<Message> warnings;
-  };
+  /// What few blocks have: messages, and at the top of a tree its texts.
+  struct Extras;
 
   /// The instances of a sub-block.
   struct SubBlocks {
@@ -256,7 +270,9 @@ class InputBlock {
     std::uint32_t count = 0;
   };
 
-  Messages& messages();
+  Extras& extras();
+  /// Forgets what this block said, but not what its tags said.
+  void forgetMessages();
   void build();
   unsigned validateTree();
   /// Checks the tags and reports those that are missing. What tags say depends on their own values
@@ -264,6 +280,9 @@ class InputBlock {
   void validateTags();
   /// Whether no tag has an error or a warning, as far as that is known without asking them.
   [[nodiscard]] bool tagsAreSilent() const;
+  [[nodiscard]] const InputTag* findTagFarBehind(std::size_t position) const;
+  /// Makes room for the tags of `last`: its like in front of it has as many, as a rule.
+  void expectTagsLikeThoseBefore(InputBlock& last) const;
   void takeTag(std::unique_ptr<InputTag> tag);
   void countTags();
   void removeAll();
@@ -275,24 +294,27 @@ class InputBlock {
   /// The row of the schema for `child`; an assertion when there is none.
   [[nodiscard]] SubBlockRow& rowOf(const InputBlock& child) const;
 
-  std::unique_ptr<BlockSchema> ownSchema_;
+  /// Stands for a place that is too far behind for `firstTag_`: only a tag that stands behind
+  /// thousands of the same name is searched for.
+  static constexpr std::size_t farBehind = 0xffff;
+
+  // A large setup has hundreds of thousands of blocks, so they hold nothing that few of them need.
+  std::unique_ptr<BlockSchema> ownSchema_;  ///< null for an instance
   BlockSchema* schema_;
-  const InputBlock* logicalMaster_ = nullptr;
   InputBlock* actualParent_ = nullptr;
   std::vector<std::unique_ptr<InputBlock>> availableBlocks_;
   std::vector<std::unique_ptr<InputTag>> availableTags_;
   /// For each tag of the schema the place of its first instance in `availableTags_`, counted
-  /// from 1.
-  std::vector<std::uint32_t> firstTag_;
-  /// For each sub-block of the schema; may be empty when there is none at all.
-  std::vector<SubBlocks> subBlocks_;
-  std::unique_ptr<Messages> messages_;
+  /// from 1; null when there is none at all.
+  std::unique_ptr<std::uint16_t[]> firstTag_;
+  /// For each sub-block of the schema; null when there is none at all.
+  std::unique_ptr<SubBlocks[]> subBlocks_;
+  std::unique_ptr<Extras> extras_;
   std::shared_ptr<const std::string> fileName_;
   unsigned line_ = 0;
-  unsigned tagErrors_ = 0;  ///< tags whose values are refused
-  std::uint64_t tagsCheckedAt_ = 0;
   bool tagsHaveMessages_ = false;
   bool lacksTags_ = false;
+  std::uint64_t tagsCheckedAt_ = 0;
 };
 
 /// The attributes of a sub-block, as its parent declares them.

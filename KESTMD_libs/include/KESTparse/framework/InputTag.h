@@ -35,6 +35,12 @@ struct TagFacts {
   virtual ~TagFacts() = default;
 };
 
+/// What a check said of one tag.
+struct TagMessages {
+  std::vector<std::string> errors;
+  std::vector<std::string> warnings;
+};
+
 /// Base of all tag kinds. A prototype stands in the schema; `logicalClone` makes an instance of it
 /// for a value in a command file.
 class InputTag {
@@ -91,8 +97,8 @@ class InputTag {
   /// they add their errors and warnings to it. True when it stays valid.
   virtual bool admits(InputTag& instance) const;
 
-  [[nodiscard]] const std::vector<std::string>& getErrors() const;
-  [[nodiscard]] const std::vector<std::string>& getWarnings() const;
+  [[nodiscard]] const std::vector<std::string>& getErrors() const { return messages().errors; }
+  [[nodiscard]] const std::vector<std::string>& getWarnings() const { return messages().warnings; }
   void addError(std::string text);
   void addWarning(std::string text);
 
@@ -101,15 +107,16 @@ class InputTag {
 
   /// The block that holds the tag: an instance for an instance, a master for a prototype.
   [[nodiscard]] InputBlock* getActualParent() const { return block_; }
-  /// Place among the tags of the block that holds it.
-  [[nodiscard]] std::uint32_t getIndex() const { return index_; }
-  void setIndex(std::uint32_t index) { index_ = index; }
+  /// Place among the tags of the block that holds it, which is searched for it.
+  [[nodiscard]] std::size_t getIndex() const;
 
   /// Writes the preset to the bound variable.
   virtual void assignPreset();
 
-  /// The value as it stands in the file, without blanks at its ends.
-  [[nodiscard]] const std::string& getRawValue() const { return rawValue_; }
+  /// The value as it stands in the file, without blanks at its ends. It lasts as long as the tree.
+  [[nodiscard]] std::string_view getRawText() const { return {rawText_, rawSize_}; }
+  /// The same as a text of its own.
+  [[nodiscard]] std::string getRawValue() const { return std::string(getRawText()); }
 
   /// The bound variable of a real number; an assertion for any other kind.
   [[nodiscard]] virtual double asDouble() const;
@@ -139,19 +146,23 @@ class InputTag {
   TagFacts* facts_;
 
  private:
-  struct Messages {
-    std::vector<std::string> errors;
-    std::vector<std::string> warnings;
-  };
-  Messages& messages();
+  [[nodiscard]] const TagMessages& messages() const;
+  /// The restricted value that is `text`; null when there is none.
+  [[nodiscard]] const std::string* restrictedWord(std::string_view text) const;
+  /// The messages to add to.
+  TagMessages& ownMessages();
+
+  // A large setup has millions of tags, so they hold nothing that their facts or their block can
+  // tell, and what is known of the value shares a word with its length.
+  static constexpr unsigned sizeBits = 61;
+  static constexpr std::size_t maxSize = (std::size_t{1} << sizeBits) - 1;
 
   InputBlock* block_;
-  std::unique_ptr<Messages> messages_;
-  std::string rawValue_;
-  std::uint32_t index_ = 0;
-  // A large setup has millions of tags, so they hold nothing that their facts can tell.
-  bool isInstance_ = false;
-  bool passed_ = false;
+  const char* rawText_ = "";
+  std::size_t rawSize_ : sizeBits = 0;
+  bool isInstance_ : 1 = false;
+  bool passed_ : 1 = false;
+  bool hasMessages_ : 1 = false;
 };
 
 /// Gives the tag kind `Self` its `accept` and its `logicalClone`.

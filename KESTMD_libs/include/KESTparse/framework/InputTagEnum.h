@@ -36,7 +36,7 @@ class InputTagEnum : public TagKind<InputTagEnum<T>, InputTagEnumBase> {
     T* const result_ = member == nullptr ? nullptr : &(this->getActualParent()->*member);
     ASSERT(result_ != nullptr, "");
     const std::vector<std::string>& names = this->facts_->restrictedValues;
-    const auto it = std::find(names.begin(), names.end(), this->getRawValue());
+    const auto it = std::find(names.begin(), names.end(), this->getRawText());
     ASSERT(it != names.end(), "it != valueMap_.end()");
     *result_ = static_cast<const Facts&>(*this->facts_)
                    .values[static_cast<std::size_t>(it - names.begin())];

@@ -58,19 +58,14 @@ class InputTagString : public TagKind<InputTagString> {
   bool check() override;
   [[nodiscard]] const Facts& facts() const { return static_cast<const Facts&>(*facts_); }
   /// The bound variable; null for a tag that is bound to nothing.
-  [[nodiscard]] virtual std::string* target();
+  [[nodiscard]] std::string* target();
 };
 
-/// A text kept in the tag itself.
+/// A text that no variable of the block takes.
 class InputTagStringStd : public TagKind<InputTagStringStd, InputTagString> {
  public:
   using TagKind::TagKind;
-
- protected:
-  [[nodiscard]] std::string* target() override;
-
- private:
-  std::string value_;
+  void commit() override {}
 };
 
 /// A place in another region: the name of the region, a dot, and the place.

@@ -3,6 +3,8 @@
 #include <fmt/core.h>
 
 #include <algorithm>
+#include <map>
+#include <memory_resource>
 #include <utility>
 
 #include "KESTparse/base/Assert.h"
@@ -31,21 +33,38 @@ std::string quotedNames(const Nodes& nodes, NameOf nameOf) {
   return names;
 }
 
+/// The place of `name` among `names`, which are few; -1 when it is none of them.
+int positionOf(std::string_view name, const std::vector<std::string_view>& names) {
+  const auto it = std::find(names.begin(), names.end(), name);
+  return it == names.end() ? -1 : static_cast<int>(it - names.begin());
+}
+
 }  // namespace
 
-BlockSchema::BlockSchema(std::string_view keyword, InputBlock* parent, bool isMandatory,
-                         bool isRepeatable)
-    : name(keyword), logicalParent(parent), mandatory(isMandatory), repeatable(isRepeatable) {}
+struct InputBlock::Extras {
+  std::vector<Message> errors;
+  std::vector<Message> warnings;
+  std::map<const InputTag*, TagMessages> ofTags;
+  unsigned refusedTags = 0;
+  std::unique_ptr<std::pmr::monotonic_buffer_resource> texts;
+};
+
+BlockSchema::BlockSchema(const InputBlock& owner, std::string_view keyword, InputBlock* parent,
+                         bool isMandatory, bool isRepeatable)
+    : name(keyword),
+      master(&owner),
+      logicalParent(parent),
+      mandatory(isMandatory),
+      repeatable(isRepeatable) {}
 
 BlockSchema::~BlockSchema() = default;
 
 InputBlock::InputBlock(std::string_view name, InputBlock* logicalParent, bool mandatory,
                        bool repeatable)
-    : ownSchema_(std::make_unique<BlockSchema>(name, logicalParent, mandatory, repeatable)),
+    : ownSchema_(std::make_unique<BlockSchema>(*this, name, logicalParent, mandatory, repeatable)),
       schema_(ownSchema_.get()) {}
 
-InputBlock::InputBlock(const InputBlock& master)
-    : schema_(master.schema_), logicalMaster_(&master) {
+InputBlock::InputBlock(const InputBlock& master) : schema_(master.schema_) {
   schema_->frozen.store(true, std::memory_order_relaxed);
 }
 
@@ -78,13 +97,11 @@ const InputTag& InputBlock::getLogicalTag(std::size_t index) const {
 }
 
 int InputBlock::getLogicalTagPosition(std::string_view name) const {
-  const auto it = schema_->tagPositions.find(name);
-  return it == schema_->tagPositions.end() ? -1 : it->second;
+  return positionOf(name, schema_->tagNames);
 }
 
 int InputBlock::getLogicalBlockPosition(std::string_view name) const {
-  const auto it = schema_->blockPositions.find(name);
-  return it == schema_->blockPositions.end() ? -1 : it->second;
+  return positionOf(name, schema_->blockNames);
 }
 
 InputBlock& InputBlock::getBlock(std::size_t index) {
@@ -138,12 +155,20 @@ const InputTag& InputBlock::getTag(std::string_view name, std::size_t index) con
 }
 
 std::size_t InputBlock::countBlocks(std::size_t position) const {
-  return position < subBlocks_.size() ? subBlocks_[position].count : 0;
+  return subBlocks_ == nullptr ? 0 : subBlocks_[position].count;
 }
 
-const InputTag* InputBlock::findTag(std::size_t position) const {
-  const std::size_t first = position < firstTag_.size() ? firstTag_[position] : 0;
-  return first == 0 ? nullptr : availableTags_[first - 1].get();
+std::size_t InputBlock::indexOf(const InputTag& tag) const {
+  const auto it = std::find_if(availableTags_.begin(), availableTags_.end(),
+                               [&tag](const auto& other) { return other.get() == &tag; });
+  return it == availableTags_.end() ? 0 : static_cast<std::size_t>(it - availableTags_.begin());
+}
+
+const InputTag* InputBlock::findTagFarBehind(std::size_t position) const {
+  const auto it =
+      std::find_if(availableTags_.begin() + (farBehind - 1), availableTags_.end(),
+                   [position](const auto& tag) { return tag->getPosition() == position; });
+  return it->get();
 }
 
 std::size_t InputBlock::countTags(std::size_t position) const {
@@ -187,7 +212,7 @@ const InputBlock* InputBlock::getBlockByPath(std::string_view path) const {
                                          << " does not exist within block "
                                          << quoted(block->getName()));
     const auto index = static_cast<std::size_t>(position);
-    block = index < block->subBlocks_.size() ? block->subBlocks_[index].first : nullptr;
+    block = block->subBlocks_ == nullptr ? nullptr : block->subBlocks_[index].first;
   }
   return block;
 }
@@ -222,7 +247,18 @@ InputBlock& InputBlock::getBlock(std::string_view name,
          "You need to call InputBlock::addBlock in your addBlock routine in block " << getName());
   block.fileName_ = fileName;
   block.line_ = line;
+  expectTagsLikeThoseBefore(block);
   return block;
+}
+
+void InputBlock::expectTagsLikeThoseBefore(InputBlock& last) const {
+  if (availableBlocks_.size() < 2) {
+    return;
+  }
+  const InputBlock& before = **(availableBlocks_.end() - 2);
+  if (before.schema_ == last.schema_) {
+    last.availableTags_.reserve(before.availableTags_.size());
+  }
 }
 
 InputTag& InputBlock::getTag(std::string_view name) {
@@ -247,6 +283,10 @@ InputTag& InputBlock::getTag(std::string_view name) {
 }
 
 SubBlockRow& InputBlock::rowOf(const InputBlock& child) const {
+  const std::size_t own = child.schema_->position;
+  if (own < schema_->subBlocks.size() && schema_->subBlocks[own].master->schema_ == child.schema_) {
+    return schema_->subBlocks[own];
+  }
   const int position = getLogicalBlockPosition(child.getName());
   ASSERT(position >= 0,
          "unknown block" << (spellsOutUnknownNames() ? " named " + std::string(child.getName())
@@ -266,7 +306,9 @@ InputBlock& InputBlock::addBlock(std::unique_ptr<InputBlock> child) {
 }
 
 InputBlock::SubBlocks& InputBlock::subBlocks(std::size_t position) {
-  subBlocks_.resize(schema_->subBlocks.size());
+  if (subBlocks_ == nullptr) {
+    subBlocks_ = std::make_unique<SubBlocks[]>(schema_->subBlocks.size());
+  }
   return subBlocks_[position];
 }
 
@@ -284,17 +326,18 @@ InputTag& InputBlock::addTag(std::unique_ptr<InputTag> tag) {
 
 void InputBlock::takeTag(std::unique_ptr<InputTag> tag) {
   ++GlobalValues::instance().treeChanges;
-  firstTag_.resize(schema_->tags.size());
-  tag->setIndex(static_cast<std::uint32_t>(availableTags_.size()));
-  std::uint32_t& first = firstTag_[tag->getPosition()];
-  if (first == 0) {
-    first = tag->getIndex() + 1;
+  if (firstTag_ == nullptr) {
+    firstTag_ = std::make_unique<std::uint16_t[]>(schema_->tags.size());
   }
+  std::uint16_t& first = firstTag_[tag->getPosition()];
   availableTags_.push_back(std::move(tag));
+  if (first == 0) {
+    first = static_cast<std::uint16_t>(std::min(availableTags_.size(), farBehind));
+  }
 }
 
 void InputBlock::countTags() {
-  std::fill(firstTag_.begin(), firstTag_.end(), 0);
+  firstTag_.reset();
   std::vector<std::unique_ptr<InputTag>> tags;
   tags.swap(availableTags_);
   for (auto& tag : tags) {
@@ -334,13 +377,15 @@ void InputBlock::removeBlock(InputBlock& child) {
 }
 
 void InputBlock::removeTag(InputTag& tag) {
-  ASSERT(tag.getIndex() < getNumTags(), "tag->getIndex() < getNumTags() in block '"
-                                            << getName() << "' for tag '" << tag.getName()
-                                            << "' as " << tag.getIndex() << " >= " << getNumTags());
+  const std::size_t index = tag.getIndex();
+  ASSERT(index < getNumTags(), "tag->getIndex() < getNumTags() in block '"
+                                   << getName() << "' for tag '" << tag.getName() << "' as "
+                                   << index << " >= " << getNumTags());
   ASSERT(tag.getActualParent() == this, "tag->getActualParent() == this");
   ++GlobalValues::instance().treeChanges;
   tag.assignPreset();
-  availableTags_.erase(availableTags_.begin() + static_cast<std::ptrdiff_t>(tag.getIndex()));
+  forgetMessagesOf(tag);
+  availableTags_.erase(availableTags_.begin() + static_cast<std::ptrdiff_t>(index));
   countTags();
 }
 
@@ -368,12 +413,15 @@ void InputBlock::validateTags() {
   const std::uint64_t changes = GlobalValues::instance().treeChanges;
   const bool isUnchanged = tagsCheckedAt_ == changes;
   if (!isUnchanged) {
-    tagErrors_ = 0;
+    unsigned refused = 0;
     tagsHaveMessages_ = false;
     for (const auto& tag : availableTags_) {
-      tagErrors_ += tag->validate() ? 0 : 1;
+      refused += tag->validate() ? 0 : 1;
       tagsHaveMessages_ =
           tagsHaveMessages_ || !tag->getErrors().empty() || !tag->getWarnings().empty();
+    }
+    if (refused > 0 || extras_ != nullptr) {
+      extras().refusedTags = refused;
     }
     tagsCheckedAt_ = changes;
   }
@@ -395,9 +443,9 @@ bool InputBlock::tagsAreSilent() const {
 }
 
 unsigned InputBlock::validateTree() {
-  messages_.reset();
+  forgetMessages();
   validateTags();
-  unsigned errors = tagErrors_;
+  unsigned errors = extras_ == nullptr ? 0 : extras_->refusedTags;
   for (const auto& block : availableBlocks_) {
     errors += block->validate();
   }
@@ -422,7 +470,7 @@ unsigned InputBlock::validate() {
 }
 
 void InputBlock::checkRulesAlone() {
-  messages_.reset();
+  forgetMessages();
   checkRulesAlways();
   checkRules();
 }
@@ -457,23 +505,53 @@ std::size_t InputBlock::getNumErrors() const {
   return errors;
 }
 
-InputBlock::Messages& InputBlock::messages() {
-  if (messages_ == nullptr) {
-    messages_ = std::make_unique<Messages>();
+InputBlock::Extras& InputBlock::extras() {
+  if (extras_ == nullptr) {
+    extras_ = std::make_unique<Extras>();
   }
-  return *messages_;
+  return *extras_;
+}
+
+void InputBlock::forgetMessages() {
+  if (extras_ != nullptr) {
+    extras_->errors.clear();
+    extras_->warnings.clear();
+  }
+}
+
+TagMessages& InputBlock::messagesOf(const InputTag& tag) {
+  return extras().ofTags[&tag];
+}
+
+void InputBlock::forgetMessagesOf(const InputTag& tag) {
+  if (extras_ != nullptr) {
+    extras_->ofTags.erase(&tag);
+  }
+}
+
+std::string_view InputBlock::keepText(std::string_view text) {
+  if (actualParent_ != nullptr) {
+    return actualParent_->keepText(text);
+  }
+  auto& texts = extras().texts;
+  if (texts == nullptr) {
+    texts = std::make_unique<std::pmr::monotonic_buffer_resource>();
+  }
+  char* const kept = static_cast<char*>(texts->allocate(text.size(), 1));
+  std::copy(text.begin(), text.end(), kept);
+  return {kept, text.size()};
 }
 
 const std::vector<Message>& InputBlock::getErrors() const {
-  return messages_ == nullptr ? noMessages : messages_->errors;
+  return extras_ == nullptr ? noMessages : extras_->errors;
 }
 
 const std::vector<Message>& InputBlock::getWarnings() const {
-  return messages_ == nullptr ? noMessages : messages_->warnings;
+  return extras_ == nullptr ? noMessages : extras_->warnings;
 }
 
 void InputBlock::addMessage(Severity severity, Message message) {
-  auto& list = severity == Severity::error ? messages().errors : messages().warnings;
+  auto& list = severity == Severity::error ? extras().errors : extras().warnings;
   list.push_back(std::move(message));
 }
 
@@ -510,10 +588,10 @@ const InputBlock& InputBlock::declaredBlock(std::size_t position) const {
 
 SubBlockAttributes InputBlock::addLogicalBlock(SubBlockRow row) {
   ASSERT(row.master != nullptr, "child != nullptr");
-  ASSERT(logicalMaster_ == nullptr, "LOGICAL stuff must be applied to the master");
+  ASSERT(getLogicalMaster() == nullptr, "LOGICAL stuff must be applied to the master");
   BlockSchema& schema = *row.master->schema_;
   schema.position = static_cast<std::uint32_t>(schema_->subBlocks.size());
-  schema_->blockPositions.try_emplace(schema.name, static_cast<int>(schema.position));
+  schema_->blockNames.push_back(schema.name);
   schema_->subBlocks.push_back(std::move(row));
   return SubBlockAttributes(schema);
 }
@@ -523,7 +601,7 @@ InputTag& InputBlock::addLogicalTag(std::unique_ptr<TagFacts> facts,
   ASSERT(!schema_->frozen && availableBlocks_.empty() && availableTags_.empty(),
          "LOGICAL stuff might not be changed after the tree is beeing populated");
   facts->position = static_cast<std::uint32_t>(schema_->tags.size());
-  schema_->tagPositions.try_emplace(facts->name, static_cast<int>(facts->position));
+  schema_->tagNames.push_back(facts->name);
   facts->prototype = tag.get();
   schema_->facts.push_back(std::move(facts));
   schema_->tags.push_back(std::move(tag));

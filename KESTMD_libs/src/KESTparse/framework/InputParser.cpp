@@ -1,6 +1,10 @@
 #include "KESTparse/framework/InputParser.h"
 
+#include <sys/mman.h>
+#include <unistd.h>
+
 #include <algorithm>
+#include <cstdint>
 #include <istream>
 #include <memory>
 #include <ostream>
@@ -40,15 +44,32 @@ std::vector<char> readText(std::istream& in) {
   return text;
 }
 
+/// How much is read before its memory is given back [bytes].
+constexpr std::size_t giveBackStep = std::size_t{1} << 20;
+
+/// Gives the pages that lie wholly between `begin` and `end` back to the system. What stood there is
+/// lost, but for the system that has no such call.
+void giveBack(char* begin, char* end) {
+  const auto pageSize = static_cast<std::size_t>(::sysconf(_SC_PAGESIZE));
+  const std::size_t before = reinterpret_cast<std::uintptr_t>(begin) % pageSize;
+  char* const first = before == 0 ? begin : begin + (pageSize - before);
+  if (first < end) {
+    const auto size = static_cast<std::size_t>(end - first);
+    ::madvise(first, size - size % pageSize, MADV_DONTNEED);
+  }
+}
+
 /// Builds the tree of one command file. The first fault is thrown, unless values are only
 /// collected.
 class Reading {
  public:
   static constexpr bool goesOn = false;
 
-  Reading(InputBlock& root, std::string_view text, bool throwOnError, const std::string& fileName,
+  /// `text` is lost behind the reading.
+  Reading(InputBlock& root, std::vector<char>& text, bool throwOnError, const std::string& fileName,
           std::string& message)
-      : text_(text),
+      : memory_(text.data()),
+        text_(text.data(), text.size()),
         throwOnError_(throwOnError),
         fileName_(std::make_shared<const std::string>(fileName)),
         message_(&message),
@@ -69,7 +90,10 @@ class Reading {
   /// must be asked for in their order.
   unsigned lineOf(std::size_t at);
   [[nodiscard]] std::string location();
+  /// Gives back what stands in front of the current line, since the tree takes its place.
+  void giveBackLines();
 
+  char* memory_;
   std::string_view text_;
   bool throwOnError_;
   std::shared_ptr<const std::string> fileName_;
@@ -77,6 +101,7 @@ class Reading {
   std::vector<InputBlock*> blocks_;  // the open blocks, the root first
   std::size_t at_ = 0;               // where reading stands
   std::size_t counted_ = 0;          // the bytes whose lines are counted
+  std::size_t givenBack_ = 0;        // the bytes that are read and gone
   unsigned line_ = 1;
   std::string endFault_;
 };
@@ -93,6 +118,15 @@ std::string Reading::location() {
   const std::size_t feed = text_.rfind('\n', at_);
   const std::size_t column = feed == std::string_view::npos ? at_ + 1 : at_ - feed;
   return "near line " + std::to_string(lineOf(at_)) + ", col " + std::to_string(column);
+}
+
+void Reading::giveBackLines() {
+  const std::size_t feed = text_.rfind('\n', at_);
+  if (feed != std::string_view::npos && feed > givenBack_) {
+    lineOf(feed);
+    giveBack(memory_ + givenBack_, memory_ + feed);
+    givenBack_ = feed;
+  }
 }
 
 void Reading::open(Span name, std::size_t brace) {
@@ -123,6 +157,9 @@ void Reading::tag(Span name, std::size_t /*equals*/, Span value) {
       throw;
     }
     *message_ += "Tag value error " + location() + ": " + error.message + "\n";
+  }
+  if (at_ > givenBack_ + giveBackStep) {
+    giveBackLines();
   }
 }
 
@@ -263,8 +300,7 @@ void InputParser::parse(std::istream& in, bool throwOnError, const std::string& 
       reportUnreadable();
     }
     blankComments(text);
-    Reading(*root_, std::string_view(text.data(), text.size()), throwOnError, fileName, message)
-        .run();
+    Reading(*root_, text, throwOnError, fileName, message).run();
   }
   if (!throwOnError) {
     try {

@@ -1,8 +1,11 @@
 #include "KESTparse/framework/InputTag.h"
 
+#include <algorithm>
+
 #include "KESTparse/base/Assert.h"
 #include "KESTparse/base/Conversions.h"
 #include "KESTparse/base/GlobalValues.h"
+#include "KESTparse/framework/InputBlock.h"
 #include "KESTparse/framework/InputParseError.h"
 #include "KESTparse/framework/InputTagConditions.h"
 #include "KESTparse/framework/InputTagVisitor.h"
@@ -10,7 +13,7 @@
 namespace KESTparse {
 namespace {
 
-const std::vector<std::string> noMessages;
+const TagMessages noMessages;
 
 }  // namespace
 
@@ -91,7 +94,11 @@ std::string InputTag::getUnit() const {
 
 void InputTag::setRawValue(std::string_view text) {
   ++GlobalValues::instance().treeChanges;
-  rawValue_ = trim(text);
+  const std::string_view value = trim(text);
+  const std::string* const word = restrictedWord(value);
+  const std::string_view kept = word == nullptr ? block_->keepText(value) : *word;
+  rawText_ = kept.data();
+  rawSize_ = kept.size() & maxSize;
   passed_ = false;
   if (!validate()) {
     std::string faults;
@@ -108,19 +115,20 @@ void InputTag::setRawValue(std::string_view text) {
   commit();
 }
 
+const std::string* InputTag::restrictedWord(std::string_view text) const {
+  const std::vector<std::string>& words = facts_->restrictedValues;
+  const auto it = std::find(words.begin(), words.end(), text);
+  return it == words.end() ? nullptr : &*it;
+}
+
 bool InputTag::isAllowedWord() {
-  if (!isRestricted()) {
+  if (!isRestricted() || restrictedWord(getRawText()) != nullptr) {
     return true;
   }
-  for (const std::string& allowed : facts_->restrictedValues) {
-    if (rawValue_ == allowed) {
-      return true;
-    }
-  }
-  addError((rawValue_.empty() ? "Empty value is not allowed for tag '"
-                              : "Expression '" + rawValue_ + "' is not a valid value for tag '") +
-           std::string(getName()) + "'. Allowed values are " +
-           quotedList(facts_->restrictedValues));
+  addError(
+      (getRawText().empty() ? "Empty value is not allowed for tag '"
+                            : "Expression '" + getRawValue() + "' is not a valid value for tag '") +
+      std::string(getName()) + "'. Allowed values are " + quotedList(facts_->restrictedValues));
   return false;
 }
 
@@ -133,7 +141,10 @@ bool InputTag::passesForGood() const {
 }
 
 bool InputTag::validate() {
-  messages_.reset();
+  if (hasMessages_) {
+    block_->forgetMessagesOf(*this);
+    hasMessages_ = false;
+  }
   if (!passed_) {
     if (!isAllowedWord() || !check()) {
       return false;
@@ -147,27 +158,25 @@ bool InputTag::admits(InputTag& /*instance*/) const {
   return true;
 }
 
-InputTag::Messages& InputTag::messages() {
-  if (messages_ == nullptr) {
-    messages_ = std::make_unique<Messages>();
-  }
-  return *messages_;
+const TagMessages& InputTag::messages() const {
+  return hasMessages_ ? block_->messagesOf(*this) : noMessages;
 }
 
-const std::vector<std::string>& InputTag::getErrors() const {
-  return messages_ == nullptr ? noMessages : messages_->errors;
+std::size_t InputTag::getIndex() const {
+  return block_->indexOf(*this);
 }
 
-const std::vector<std::string>& InputTag::getWarnings() const {
-  return messages_ == nullptr ? noMessages : messages_->warnings;
+TagMessages& InputTag::ownMessages() {
+  hasMessages_ = true;
+  return block_->messagesOf(*this);
 }
 
 void InputTag::addError(std::string text) {
-  messages().errors.push_back(std::move(text));
+  ownMessages().errors.push_back(std::move(text));
 }
 
 void InputTag::addWarning(std::string text) {
-  messages().warnings.push_back(std::move(text));
+  ownMessages().warnings.push_back(std::move(text));
 }
 
 void InputTag::assignPreset() {}

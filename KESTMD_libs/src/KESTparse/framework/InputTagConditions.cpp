@@ -35,7 +35,7 @@ const InputTag* Condition::findSibling(const InputBlock& block) const {
 }
 
 bool Condition::isMet(const InputTag& siblingTag) const {
-  return isMet(siblingTag.getRawValue());
+  return isMet(siblingTag.getRawText());
 }
 
 bool Condition::isMet(std::string_view raw) const {

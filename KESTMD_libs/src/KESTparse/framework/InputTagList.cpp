@@ -114,7 +114,7 @@ std::string InputTagList<T>::faultOf(std::string_view text) const {
 
 template <typename T>
 bool InputTagList<T>::check() {
-  std::string fault = faultOf(this->getRawValue());
+  std::string fault = faultOf(this->getRawText());
   if (!fault.empty()) {
     this->addError(std::move(fault));
     return false;
@@ -143,7 +143,7 @@ template <typename T>
 void InputTagList<T>::commit() {
   std::vector<T>* const result_ = target();
   ASSERT(result_ != nullptr, "");
-  readItems(this->getRawValue(), *result_);
+  readItems(this->getRawText(), *result_);
 }
 
 OutputItem splitOutputItem(std::string_view item) {
@@ -213,7 +213,7 @@ std::string InputTagTaggedList<T>::faultOf(std::string_view text) const {
 
 template <typename T>
 bool InputTagTaggedList<T>::check() {
-  const std::string_view text = this->getRawValue();
+  const std::string_view text = this->getRawText();
   std::string fault = nameFault(text);
   if (fault.empty()) {
     const std::size_t colon = text.find(':');
@@ -232,14 +232,14 @@ bool InputTagTaggedList<T>::check() {
 template <typename T>
 void InputTagTaggedList<T>::commit() {
   ASSERT(target() != nullptr, "result_ != nullptr");
-  const std::string& text = this->getRawValue();
+  const std::string_view text = this->getRawText();
   const std::size_t colon = text.find(':');
-  std::string name = text.substr(0, colon);
+  std::string name(text.substr(0, colon));
   if (!lastTag_.empty() && lastTag_ != name) {
     target()->erase(lastTag_);
   }
   lastTag_ = std::move(name);
-  readItems(std::string_view(text).substr(colon + 1), (*target())[lastTag_]);
+  readItems(text.substr(colon + 1), (*target())[lastTag_]);
 }
 
 template <typename T>

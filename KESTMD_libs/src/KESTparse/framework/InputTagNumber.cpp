@@ -38,7 +38,7 @@ std::string InputTagNumber<T>::getUnit() const {
 
 template <typename T>
 bool InputTagNumber<T>::check() {
-  const std::string& raw = this->getRawValue();
+  const std::string_view raw = this->getRawText();
   std::string fault = std::is_same_v<T, int> ? integerSyntaxFault(raw) : realSyntaxFault(raw);
   if (!fault.empty()) {
     this->addError(std::move(fault));
@@ -46,12 +46,13 @@ bool InputTagNumber<T>::check() {
   }
   const T value = fromText<T>(raw);
   if (!facts().hardRange.contains(value)) {
-    this->addError("Value '" + raw + "' is not in range " + facts().hardRange.describe());
+    this->addError("Value '" + this->getRawValue() + "' is not in range " +
+                   facts().hardRange.describe());
     return false;
   }
   if (!facts().reasonableRange.contains(value)) {
     // The range shown is the hard one; users know the warning so.
-    this->addWarning("Value '" + raw + "' is not in the reasonable range " +
+    this->addWarning("Value '" + this->getRawValue() + "' is not in the reasonable range " +
                      facts().hardRange.describe());
   }
   return true;
@@ -104,7 +105,7 @@ template <typename T>
 void InputTagNumber<T>::commit() {
   T* const result_ = target();
   ASSERT(result_ != nullptr, "");
-  *result_ = fromText<T>(this->getRawValue());
+  *result_ = fromText<T>(this->getRawText());
 }
 
 void InputTagSlope::commit() {

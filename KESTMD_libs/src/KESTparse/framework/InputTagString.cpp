@@ -11,8 +11,8 @@ namespace KESTparse {
 namespace {
 
 /// The path of a series file, as the process-wide setting has it.
-std::string seriesPath(const std::string& name) {
-  return GlobalValues::instance().resolveRelativePaths ? resolvePath(name) : name;
+std::string seriesPath(std::string_view name) {
+  return GlobalValues::instance().resolveRelativePaths ? resolvePath(name) : std::string(name);
 }
 
 }  // namespace
@@ -46,7 +46,7 @@ std::string InputTagString::getConstraintDescription() const {
 
 bool InputTagString::check() {
   const InputTagStringValidator* const validator = facts().validator.get();
-  if (validator != nullptr && !validator->isValid(getRawValue())) {
+  if (validator != nullptr && !validator->isValid(getRawText())) {
     addError("The string does not meet the restriction: " + validator->describe());
     return false;
   }
@@ -66,18 +66,14 @@ void InputTagString::assignPreset() {
 void InputTagString::commit() {
   std::string* const result_ = target();
   ASSERT(result_ != nullptr, "");
-  *result_ = getRawValue();
-}
-
-std::string* InputTagStringStd::target() {
-  return &value_;
+  *result_ = getRawText();
 }
 
 bool InputTagPosition::check() {
   if (!InputTagString::check()) {
     return false;
   }
-  const std::string& raw = getRawValue();
+  const std::string raw = getRawValue();
   const std::size_t dot = raw.find('.');
   if (raw.empty() || dot == 0) {
     addError("Position starts with a '.' which means that no region name is defined");
@@ -102,7 +98,7 @@ void InputTagPosition::assignPreset() {
 }
 
 void InputTagPosition::commit() {
-  const std::string& val = getRawValue();
+  const std::string_view val = getRawText();
   const std::size_t idx = val.find('.');
   ASSERT(idx < val.size(), "");
   ASSERT(facts().member != nullptr && facts().regionMember != nullptr,
@@ -115,11 +111,11 @@ bool InputTagSeriesFile::check() {
   if (!InputTagFile::check()) {
     return false;
   }
-  if (getRawValue().empty()) {
+  if (getRawText().empty()) {
     addError("Empty filename received");
     return false;
   }
-  const std::string path = seriesPath(getRawValue());
+  const std::string path = seriesPath(getRawText());
   if (!canOpen(path)) {
     addError("Can not open file '" + path + "'");
     return false;
@@ -129,7 +125,7 @@ bool InputTagSeriesFile::check() {
 
 void InputTagSeriesFile::commit() {
   InputTagFile::commit();
-  Kestrix::StandardSerie(seriesPath(getRawValue())).copyTo(getActualParent()->*facts().table);
+  Kestrix::StandardSerie(seriesPath(getRawText())).copyTo(getActualParent()->*facts().table);
 }
 
 void InputTagSeriesFile::assignPreset() {
@@ -158,7 +154,7 @@ void InputTagBoolean::assignPreset() {
 void InputTagBoolean::commit() {
   bool* const result_ = target();
   ASSERT(result_ != nullptr, "");
-  const std::string& raw = getRawValue();
+  const std::string_view raw = getRawText();
   const bool isTrue = raw == "1" || raw == "yes";
   ASSERT(isTrue || raw == "0" || raw == "no",
          "tried to parse invalid boolean value '" << raw << "'. I don't like.");

@@ -136,7 +136,7 @@ void IRdomain::checkRules() {
   const auto checkNames = [this, &firstOfName]<class Region>(std::string_view keyword,
                                                              const std::vector<Region*>& regions) {
     for (std::size_t number = 0; number < regions.size(); ++number) {
-      const std::string& name = regions[number]->getTag("region_name", 0).getRawValue();
+      const std::string_view name = regions[number]->getTag("region_name", 0).getRawText();
       const Subject tag = about<&Region::region_name>(*regions[number]);
       const auto [first, isNew] = firstOfName.try_emplace(name, tag);
       if (!isNew) {
