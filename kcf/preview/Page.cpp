@@ -2,9 +2,11 @@
 
 #include <fmt/format.h>
 
+#include <algorithm>
 #include <array>
 #include <cmath>
 #include <cstddef>
+#include <random>
 #include <span>
 #include <string_view>
 
@@ -98,6 +100,9 @@ std::string bytesOf(double size) {
                             : fmt::format("{:.1f} MB", size / kilo / kilo);
 }
 
+/// Lines of the command file that the page holds at most.
+constexpr std::size_t lineLimit = 5000;
+
 /// The sections of the page, each with its heading in the navigation.
 class Sections {
  public:
@@ -118,9 +123,11 @@ class Sections {
       beds();
     }
     links();
+    actions();
     outputs();
     files();
     defaults();
+    commandFile();
     signature();
   }
 
@@ -207,8 +214,7 @@ class Sections {
         html_.leaf("span", " – " + notice.help, {{"class", "help"}});
       }
       if (notice.line > 0) {
-        html_.text(" ").leaf("code", std::filesystem::path(notice.file).filename().string() + ":" +
-                                         std::to_string(notice.line));
+        place(notice);
       }
       if (!notice.subject.empty()) {
         html_.text(" ").leaf("a", "show",
@@ -216,6 +222,20 @@ class Sections {
                               {"aria-label", "Show what this is about: " + notice.message}});
       }
       html_.close();
+    }
+    html_.close();
+  }
+
+  /// The line that a notice is about, with a link to it where it stands in the page.
+  void place(const Notice& notice) {
+    const std::string line = std::to_string(notice.line);
+    const std::string shown =
+        std::filesystem::path(notice.file).filename().string() + ":" + line;
+    html_.text(" ").open("code");
+    if (notice.file == model_->path && notice.line <= lineLimit) {
+      html_.leaf("a", shown, {{"href", "#line-" + line}});
+    } else {
+      html_.text(shown);
     }
     html_.close();
   }
@@ -412,20 +432,40 @@ class Sections {
     html_.close().close();
   }
 
+  void actions() {
+    if (model_->actions.empty()) {
+      return;
+    }
+    begin("actions", "Boundaries");
+    std::vector<std::vector<std::string>> rows;
+    for (const Action& action : model_->actions) {
+      rows.push_back({action.name.empty() ? "unnamed" : action.name, action.region,
+                      action.field.empty() ? action.kind : action.field + " " + action.kind,
+                      action.type, action.place, action.by});
+    }
+    writeTable(html_, "Boundaries and sources", {"Name", "Region", "Kind", "Type", "At", "Given"},
+               rows);
+    html_.close();
+  }
+
   void outputs() {
     begin("outputs", "Outputs");
+    double total = 0;
     std::vector<std::vector<std::string>> rows;
     for (const Output& output : model_->outputs) {
       const double size = output.numbers * static_cast<double>(output.times) * sizeof(double);
+      total += size;
       rows.push_back({output.region, output.type, output.values, plain(output.interval),
                       grouped(static_cast<double>(output.times)), size > 0 ? bytesOf(size) : "–"});
     }
     writeTable(html_, "Outputs over the run",
                {"Region", "Output", "Values", "#Every [s]", "#Times", "#About"}, rows);
-    html_.leaf(
-        "p",
-        "Sizes count 8 bytes a number, without what a format adds; text takes about twice that.",
-        {{"class", "hint"}});
+    html_.leaf("p",
+               fmt::format("About {} together. Sizes count 8 bytes a number, without what a format "
+                           "adds; text takes about twice that. Where there is none, the setup does "
+                           "not tell how many numbers are written.",
+                           bytesOf(total)),
+               {{"class", "hint"}});
     html_.close();
   }
 
@@ -462,6 +502,24 @@ class Sections {
     }
   }
 
+  /// The text of the setup, to which the notices lead.
+  void commandFile() {
+    begin("setup", "Command file");
+    beginDetails("The command file, line by line");
+    html_.open("ol", {{"class", "listing"}});
+    std::size_t line = 1;
+    for (std::string_view rest = model_->text; !rest.empty() && line <= lineLimit; ++line) {
+      const std::size_t end = std::min(rest.find('\n'), rest.size());
+      html_.leaf("li", rest.substr(0, end), {{"id", "line-" + std::to_string(line)}});
+      rest.remove_prefix(std::min(end + 1, rest.size()));
+    }
+    html_.close();
+    if (line > lineLimit) {
+      html_.leaf("p", "Further lines are left out.", {{"class", "hint"}});
+    }
+    html_.close().close();
+  }
+
   void signature() {
     begin("sign", "Sign-off");
     html_.open("div", {{"class", "signature"}});
@@ -493,6 +551,17 @@ std::string embedded(const ordered_json& json) {
 
 std::string digest(std::string_view text) {
   return "'sha256-" + base64(sha256(text)) + "'";
+}
+
+/// A word that cannot be guessed.
+std::string secret() {
+  std::random_device source;
+  std::string word;
+  constexpr int parts = 4;
+  for (int i = 0; i < parts; ++i) {
+    word += fmt::format("{:08x}", source());
+  }
+  return word;
 }
 
 /// Fills the gaps `{{name}}` of the template.
@@ -539,9 +608,11 @@ std::string pageOf(const Model& model, const std::string& stampName, const std::
   }
   ordered_json page = model.page;
   if (!stamp.empty()) {
-    page["stamp"] = {{"name", stampName}, {"value", stamp}};
-    // The only script that is no part of the page: the one beside it.
-    policy += " 'self' file:";
+    // The only script that is no part of the page: the one beside it, by a word that nothing else
+    // knows. The policy cannot name a file of a folder.
+    const std::string word = secret();
+    page["stamp"] = {{"name", stampName}, {"value", stamp}, {"nonce", word}};
+    policy += " 'nonce-" + word + "'";
   }
   std::string data =
       "<script type=\"application/json\" id=\"setup-data\">" + embedded(page) + "</script>\n";

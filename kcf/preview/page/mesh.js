@@ -257,7 +257,8 @@
       this.build(place);
       this.start();
       this.box = this.boxOf(parts);
-      if (kept.view) this.view = kept.view;
+      this.shape();
+      this.view = kept.view;
       this.resize();
       if (!kept.view) this.fit();
       this.recolour();
@@ -295,7 +296,13 @@
     }
 
     listen() {
-      new ResizeObserver(() => { if (this.view && this.stage.clientWidth > 0) { this.resize(); this.redraw(); } }).observe(this.stage);
+      new ResizeObserver(() => {
+        if (!this.view || this.stage.clientWidth === 0) return;
+        this.shape();
+        this.resize();
+        if (this.isWhole) this.fit();
+        this.redraw();
+      }).observe(this.stage);
       const pointers = new Map();
       let moved = 0;
       const here = (event) => {
@@ -411,7 +418,15 @@
       return Number.isFinite(box.low[0]) ? box : { low: [0, 0], high: [1, 1] };
     }
 
+    /** A long river needs less height than the picture may take. */
+    shape() {
+      const { low, high } = this.box;
+      const wanted = this.stage.clientWidth * (high[1] - low[1]) / Math.max(high[0] - low[0], 1e-6) + 150;
+      this.stage.style.maxHeight = `${Math.max(wanted, 340)}px`;
+    }
+
     fit() {
+      this.isWhole = true;
       const [width, height] = [this.stage.clientWidth || 1, this.stage.clientHeight || 1];
       const { low, high } = this.box;
       const extent = [Math.max(high[0] - low[0], 1e-6), Math.max(high[1] - low[1], 1e-6)];
@@ -434,12 +449,14 @@
     }
 
     pan(dx, dy) {
+      this.isWhole = false;
       this.view.x -= dx / this.view.scale;
       this.view.y += dy / this.view.scale;
       this.redraw();
     }
 
     zoom(factor, at = [this.stage.clientWidth / 2, this.stage.clientHeight / 2]) {
+      this.isWhole = false;
       const before = this.world(at);
       this.view.scale = Math.min(Math.max(this.view.scale * factor, 1e-9), 1e7);
       const after = this.world(at);
@@ -540,7 +557,7 @@
         if (this.show.outlines && edge > 5 && visible.length <= 64) this.paintOutlines(part, visible, Math.min(1, (edge - 5) / 12));
       }
       this.paintOverlay();
-      memory.set("mesh", { view, colouring: this.colouring.title, show: this.show });
+      memory.set("mesh", { view: this.isWhole ? null : view, colouring: this.colouring.title, show: this.show });
     }
 
     paintOutlines(part, visible, strength) {
@@ -726,6 +743,7 @@
       for (const part of this.parts) {
         const e = part.elementIds.indexOf(id);
         if (e < 0) continue;
+        this.isWhole = false;
         [this.view.x, this.view.y] = this.centre(part, e);
         const edge = Math.sqrt(part.mesh.area / part.size);
         this.view.scale = Math.max(this.view.scale, 40 / edge);

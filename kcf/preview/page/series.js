@@ -84,10 +84,11 @@
         includeZero: Math.min(...entry.columns.map((one) => one.lowest)) >= 0 && Math.min(...entry.columns.map((one) => one.lowest)) < 0.6 * Math.max(...entry.columns.map((one) => one.highest)),
         gridLineColor: colourOf("--line"), axisLineColor: colourOf("--line"), axisLabelFontSize: 12, rightGap: 12, xRangePad: isTimed ? 0 : 8, yRangePad: 8,
         dateWindow: isTimed ? [...span] : null,
+        ...(isTimed ? {} : { xlabel: `${entry.argument} [${entry.argumentUnit}]`, xLabelHeight: 16 }),
         axes: {
           x: { axisLabelFormatter: (x) => isTimed ? (x === 0 ? "0" : duration(x)) : number(x), pixelsPerLabel: 76,
             ...(isTimed ? { ticker: timeTicks } : {}) },
-          y: { axisLabelWidth: 58, axisLabelFormatter: (y) => number(y), pixelsPerLabel: 34 },
+          y: { axisLabelWidth: 58, axisLabelFormatter: (y) => number(y), pixelsPerLabel: 24 },
         },
         underlayCallback: (context, area, self) => {
           if (!isTimed || !region || region.end === null) return;
