@@ -372,7 +372,7 @@ class ModelReader {
     }
     readOutputs(block, region);
     readNamedFiles(block);
-    readActions(block, region.name);
+    readActions(block, region.name, &block);
     model_.page["regions"].push_back(
         {{"name", region.name},
          {"kind", kind},
@@ -382,34 +382,37 @@ class ModelReader {
     return model_.regions.back();
   }
 
+  /// What is acted on by the boundaries and sources of a block.
+  static std::string fieldOf(std::string_view blockName) {
+    return blockName == "BEDLOAD" ? "bed load" : blockName == "MORPHOLOGY" ? "bed" : spoken(blockName);
+  }
+
   /// All boundaries and sources below `block`.
-  void readActions(const SetupBlock& block, const std::string& region) {
+  void readActions(const SetupBlock& block, const std::string& region,
+                   const SetupBlock* regionBlock) {
     for (const SetupBlock& child : block.blocks) {
       if (!Action::isOne(child.name)) {
-        readActions(child, region);
+        readActions(child, region, regionBlock);
         continue;
       }
+      const bool isSource = child.name == "EXTERNAL_SOURCE";
+      const SetupBlock& field = isSource && block.parent != nullptr ? *block.parent : block;
       Action action{region,
-                    "",
-                    spoken(child.name),
+                    field.schema == nullptr || &field == regionBlock ? "" : fieldOf(field.name),
+                    isSource ? "source" : spoken(child.name),
                     utf8(child.value("name")),
                     utf8(child.value("type")),
                     "",
                     "",
                     child.line};
-      for (const SetupBlock* above = &block; above->parent != nullptr; above = above->parent) {
-        const bool isTelling = above->name != "SOURCE" || above->parent->name == "MORPHOLOGY";
-        if (isTelling && action.field.empty()) {
-          action.field = spoken(above->name);
-        }
-      }
       for (const SetupTag& tag : child.tags) {
         if (tag.name == "type" || tag.name == "name") {
           continue;
         }
         const bool isPlace = Action::isPlace(tag.name);
         std::string& text = isPlace ? action.place : action.by;
-        text += (text.empty() ? "" : ", ") + (isPlace ? "" : tag.name + " ") + utf8(tag.value);
+        text += (text.empty() ? "" : ", ") + (isPlace ? "" : tag.name + " ") +
+                utf8(fmt::format("{}", fmt::join(listItems(tag.value), " ")));
       }
       model_.actions.push_back(std::move(action));
     }

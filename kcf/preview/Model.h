@@ -37,7 +37,7 @@ struct Output {
 struct Action {
   std::string region;
   std::string field;  ///< what it acts on, such as "hydraulics"
-  std::string kind;   ///< "boundary", "inner boundary", "external source"
+  std::string kind;   ///< "boundary", "inner boundary", "source"
   std::string name;
   std::string type;
   std::string place;  ///< names of strings, cross sections, ids

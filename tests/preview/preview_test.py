@@ -231,6 +231,73 @@ class Preview(unittest.TestCase):
         told = [float(word) for word in self.browser.run("return document.querySelector('.readout').textContent;").split()]
         self.assertLess(math.dist(told, (50, 20)), 0.5)
 
+    def touch(self, kind, *points):
+        self.browser.command("Input.dispatchTouchEvent", type=kind, touchPoints=[{"x": x, "y": y, "id": i} for i, (x, y) in enumerate(points)])
+
+    def test_the_mesh_by_touch(self):
+        self.browser.resize(390, 800, is_mobile=True)
+        self.browser.command("Emulation.setTouchEmulationEnabled", enabled=True, maxTouchPoints=2)
+        try:
+            self.show(EXAMPLES / "river-reach/setup.kcf")
+            left, top, width, height = self.browser.run(VIEW + "document.getElementById('mesh').scrollIntoView(); const box = view.stage.getBoundingClientRect();"
+                                                        "return [box.left, box.top, box.width, box.height];")
+            x, y = left + width / 2, top + height / 2
+            state = VIEW + "return [view.view.x, view.view.y, view.view.scale, scrollY];"
+            before = self.browser.run(state)
+            # One finger moves the mesh, and not the page.
+            self.touch("touchStart", (x, y))
+            for step in range(1, 6):
+                self.touch("touchMove", (x - 10 * step, y + 6 * step))
+            self.touch("touchEnd")
+            moved = self.browser.run(state)
+            self.assertAlmostEqual(moved[0] - before[0], 50 / before[2], delta=1 / before[2])
+            self.assertAlmostEqual(moved[1] - before[1], 30 / before[2], delta=1 / before[2])
+            self.assertEqual(moved[2:], before[2:])
+            # Two fingers zoom; what lies between them stays there.
+            middle = VIEW + "return view.world([view.stage.clientWidth / 2, view.stage.clientHeight / 2]);"
+            centre = self.browser.run(middle)
+            self.touch("touchStart", (x - 30, y))
+            self.touch("touchStart", (x - 30, y), (x + 30, y))
+            for step in range(1, 7):
+                self.touch("touchMove", (x - 30 - 5 * step, y), (x + 30 + 5 * step, y))
+            self.touch("touchEnd")
+            zoomed = self.browser.run(state)
+            self.assertAlmostEqual(zoomed[2] / moved[2], 2, delta=0.05)
+            self.assertEqual(zoomed[3], moved[3])
+            self.assertLess(math.dist(self.browser.run(middle), centre), 2 / moved[2])
+            # A tap tells what lies below the finger.
+            self.browser.run(VIEW + "view.fit(); view.paint();")
+            place = self.browser.run(VIEW + "const box = view.stage.getBoundingClientRect(); const part = view.parts[0];"
+                                     "const [a, b] = view.screen(...view.centre(part, part.elementIds.indexOf(11))); return [a + box.left, b + box.top];")
+            self.touch("touchStart", place)
+            self.touch("touchEnd")
+            self.assertIn("Element 11", self.browser.run("return document.querySelector('.element').innerText;"))
+        finally:
+            self.browser.command("Emulation.setTouchEmulationEnabled", enabled=False)
+
+    def test_regions_share_a_view(self):
+        """Two meshes, far from each other's origin, each with tables of its own."""
+        square = "MESH2D\nE4Q 1 1 2 3 4 {0}\nND 1 {1} 0 1\nND 2 {2} 0 1\nND 3 {2} 10 1\nND 4 {1} 10 1\nNS 1 -4 side\n".format
+        (self.folder / "west.2dm").write_text(square(1, 700000, 700010))
+        (self.folder / "east.2dm").write_text(square(2, 700015, 700025))
+        plane = ("KESTPLANE_2D {{\nregion_name = {0}\nGEOMETRY {{\ntype = 2dm\nfile = {0}.2dm\nSTRINGDEF {{\nname = side\nupstream_direction = left\n}}\n}}\n"
+                 "HYDRAULICS {{\nFRICTION {{\ntype = strickler\ndefault_friction = {1}\nwall_friction = off\n}}\n}}\nTIMESTEP {{\ntotal_run_time = 60\n}}\n}}\n").format
+        setup = self.folder / "regions.kcf"
+        setup.write_text("DOMAIN {\nmultiregion = two\n" + plane("west", 30) + plane("east", 40) + "}\n")
+        self.show(setup)
+        self.assertEqual(self.browser.run("return [...document.querySelectorAll('.label.region')].map((label) => label.textContent);"), ["west", "east"])
+        strings = self.browser.run(VIEW + "return [...document.querySelectorAll('[data-string]')].map((path) => [path.dataset.region,"
+                                   "view.world(path.getAttribute('d').slice(1).split('L')[0].split(' ').map(Number))[0] + view.origin[0]]);")
+        self.assertEqual({name: round(x, 1) for name, x in strings}, {"west": 700000, "east": 700015})
+        for title, values in (("Material", ("1", "2")), ("Friction (strickler)", ("30", "40"))):
+            self.bare_mesh()
+            self.colour_by(title)
+            legend = self.legend()
+            for part, value in enumerate(values):
+                x, y = self.browser.run(VIEW + "const part = view.parts[arguments[0]]; const box = view.stage.getBoundingClientRect();"
+                                        "const [a, b] = view.screen(...view.centre(part, 0)); return [a + box.left + 9, b + box.top + 5];", part)
+                self.assertEqual(self.colour_at(x, y), legend[value])
+
     def test_every_kind_of_mesh(self):
         """Kinds of elements, ids with gaps in any order, unknown cards, and far coordinates."""
         east, north = 2600000, 1200000
@@ -384,7 +451,12 @@ class Preview(unittest.TestCase):
         self.assertIn(digest, text)
         self.assertIn("riemann_tolerance", text)  # a default
         rows = [line.split("\t") for line in text.splitlines()]
-        self.assertIn(["reach", "node_centered", "depth, velocity, deltaz, max[abs_velocity]", "900", "37", "65.1 kB"], rows)
+        # 55 nodes, 37 times, 8 bytes; a velocity has two components
+        self.assertIn(["reach", "node_centered", "depth, velocity, deltaz, max[abs_velocity]", "900", "37", "81.4 kB"], rows)
+        self.assertIn(["reach", "boundary_history", "Q, Qsed", "60", "541", "34.6 kB"], rows)
+        self.assertIn(["weir_pool", "reach", "bed source", "dredge", "18 19", "dredge_level_absolute 99.9, dredge_trigger_height 0.3, dredge_rate_max 0.05, "
+                       "dredge_elem_ids_redist 26 27, dredge_node_ids_redist 37"], rows)
+        self.assertIn("type = dredge", text)  # the command file itself
 
     def test_hostile_names_stay_names(self):
         evil = "<img/src=x/onerror=document.title='pwned'>"
@@ -417,6 +489,12 @@ class Preview(unittest.TestCase):
             self.assertIn(part, notices)
         for link in self.browser.run("return [...document.querySelectorAll('.notices a')].map((link) => link.getAttribute('href').slice(1));"):
             self.assertTrue(self.browser.run("return document.getElementById(arguments[0]) !== null;", link), link)
+        # Whatever is told of a line leads to that line, too, even into a closed part.
+        lines = setup.read_text().splitlines()
+        nonsense = next(i for i, line in enumerate(lines, 1) if line.startswith("NONSENSE"))
+        self.browser.click(f".notices a[href='#line-{nonsense}']")
+        self.assertIn("NONSENSE", self.wait_for("the line", "const line = document.querySelector('li:target'); return line && line.getBoundingClientRect().height > 0 && line.textContent;"))
+        self.assertEqual(self.browser.run("return [...document.querySelectorAll('.notices li')].filter((one) => !one.querySelector('a')).length;"), 0)
         self.check_colours("Material", {1: "1"})
         for text in ("", "DOMAIN {", "DOMAIN {\nKESTPLANE_2D {\nGEOMETRY {\nfile = none.2dm\n", "}}}}", "a = (((", "\x00\xff = {"):
             setup.write_bytes(text.encode("latin-1"))
@@ -434,6 +512,12 @@ class Preview(unittest.TestCase):
         try:
             self.assertIn("watched.html", watcher.stdout.readline())
             self.open(page)
+            # Of all scripts beside the page only the stamp may run.
+            (self.folder / "other.js").write_text("document.title = 'pwned';")
+            for name in ("other.js", "watched.html.stamp.js"):
+                self.browser.run("const script = document.createElement('script'); script.src = arguments[0]; document.head.append(script);", name)
+            time.sleep(0.3)
+            self.assertNotEqual(self.browser.run("return document.title;"), "pwned")
             self.browser.click("button[aria-label='Zoom in']")
             self.settle()
             scale = self.browser.run(VIEW + "return view.view.scale;")

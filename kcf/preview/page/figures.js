@@ -172,7 +172,7 @@
     setup.graph.edges.forEach((edge, i) => graph.setEdge(edge.from, edge.to, { ...edge, width: textWidth(shortened(edge.label)), height: 18, labelpos: "c" }, String(i)));
     dagre.layout(graph);
     const { width, height } = graph.graph();
-    const svg = element("svg", { class: "links", width, height, viewBox: `0 0 ${width} ${height}`, role: "img", "aria-label": "Regions, couplings and controllers; see the table below" });
+    const svg = element("svg", { class: width < 1.8 * place.clientWidth ? "links fitted" : "links", width, height, viewBox: `0 0 ${width} ${height}`, role: "img", "aria-label": "Regions, couplings and controllers; see the table below" });
     const head = (from, to) => {
       const angle = Math.atan2(to.y - from.y, to.x - from.x);
       const wing = (turn) => `${(to.x - 10 * Math.cos(angle + turn)).toFixed(1)} ${(to.y - 10 * Math.sin(angle + turn)).toFixed(1)}`;

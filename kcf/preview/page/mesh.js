@@ -262,6 +262,7 @@
       this.resize();
       if (!kept.view) this.fit();
       this.recolour();
+      this.paint();
       isTold();
     }
 
@@ -290,7 +291,7 @@
         button("Zoom in", "+", () => this.zoom(1.5)), button("Zoom out", "−", () => this.zoom(1 / 1.5)),
         button("All of the mesh", "All", () => { this.fit(); this.redraw(); }));
       this.legend = element("div", { class: "legend" });
-      this.details = element("div", { class: "element", role: "status" }, element("p", { class: "hint" }, "Point at an element, or click it to keep it."));
+      this.details = element("div", { class: "element", role: "status" }, element("p", { class: "hint" }, "Point at an element, or click or tap it to keep it."));
       place.append(tools, element("div", { class: "map" }, this.stage, element("div", { class: "beside" }, this.legend, this.details)));
       this.listen();
     }
@@ -467,6 +468,7 @@
 
     recolour() {
       const { gl, colouring } = this;
+      if (!gl) return;  // until the browser gives it back
       if (!colouring.isHeight) {
         this.entries = legendOf(colouring, this.meshes);
         const colours = new Map(this.entries.map((entry) => [entry.key, entry.colour]));
@@ -518,7 +520,7 @@
       this.pending = true;
       requestAnimationFrame(() => {
         this.pending = false;
-        if (this.gl && this.view) this.paint();
+        if (this.view) this.paint();
       });
     }
 
@@ -529,6 +531,12 @@
     }
 
     paint() {
+      if (this.gl) this.paintElements();
+      this.paintOverlay();
+      memory.set("mesh", { view: this.isWhole ? null : this.view, colouring: this.colouring.title, show: this.show });
+    }
+
+    paintElements() {
       const { gl, view, uniform } = this;
       gl.viewport(0, 0, this.canvas.width, this.canvas.height);
       gl.clearColor(0, 0, 0, 0);
@@ -556,8 +564,6 @@
         const edge = Math.sqrt(part.mesh.area / Math.max(part.size, 1)) * view.scale;
         if (this.show.outlines && edge > 5 && visible.length <= 64) this.paintOutlines(part, visible, Math.min(1, (edge - 5) / 12));
       }
-      this.paintOverlay();
-      memory.set("mesh", { view: this.isWhole ? null : view, colouring: this.colouring.title, show: this.show });
     }
 
     paintOutlines(part, visible, strength) {
@@ -755,7 +761,7 @@
 
     tell(found) {
       if (!found) {
-        this.details.replaceChildren(element("p", { class: "hint" }, "Point at an element, or click it to keep it."));
+        this.details.replaceChildren(element("p", { class: "hint" }, "Point at an element, or click or tap it to keep it."));
         return;
       }
       const { part, e } = found;
