@@ -569,7 +569,7 @@ class ModelReader {
                const SetupBlock& block, std::set<std::string>& names) {
     const Kestrix::Mesh read = Kestrix::readMesh(text);
     const Kestrix::MeshNodeIndex index(read.nodeIds);
-    const PackedMesh packed = packMesh(read, index);
+    PackedMesh packed = packMesh(read, index);
     const std::string subject = mesh["subject"];
     mesh["nodes"] = packed.numNodes;
     mesh["elements"] = packed.numElements;
@@ -583,9 +583,9 @@ class ModelReader {
     mesh["materialCounts"] = packed.materialCounts;
     mesh["materialAreas"] = packed.materialAreas;
     mesh["streams"] = ordered_json::array();
-    for (const auto& stream : packed.streams) {
+    for (auto& stream : packed.streams) {
       mesh["streams"].push_back(model_.streams.size());
-      model_.streams.push_back(base64(stream));
+      model_.streams.push_back(std::move(stream));
     }
     if (packed.numElements == 0) {
       tell(Severity::error, "the mesh '" + fileName + "' holds no element that can be drawn", "", 0,
@@ -1019,7 +1019,7 @@ class ModelReader {
     }
     entry["shownRows"] = rows.size();
     entry["stream"] = model_.streams.size();
-    model_.streams.push_back(base64(deflated(bytes)));
+    model_.streams.push_back(deflated(bytes));
   }
 
   // Links.

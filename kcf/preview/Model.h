@@ -71,7 +71,8 @@ struct Model {
   std::vector<Output> outputs;
   std::vector<Action> actions;
   nlohmann::ordered_json page;       ///< what the scripts of the page draw
-  std::vector<std::string> streams;  ///< compressed lists of numbers, in base 64, that `page` names
+  /// Compressed lists of numbers that `page` names.
+  std::vector<std::vector<std::uint8_t>> streams;
   std::unique_ptr<KESTparse::KestrixInputRoot> schema;  ///< the master that `setup` reads
   std::unique_ptr<SetupBlock> setup;
   /// The files that the page depends on.

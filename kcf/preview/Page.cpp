@@ -6,6 +6,7 @@
 #include <array>
 #include <cmath>
 #include <cstddef>
+#include <functional>
 #include <random>
 #include <span>
 #include <string_view>
@@ -550,7 +551,9 @@ std::string embedded(const ordered_json& json) {
 }
 
 std::string digest(std::string_view text) {
-  return "'sha256-" + base64(sha256(text)) + "'";
+  std::string source = "'sha256-";
+  appendBase64(source, sha256(text));
+  return source + "'";
 }
 
 /// A word that cannot be guessed.
@@ -564,14 +567,13 @@ std::string secret() {
   return word;
 }
 
+/// What a gap of the template is filled with: it appends to the page.
+using Filling = std::function<void(std::string&)>;
+
 /// Fills the gaps `{{name}}` of the template.
-std::string filled(std::string_view text,
-                   const std::vector<std::pair<std::string_view, std::string>>& parts) {
+std::string filled(std::string_view text, std::size_t size,
+                   const std::vector<std::pair<std::string_view, Filling>>& fillings) {
   std::string out;
-  std::size_t size = text.size();
-  for (const auto& [name, part] : parts) {
-    size += part.size();
-  }
   out.reserve(size);
   while (true) {
     const std::size_t gap = text.find("{{");
@@ -580,12 +582,22 @@ std::string filled(std::string_view text,
       return out;
     }
     const std::size_t end = text.find("}}", gap);
-    for (const auto& [name, part] : parts) {
+    for (const auto& [name, fill] : fillings) {
       if (name == text.substr(gap + 2, end - gap - 2)) {
-        out += part;
+        fill(out);
       }
     }
     text.remove_prefix(end + 2);
+  }
+}
+
+/// The data of the page, which the scripts read.
+void appendData(std::string& out, const ordered_json& page, const Model& model) {
+  out += "<script type=\"application/json\" id=\"setup-data\">" + embedded(page) + "</script>\n";
+  for (std::size_t i = 0; i < model.streams.size(); ++i) {
+    out += "<script type=\"text/plain\" id=\"stream-" + std::to_string(i) + "\">";
+    appendBase64(out, model.streams[i]);
+    out += "</script>\n";
   }
 }
 
@@ -614,26 +626,28 @@ std::string pageOf(const Model& model, const std::string& stampName, const std::
     page["stamp"] = {{"name", stampName}, {"value", stamp}, {"nonce", word}};
     policy += " 'nonce-" + word + "'";
   }
-  std::string data =
-      "<script type=\"application/json\" id=\"setup-data\">" + embedded(page) + "</script>\n";
-  for (std::size_t i = 0; i < model.streams.size(); ++i) {
-    data += "<script type=\"text/plain\" id=\"stream-" + std::to_string(i) + "\">" +
-            model.streams[i] + "</script>\n";
-  }
   Sections sections(model);
   sections.write();
   const std::string hash = model.files.empty() ? "" : model.files.front().sha256;
-  return filled(asset(kcf_page, kcf_page_end),
-                {{"policy", escaped(policy)},
-                 {"title", escaped(page["title"].get<std::string>())},
-                 {"style", style},
-                 {"subtitle", escaped("Setup preview of " + model.files.front().name)},
-                 {"navigation", sections.takeNavigation()},
-                 {"sections", sections.takeSections()},
-                 {"version", KESTRIX_VERSION},
-                 {"hash", hash},
-                 {"data", data},
-                 {"scripts", scriptElements}});
+  constexpr std::size_t roomForTheRest = 1 << 20;
+  std::size_t size = roomForTheRest;
+  for (const auto& stream : model.streams) {
+    size += stream.size() * 4 / 3;
+  }
+  const auto text = [](std::string part) -> Filling {
+    return [part = std::move(part)](std::string& out) { out += part; };
+  };
+  return filled(asset(kcf_page, kcf_page_end), size,
+                {{"policy", text(escaped(policy))},
+                 {"title", text(escaped(page["title"].get<std::string>()))},
+                 {"style", text(style)},
+                 {"subtitle", text(escaped("Setup preview of " + model.files.front().name))},
+                 {"navigation", text(sections.takeNavigation())},
+                 {"sections", text(sections.takeSections())},
+                 {"version", text(KESTRIX_VERSION)},
+                 {"hash", text(hash)},
+                 {"data", [&page, &model](std::string& out) { appendData(out, page, model); }},
+                 {"scripts", text(scriptElements)}});
 }
 
 }  // namespace kcf
