@@ -7,11 +7,10 @@ The pages are opened from the file system. KESTRIX_SCREENSHOTS=DIR keeps what th
 a desk, on a phone, in the dark, and printed.
 """
 import base64
-import json
+import itertools
 import math
 import os
 import random
-import shutil
 import struct
 import subprocess
 import sys
@@ -66,6 +65,7 @@ def setup_of(mesh, more="", strings=(), friction=""):
 class Preview(unittest.TestCase):
     @classmethod
     def setUpClass(cls):
+        cls.numbers = itertools.count()
         cls.temporary = tempfile.TemporaryDirectory(ignore_cleanup_errors=True)
         cls.addClassCleanup(cls.temporary.cleanup)
         cls.folder = Path(cls.temporary.name)
@@ -89,15 +89,13 @@ class Preview(unittest.TestCase):
             time.sleep(0.05)
 
     def write(self, setup, page=None, *arguments):
-        page = page or self.folder / "page.html"
+        # Each page has a name of its own: pages of one name remember what their reader chose.
+        page = page or self.folder / f"page-{next(self.numbers)}.html"
         subprocess.run([KCF, "preview", setup, "-o", page, *arguments], check=True)
         return page
 
     def open(self, page):
-        # What an earlier page left is of another setup.
         self.browser.open("about:blank")
-        self.browser.open(page.as_uri())
-        self.browser.run("sessionStorage.clear();")
         self.browser.open(page.as_uri())
         self.wait_for("the pictures", "return 'ready' in document.documentElement.dataset;")
         self.settle()
