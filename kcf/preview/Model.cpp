@@ -965,6 +965,26 @@ class ModelReader {
     model_.page["series"].push_back(std::move(entry));
   }
 
+  /// Steps of more than half of the range within a hundredth of the time; the first few of them.
+  static ordered_json jumpsOf(const Series& series) {
+    constexpr std::size_t most = 3;
+    constexpr double brief = 0.01;
+    const auto& times = series.columns[0];
+    const double pause = brief * (times.back() - times.front());
+    ordered_json jumps = ordered_json::array();
+    for (std::size_t c = 1; c < series.columns.size(); ++c) {
+      const auto& column = series.columns[c];
+      const auto [low, high] = std::minmax_element(column.begin(), column.end());
+      const double least = (*high - *low) / 2;
+      for (std::size_t i = 1; least > 0 && i < column.size() && jumps.size() < most; ++i) {
+        if (std::abs(column[i] - column[i - 1]) >= least && times[i] - times[i - 1] <= pause) {
+          jumps.push_back({{"time", times[i]}, {"from", column[i - 1]}, {"to", column[i]}});
+        }
+      }
+    }
+    return jumps;
+  }
+
   void describeSeries(const Series& series, ordered_json& entry, const Region* region,
                       const SetupBlock& block, const SetupTag& tag) {
     const std::string subject = entry["subject"];
@@ -992,6 +1012,9 @@ class ModelReader {
       entry["columns"].push_back({{"lowest", *low}, {"highest", *high}});
     }
     const bool isOverTime = entry["argument"] == "time";
+    if (isOverTime) {
+      entry["jumps"] = jumpsOf(series);
+    }
     const auto falls =
         std::adjacent_find(times.begin(), times.end(), [](double a, double b) { return b <= a; });
     if (falls != times.end()) {

@@ -341,7 +341,13 @@ class Sections {
         }
       }
       rows.back().push_back(range);
-      rows.back().push_back(joined(entry["remarks"]));
+      std::string remarks = joined(entry["remarks"]);
+      for (const auto& jump : entry.value("jumps", ordered_json::array())) {
+        remarks += (remarks.empty() ? "" : ", ") +
+                   fmt::format("jumps from {} to {} at {} s", plain(jump["from"]),
+                               plain(jump["to"]), plain(jump["time"]));
+      }
+      rows.back().push_back(remarks);
     }
     writeTable(html_, "Series of the setup",
                {"Where", "File", "Quantity", "#Rows", "#From", "#To", "Range", "Remarks"}, rows);
@@ -440,7 +446,7 @@ class Sections {
     begin("actions", "Boundaries");
     std::vector<std::vector<std::string>> rows;
     for (const Action& action : model_->actions) {
-      rows.push_back({action.name.empty() ? "unnamed" : action.name, action.region,
+      rows.push_back({action.name.empty() ? "–" : action.name, action.region,
                       action.field.empty() ? action.kind : action.field + " " + action.kind,
                       action.type, action.place, action.by});
     }

@@ -11,6 +11,7 @@ import itertools
 import math
 import os
 import random
+import re
 import struct
 import subprocess
 import sys
@@ -160,15 +161,14 @@ class Preview(unittest.TestCase):
         # Material 3 has no thickness of its own.
         self.check_colours("Control volume", {1: "0.10", 2: "0.20", 21: "not told"})
 
-    def test_strings_lie_on_their_nodes(self):
-        self.show(EXAMPLES / "river-reach/setup.kcf")
+    def check_strings(self, mesh):
+        """The strings of a mesh lie on their nodes; returns them."""
         nodes = {}
         strings = {}
-        for line in (EXAMPLES / "river-reach/reach.2dm").read_text().splitlines():
-            words = line.split()
-            if words[0] == "ND":
+        for words in map(str.split, mesh.read_text().splitlines()):
+            if words[:1] == ["ND"]:
                 nodes[int(words[1])] = (float(words[2]), float(words[3]))
-            elif words[0] == "NS":
+            elif words[:1] == ["NS"]:
                 strings[words[-1]] = [abs(int(word)) for word in words[1:-1]]
         drawn = self.browser.run(VIEW + "return [...document.querySelectorAll('[data-string]')].map((path) => [path.dataset.string, path.className.baseVal,"
                                  "path.getAttribute('d').slice(1).split('L').map((pair) => view.world(pair.split(' ').map(Number)).map((value, i) => value + view.origin[i]))]);")
@@ -176,7 +176,35 @@ class Preview(unittest.TestCase):
         for name, _, points in drawn:
             self.assertEqual(len(points), len(strings[name]))
             for point, node in zip(points, strings[name]):
-                self.assertLess(math.dist(point, nodes[node]), 0.1)
+                self.assertLess(math.dist(point, nodes[node]), 0.5)
+        return drawn
+
+    def test_starts_are_drawn_as_they_say(self):
+        for start, mesh in (("flood-2d", "valley.2dm"), ("bedload-2d", "valley.2dm"), ("coupled", "floodplain.2dm"), ("reach-1d", None)):
+            with self.subTest(start=start):
+                folder = self.folder / start
+                subprocess.run([KCF, "template", start, "-o", folder], check=True, capture_output=True)
+                self.show(folder / "setup.kcf")
+                text = (folder / "setup.kcf").read_text()
+                self.assertEqual(self.browser.run("return document.querySelectorAll('.notices .error, main .remark').length;"), 0)
+                for label, row in self.series().items():
+                    name = next(word for word in row["text"].split() if word.endswith(".txt"))
+                    given = [list(map(float, line.split())) for line in (folder / name).read_text().splitlines() if line[:1].isdigit()]
+                    self.assertEqual(row["rows"], given, label)
+                if mesh is None:
+                    continue
+                self.check_strings(folder / mesh)
+                cards = [words for words in map(str.split, (folder / mesh).read_text().splitlines()) if words[:1] in (["E3T"], ["E4Q"])]
+                elements = {int(words[1]): words[-1] for words in cards[::len(cards) // 5]}
+                self.check_colours("Material", elements)
+                default = re.search(r"FRICTION \{[^}]*default_friction = (\S+)", text[text.index("KESTPLANE_2D"):]).group(1)
+                table = re.search(r"[^_]index = \(([^)]*)\).*\n\s*friction = \(([^)]*)\)", text)
+                friction = dict(zip(*(part.split() for part in table.groups()))) if table else {}
+                self.check_colours("Friction (strickler)", {element: friction.get(material, default) for element, material in elements.items()})
+
+    def test_strings_lie_on_their_nodes(self):
+        self.show(EXAMPLES / "river-reach/setup.kcf")
+        drawn = self.check_strings(EXAMPLES / "river-reach/reach.2dm")
         kinds = {name: kind.split()[-1] for name, kind, _ in drawn}
         self.assertEqual(kinds["inflow"], "boundary")
         self.assertEqual(kinds["weir_up"], "inner")
@@ -411,6 +439,7 @@ class Preview(unittest.TestCase):
         self.assertEqual(shown["b"]["rows"], [[0, 1], [100, 1], [100, 7], [3600, 7]])
         self.assertIn("ends at 3600 s, before the simulation (7200 s)", shown["b"]["text"])
         self.assertIn("does not increase", shown["b"]["text"])
+        self.assertIn("jumps from 1 to 7 at 100 s", shown["b"]["text"])
         self.assertEqual(shown["c"]["rows"], [[400, 0], [401, 12], [402, 80]])
         self.assertNotEqual(shown["c"]["window"], shown["a"]["window"])
 

@@ -64,7 +64,8 @@
         element("p", {}, `${entry.quantity}${entry.unit ? ` [${entry.unit}]` : ""}`),
         element("p", { class: "quiet" }, [entry.region, entry.kind, entry.type].filter(Boolean).join(" · ")),
         element("p", { class: "quiet" }, entry.file), value,
-        ...entry.remarks.map((remark) => element("p", { class: "remark" }, remark)));
+        ...entry.remarks.map((remark) => element("p", { class: "remark" }, remark)),
+        ...(entry.jumps ?? []).map((jump) => element("p", { class: "jump" }, `jumps from ${number(jump.from)} to ${number(jump.to)} at ${number(jump.time)} s`)));
       const made = element("div", { class: "row", id: entry.subject }, text, chart);
       if (entry.stream === undefined) {
         chart.append(element("p", { class: "hint" }, "Nothing to draw."));
@@ -100,6 +101,17 @@
           };
           shade(-1e300, region.start);
           shade(region.end, 1e300);
+          context.strokeStyle = colourOf("--warning");
+          context.setLineDash([4, 4]);
+          for (const { time } of entry.jumps ?? []) {
+            const x = self.toDomXCoord(time);
+            if (x < area.x || x > area.x + area.w) continue;
+            context.beginPath();
+            context.moveTo(x, area.y);
+            context.lineTo(x, area.y + area.h);
+            context.stroke();
+          }
+          context.setLineDash([]);
           context.fillStyle = colourOf("--lack");
           if (entry.last < region.end) shade(entry.last, region.end);
           if (entry.first > region.start) shade(region.start, entry.first);
