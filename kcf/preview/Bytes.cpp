@@ -25,12 +25,12 @@ std::vector<std::uint8_t> deflated(std::span<const std::uint8_t> bytes) {
   return out;
 }
 
-std::string base64(std::span<const std::uint8_t> bytes) {
+void appendBase64(std::string& text, std::span<const std::uint8_t> bytes) {
   constexpr std::string_view digits =
       "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
-  std::string text;
-  text.resize((bytes.size() + 2) / 3 * 4, '=');
-  char* out = text.data();
+  const std::size_t begin = text.size();
+  text.resize(begin + (bytes.size() + 2) / 3 * 4, '=');
+  char* out = text.data() + begin;
   std::size_t i = 0;
   for (; i + 2 < bytes.size(); i += 3) {
     const unsigned three =
@@ -49,7 +49,6 @@ std::string base64(std::span<const std::uint8_t> bytes) {
       *out++ = digits[(rest >> 6U) & 63U];
     }
   }
-  return text;
 }
 
 std::vector<std::uint8_t> sha256(std::string_view text) {

@@ -13,8 +13,8 @@ namespace kcf {
 /// `bytes` deflated, with the frame of zlib.
 std::vector<std::uint8_t> deflated(std::span<const std::uint8_t> bytes);
 
-/// `bytes` in base 64.
-std::string base64(std::span<const std::uint8_t> bytes);
+/// Appends `bytes` to `text` in base 64.
+void appendBase64(std::string& text, std::span<const std::uint8_t> bytes);
 
 /// The SHA-256 of `text`.
 std::vector<std::uint8_t> sha256(std::string_view text);

@@ -3,6 +3,7 @@
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <array>
 #include <cmath>
 #include <cstring>
 #include <future>
@@ -29,6 +30,10 @@ using nlohmann::ordered_json;
 
 /// Rows of a series that the page holds at most.
 constexpr std::size_t rowLimit = 8000;
+
+/// Values of outputs that have a component along x and one along y.
+constexpr std::array<std::string_view, 4> vectorValues{"velocity", "specific_discharge", "momentum",
+                                                       "bedload_vec"};
 
 /// `text` with what is no UTF-8 replaced, since nothing else can stand in a page.
 std::string utf8(const std::string& text) {
@@ -131,6 +136,7 @@ class ModelReader {
 
   Model run() {
     const std::string& text = contentOf(model_.path);
+    model_.text = utf8(text);
     KESTparse::Document document(text, *model_.schema, {.directory = folder_.string()});
     model_.setup = readSetup(document.syntax(), document.lines(), *model_.schema);
     // The check reads files of its own, which takes a while.
@@ -187,6 +193,7 @@ class ModelReader {
   const std::string* named(const SetupBlock& block, const SetupTag& tag,
                            const std::string& subject) {
     const std::filesystem::path path = resolved(tag.value);
+    subjectOfFile_.emplace(path.lexically_normal(), subject);
     const auto known = contents_.find(path.string());
     if (known != contents_.end()) {
       return &known->second;
@@ -246,7 +253,7 @@ class ModelReader {
       const std::size_t line = isHere ? lines.at(told.at.at.begin).line : told.at.line;
       notices.push_back({told.severity, told.message, told.help, told.code,
                          isHere ? model_.path.string() : told.at.file, line,
-                         isHere ? subjectOf(line) : ""});
+                         isHere ? subjectOf(line) : subjectOfFile(told.at.file)});
     }
     for (Notice& own : model_.notices) {
       const bool isTold = std::any_of(notices.begin(), notices.end(), [&own](const Notice& other) {
@@ -257,6 +264,12 @@ class ModelReader {
       }
     }
     model_.notices = std::move(notices);
+  }
+
+  /// The part of the page that shows what stands in a file that the setup names.
+  [[nodiscard]] std::string subjectOfFile(const std::filesystem::path& path) const {
+    const auto known = subjectOfFile_.find(path.lexically_normal());
+    return known == subjectOfFile_.end() ? "files" : known->second;
   }
 
   /// The part of the page that shows what stands at a line; empty when none does.
@@ -286,6 +299,8 @@ class ModelReader {
         subject = "bed";
       } else if (block->name == "OUTPUT") {
         subject = "outputs";
+      } else if (Action::isOne(block->name)) {
+        subject = subject.empty() ? "actions" : subject;
       }
       const auto series = seriesOf_.find(block);
       subject = series == seriesOf_.end() ? subject : series->second;
@@ -357,6 +372,7 @@ class ModelReader {
     }
     readOutputs(block, region);
     readNamedFiles(block);
+    readActions(block, region.name, &block);
     model_.page["regions"].push_back(
         {{"name", region.name},
          {"kind", kind},
@@ -364,6 +380,42 @@ class ModelReader {
          {"end", region.hasTime ? ordered_json(region.end) : ordered_json(nullptr)}});
     model_.regions.push_back(std::move(region));
     return model_.regions.back();
+  }
+
+  /// What is acted on by the boundaries and sources of a block.
+  static std::string fieldOf(std::string_view blockName) {
+    return blockName == "BEDLOAD" ? "bed load" : blockName == "MORPHOLOGY" ? "bed" : spoken(blockName);
+  }
+
+  /// All boundaries and sources below `block`.
+  void readActions(const SetupBlock& block, const std::string& region,
+                   const SetupBlock* regionBlock) {
+    for (const SetupBlock& child : block.blocks) {
+      if (!Action::isOne(child.name)) {
+        readActions(child, region, regionBlock);
+        continue;
+      }
+      const bool isSource = child.name == "EXTERNAL_SOURCE";
+      const SetupBlock& field = isSource && block.parent != nullptr ? *block.parent : block;
+      Action action{region,
+                    field.schema == nullptr || &field == regionBlock ? "" : fieldOf(field.name),
+                    isSource ? "source" : spoken(child.name),
+                    utf8(child.value("name")),
+                    utf8(child.value("type")),
+                    "",
+                    "",
+                    child.line};
+      for (const SetupTag& tag : child.tags) {
+        if (tag.name == "type" || tag.name == "name") {
+          continue;
+        }
+        const bool isPlace = Action::isPlace(tag.name);
+        std::string& text = isPlace ? action.place : action.by;
+        text += (text.empty() ? "" : ", ") + (isPlace ? "" : tag.name + " ") +
+                utf8(fmt::format("{}", fmt::join(listItems(tag.value), " ")));
+      }
+      model_.actions.push_back(std::move(action));
+    }
   }
 
   /// All files that are named below `block`, with the tag that names them.
@@ -385,10 +437,22 @@ class ModelReader {
              "names count from the folder '" + folder_.string() + "'", tag.line, "files");
       }
       model_.watched.push_back(path);
-      model_.files.push_back(std::move(file));
+      addFile(std::move(file));
     }
     for (const SetupBlock& child : block.blocks) {
       readNamedFiles(child);
+    }
+  }
+
+  /// A file that several blocks name is listed once.
+  void addFile(NamedFile file) {
+    const auto known =
+        std::find_if(model_.files.begin(), model_.files.end(),
+                     [&file](const NamedFile& other) { return other.sha256 == file.sha256; });
+    if (known == model_.files.end()) {
+      model_.files.push_back(std::move(file));
+    } else {
+      known->usedBy += "; " + file.usedBy;
     }
   }
 
@@ -397,7 +461,7 @@ class ModelReader {
     if (output == nullptr) {
       return;
     }
-    const auto add = [this, &region](const SetupBlock& of, const std::string& type,
+    const auto add = [this, &block, &region](const SetupBlock& of, const std::string& type,
                                      std::string_view tag) {
       const auto interval = of.numbers(tag);
       constexpr double never = 1e30;
@@ -419,7 +483,7 @@ class ModelReader {
         }
       }
       entry.values = utf8(entry.values);
-      entry.numbers = numbersOf(of);
+      entry.numbers = numbersOf(of, block);
       model_.outputs.push_back(std::move(entry));
     };
     add(*output, "default output", "output_time_step");
@@ -429,14 +493,40 @@ class ModelReader {
     }
   }
 
-  /// How many numbers an output writes each time: values times places. 0 until the mesh is known.
-  static double numbersOf(const SetupBlock& output) {
+  /// How many numbers an output writes each time: values times places. 0 until the mesh is known,
+  /// and where the setup does not tell.
+  static double numbersOf(const SetupBlock& output, const SetupBlock& region) {
     const auto count = [&output](std::string_view places, std::string_view values) {
       return static_cast<double>(output.items(places).size() * output.items(values).size());
     };
-    return count("node_ids", "node_values") + count("element_ids", "element_values") +
-           count("stringdefs", "stringdef_values") + count("edge_ids", "edge_values") +
-           static_cast<double>(output.items("balance_values").size());
+    double numbers = count("node_ids", "node_values") + count("element_ids", "element_values") +
+                     count("stringdefs", "stringdef_values") + count("edge_ids", "edge_values") +
+                     static_cast<double>(output.items("balance_values").size());
+    if (const SetupBlock* const hydraulics = region.find("HYDRAULICS"); hydraulics != nullptr) {
+      numbers += static_cast<double>(hydraulics->all("BOUNDARY").size() *
+                                     output.items("boundary_values").size());
+    }
+    for (const SetupTag& tag : output.tags) {
+      // Of a chain: what is written over time at cross sections, rather than once.
+      const auto items = listItems(tag.value);
+      if (std::find(items.begin(), items.end(), "time") != items.end()) {
+        numbers += static_cast<double>(output.items("cross_sections").size());
+      }
+    }
+    return numbers;
+  }
+
+  /// How many numbers the values of an output take at one place.
+  static double componentsOf(const std::string& values) {
+    double count = 0;
+    for (const std::string& value : listItems(values)) {
+      const bool isVector = std::any_of(
+          vectorValues.begin(), vectorValues.end(), [&value](std::string_view vector) {
+            return value == vector || value.find(fmt::format("[{}]", vector)) != std::string::npos;
+          });
+      count += isVector ? 2 : 1;
+    }
+    return count;
   }
 
   // 2D.
@@ -469,9 +559,8 @@ class ModelReader {
     for (Output& output : model_.outputs) {
       if (output.region == region.name &&
           (output.type == "node_centered" || output.type == "element_centered")) {
-        const auto values = 1 + std::count(output.values.begin(), output.values.end(), ',');
         output.numbers = mesh[output.type == "node_centered" ? "nodes" : "elements"].get<double>() *
-                         static_cast<double>(output.values.empty() ? 0 : values);
+                         componentsOf(output.values);
       }
     }
   }
@@ -480,7 +569,7 @@ class ModelReader {
                const SetupBlock& block, std::set<std::string>& names) {
     const Kestrix::Mesh read = Kestrix::readMesh(text);
     const Kestrix::MeshNodeIndex index(read.nodeIds);
-    const PackedMesh packed = packMesh(read, index);
+    PackedMesh packed = packMesh(read, index);
     const std::string subject = mesh["subject"];
     mesh["nodes"] = packed.numNodes;
     mesh["elements"] = packed.numElements;
@@ -494,9 +583,9 @@ class ModelReader {
     mesh["materialCounts"] = packed.materialCounts;
     mesh["materialAreas"] = packed.materialAreas;
     mesh["streams"] = ordered_json::array();
-    for (const auto& stream : packed.streams) {
+    for (auto& stream : packed.streams) {
       mesh["streams"].push_back(model_.streams.size());
-      model_.streams.push_back(base64(stream));
+      model_.streams.push_back(std::move(stream));
     }
     if (packed.numElements == 0) {
       tell(Severity::error, "the mesh '" + fileName + "' holds no element that can be drawn", "", 0,
@@ -644,7 +733,20 @@ class ModelReader {
         "control volume", "m", "");
     add("MORPHOLOGY/BEDLOAD/FORMULA", "theta_critical_index", "theta_critical",
         "critical Shields value", "–", "");
+    add("MORPHOLOGY/BEDLOAD/FORMULA", "bedforms_index", "bedforms_factor", "bedforms factor", "–",
+        "");
+    add("MORPHOLOGY/BEDLOAD/PARAMETER", "upwind_index", "upwind", "upwind factor of bed load", "–",
+        "");
+    add("MORPHOLOGY/BEDLOAD/DIRECTION", "lateral_index", "radius_static", "radius of curvature",
+        "m", "");
+    for (const auto& [tag, label] : {std::pair{"angle_failure_dry", "failure angle, dry"},
+                                     {"angle_failure_wetted", "failure angle, wetted"},
+                                     {"angle_failure_deposited", "failure angle, deposited"}}) {
+      add("MORPHOLOGY/GRAVITATIONAL_TRANSPORT", "index", tag, label, "°", "");
+    }
     add("MORPHOLOGY/SUSPENDED_LOAD/INITIAL", "index", "concentration", "initial concentration", "–",
+        "");
+    add("MORPHOLOGY/SUSPENDED_LOAD/INITIAL", "index", "mixture", "initial suspended mixture", "",
         "");
     return tables;
   }
@@ -854,13 +956,33 @@ class ModelReader {
                           {"remarks", ordered_json::array()}};
     if (region == nullptr) {
       // A controller's files belong to no region.
-      model_.files.push_back(describe(utf8(tag.value), utf8(whereOf(block)), resolved(tag.value)));
+      addFile(describe(utf8(tag.value), utf8(whereOf(block)), resolved(tag.value)));
     }
     if (const std::string* const text = named(block, tag, subject); text != nullptr) {
       const Series series = readSeries(*text);
       describeSeries(series, entry, region, block, tag);
     }
     model_.page["series"].push_back(std::move(entry));
+  }
+
+  /// Steps of more than half of the range within a hundredth of the time; the first few of them.
+  static ordered_json jumpsOf(const Series& series) {
+    constexpr std::size_t most = 3;
+    constexpr double brief = 0.01;
+    const auto& times = series.columns[0];
+    const double pause = brief * (times.back() - times.front());
+    ordered_json jumps = ordered_json::array();
+    for (std::size_t c = 1; c < series.columns.size(); ++c) {
+      const auto& column = series.columns[c];
+      const auto [low, high] = std::minmax_element(column.begin(), column.end());
+      const double least = (*high - *low) / 2;
+      for (std::size_t i = 1; least > 0 && i < column.size() && jumps.size() < most; ++i) {
+        if (std::abs(column[i] - column[i - 1]) >= least && times[i] - times[i - 1] <= pause) {
+          jumps.push_back({{"time", times[i]}, {"from", column[i - 1]}, {"to", column[i]}});
+        }
+      }
+    }
+    return jumps;
   }
 
   void describeSeries(const Series& series, ordered_json& entry, const Region* region,
@@ -890,6 +1012,9 @@ class ModelReader {
       entry["columns"].push_back({{"lowest", *low}, {"highest", *high}});
     }
     const bool isOverTime = entry["argument"] == "time";
+    if (isOverTime) {
+      entry["jumps"] = jumpsOf(series);
+    }
     const auto falls =
         std::adjacent_find(times.begin(), times.end(), [](double a, double b) { return b <= a; });
     if (falls != times.end()) {
@@ -917,7 +1042,7 @@ class ModelReader {
     }
     entry["shownRows"] = rows.size();
     entry["stream"] = model_.streams.size();
-    model_.streams.push_back(base64(deflated(bytes)));
+    model_.streams.push_back(deflated(bytes));
   }
 
   // Links.
@@ -1031,11 +1156,26 @@ class ModelReader {
   std::filesystem::path folder_;
   Model model_;
   std::map<const SetupBlock*, std::string> seriesOf_;  // what shows the series of a block
+  std::map<std::filesystem::path, std::string> subjectOfFile_;  // what shows the content of a file
   std::map<std::string, std::string> contents_;
   std::map<std::string, std::future<std::string>> hashes_;
 };
 
 }  // namespace
+
+bool Action::isOne(std::string_view blockName) {
+  return blockName == "BOUNDARY" || blockName == "INNER_BOUNDARY" || blockName == "EXTERNAL_SOURCE";
+}
+
+bool Action::isPlace(std::string_view tagName) {
+  constexpr std::array<std::string_view, 19> places{
+      "string_name",    "string_name1",  "string_name2",         "string",
+      "cross_section",  "cross_sections", "cross_section_name_1", "cross_section_name_2",
+      "side",           "element_ids",   "elem_ids",             "node_ids",
+      "index",          "material_index", "face",                 "from_to1",
+      "from_to2",       "x_values",      "y_values"};
+  return std::find(places.begin(), places.end(), tagName) != places.end();
+}
 
 Model readModel(const std::filesystem::path& path, const std::filesystem::path& folder) {
   return ModelReader(path, folder).run();

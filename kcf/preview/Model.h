@@ -33,6 +33,23 @@ struct Output {
   double numbers = 0;     ///< that are written over the run; 0 when that cannot be told
 };
 
+/// A boundary or a source.
+struct Action {
+  std::string region;
+  std::string field;  ///< what it acts on, such as "hydraulics"
+  std::string kind;   ///< "boundary", "inner boundary", "source"
+  std::string name;
+  std::string type;
+  std::string place;  ///< names of strings, cross sections, ids
+  std::string by;     ///< all else that it is given
+  std::size_t line = 0;
+
+  /// Whether blocks of that name are boundaries or sources.
+  static bool isOne(std::string_view blockName);
+  /// Whether a tag of that name tells where one acts.
+  static bool isPlace(std::string_view tagName);
+};
+
 /// What is simulated in one region.
 struct Region {
   std::string name;
@@ -47,12 +64,15 @@ struct Region {
 struct Model {
   std::string title;
   std::filesystem::path path;
+  std::string text;  ///< of the command file
   std::vector<Notice> notices;
   std::vector<NamedFile> files;
   std::vector<Region> regions;
   std::vector<Output> outputs;
+  std::vector<Action> actions;
   nlohmann::ordered_json page;       ///< what the scripts of the page draw
-  std::vector<std::string> streams;  ///< compressed lists of numbers, in base 64, that `page` names
+  /// Compressed lists of numbers that `page` names.
+  std::vector<std::vector<std::uint8_t>> streams;
   std::unique_ptr<KESTparse::KestrixInputRoot> schema;  ///< the master that `setup` reads
   std::unique_ptr<SetupBlock> setup;
   /// The files that the page depends on.

@@ -2,9 +2,12 @@
 
 #include <fmt/format.h>
 
+#include <algorithm>
 #include <array>
 #include <cmath>
 #include <cstddef>
+#include <functional>
+#include <random>
 #include <span>
 #include <string_view>
 
@@ -98,6 +101,9 @@ std::string bytesOf(double size) {
                             : fmt::format("{:.1f} MB", size / kilo / kilo);
 }
 
+/// Lines of the command file that the page holds at most.
+constexpr std::size_t lineLimit = 5000;
+
 /// The sections of the page, each with its heading in the navigation.
 class Sections {
  public:
@@ -118,9 +124,11 @@ class Sections {
       beds();
     }
     links();
+    actions();
     outputs();
     files();
     defaults();
+    commandFile();
     signature();
   }
 
@@ -207,8 +215,7 @@ class Sections {
         html_.leaf("span", " – " + notice.help, {{"class", "help"}});
       }
       if (notice.line > 0) {
-        html_.text(" ").leaf("code", std::filesystem::path(notice.file).filename().string() + ":" +
-                                         std::to_string(notice.line));
+        place(notice);
       }
       if (!notice.subject.empty()) {
         html_.text(" ").leaf("a", "show",
@@ -216,6 +223,20 @@ class Sections {
                               {"aria-label", "Show what this is about: " + notice.message}});
       }
       html_.close();
+    }
+    html_.close();
+  }
+
+  /// The line that a notice is about, with a link to it where it stands in the page.
+  void place(const Notice& notice) {
+    const std::string line = std::to_string(notice.line);
+    const std::string shown =
+        std::filesystem::path(notice.file).filename().string() + ":" + line;
+    html_.text(" ").open("code");
+    if (notice.file == model_->path && notice.line <= lineLimit) {
+      html_.leaf("a", shown, {{"href", "#line-" + line}});
+    } else {
+      html_.text(shown);
     }
     html_.close();
   }
@@ -320,7 +341,13 @@ class Sections {
         }
       }
       rows.back().push_back(range);
-      rows.back().push_back(joined(entry["remarks"]));
+      std::string remarks = joined(entry["remarks"]);
+      for (const auto& jump : entry.value("jumps", ordered_json::array())) {
+        remarks += (remarks.empty() ? "" : ", ") +
+                   fmt::format("jumps from {} to {} at {} s", plain(jump["from"]),
+                               plain(jump["to"]), plain(jump["time"]));
+      }
+      rows.back().push_back(remarks);
     }
     writeTable(html_, "Series of the setup",
                {"Where", "File", "Quantity", "#Rows", "#From", "#To", "Range", "Remarks"}, rows);
@@ -412,20 +439,40 @@ class Sections {
     html_.close().close();
   }
 
+  void actions() {
+    if (model_->actions.empty()) {
+      return;
+    }
+    begin("actions", "Boundaries");
+    std::vector<std::vector<std::string>> rows;
+    for (const Action& action : model_->actions) {
+      rows.push_back({action.name.empty() ? "–" : action.name, action.region,
+                      action.field.empty() ? action.kind : action.field + " " + action.kind,
+                      action.type, action.place, action.by});
+    }
+    writeTable(html_, "Boundaries and sources", {"Name", "Region", "Kind", "Type", "At", "Given"},
+               rows);
+    html_.close();
+  }
+
   void outputs() {
     begin("outputs", "Outputs");
+    double total = 0;
     std::vector<std::vector<std::string>> rows;
     for (const Output& output : model_->outputs) {
       const double size = output.numbers * static_cast<double>(output.times) * sizeof(double);
+      total += size;
       rows.push_back({output.region, output.type, output.values, plain(output.interval),
                       grouped(static_cast<double>(output.times)), size > 0 ? bytesOf(size) : "–"});
     }
     writeTable(html_, "Outputs over the run",
                {"Region", "Output", "Values", "#Every [s]", "#Times", "#About"}, rows);
-    html_.leaf(
-        "p",
-        "Sizes count 8 bytes a number, without what a format adds; text takes about twice that.",
-        {{"class", "hint"}});
+    html_.leaf("p",
+               fmt::format("About {} together. Sizes count 8 bytes a number, without what a format "
+                           "adds; text takes about twice that. Where there is none, the setup does "
+                           "not tell how many numbers are written.",
+                           bytesOf(total)),
+               {{"class", "hint"}});
     html_.close();
   }
 
@@ -462,6 +509,24 @@ class Sections {
     }
   }
 
+  /// The text of the setup, to which the notices lead.
+  void commandFile() {
+    begin("setup", "Command file");
+    beginDetails("The command file, line by line");
+    html_.open("ol", {{"class", "listing"}});
+    std::size_t line = 1;
+    for (std::string_view rest = model_->text; !rest.empty() && line <= lineLimit; ++line) {
+      const std::size_t end = std::min(rest.find('\n'), rest.size());
+      html_.leaf("li", rest.substr(0, end), {{"id", "line-" + std::to_string(line)}});
+      rest.remove_prefix(std::min(end + 1, rest.size()));
+    }
+    html_.close();
+    if (line > lineLimit) {
+      html_.leaf("p", "Further lines are left out.", {{"class", "hint"}});
+    }
+    html_.close().close();
+  }
+
   void signature() {
     begin("sign", "Sign-off");
     html_.open("div", {{"class", "signature"}});
@@ -492,17 +557,29 @@ std::string embedded(const ordered_json& json) {
 }
 
 std::string digest(std::string_view text) {
-  return "'sha256-" + base64(sha256(text)) + "'";
+  std::string source = "'sha256-";
+  appendBase64(source, sha256(text));
+  return source + "'";
 }
 
-/// Fills the gaps `{{name}}` of the template.
-std::string filled(std::string_view text,
-                   const std::vector<std::pair<std::string_view, std::string>>& parts) {
-  std::string out;
-  std::size_t size = text.size();
-  for (const auto& [name, part] : parts) {
-    size += part.size();
+/// A word that cannot be guessed.
+std::string secret() {
+  std::random_device source;
+  std::string word;
+  constexpr int parts = 4;
+  for (int i = 0; i < parts; ++i) {
+    word += fmt::format("{:08x}", source());
   }
+  return word;
+}
+
+/// What a gap of the template is filled with: it appends to the page.
+using Filling = std::function<void(std::string&)>;
+
+/// Fills the gaps `{{name}}` of the template.
+std::string filled(std::string_view text, std::size_t size,
+                   const std::vector<std::pair<std::string_view, Filling>>& fillings) {
+  std::string out;
   out.reserve(size);
   while (true) {
     const std::size_t gap = text.find("{{");
@@ -511,12 +588,22 @@ std::string filled(std::string_view text,
       return out;
     }
     const std::size_t end = text.find("}}", gap);
-    for (const auto& [name, part] : parts) {
+    for (const auto& [name, fill] : fillings) {
       if (name == text.substr(gap + 2, end - gap - 2)) {
-        out += part;
+        fill(out);
       }
     }
     text.remove_prefix(end + 2);
+  }
+}
+
+/// The data of the page, which the scripts read.
+void appendData(std::string& out, const ordered_json& page, const Model& model) {
+  out += "<script type=\"application/json\" id=\"setup-data\">" + embedded(page) + "</script>\n";
+  for (std::size_t i = 0; i < model.streams.size(); ++i) {
+    out += "<script type=\"text/plain\" id=\"stream-" + std::to_string(i) + "\">";
+    appendBase64(out, model.streams[i]);
+    out += "</script>\n";
   }
 }
 
@@ -539,30 +626,34 @@ std::string pageOf(const Model& model, const std::string& stampName, const std::
   }
   ordered_json page = model.page;
   if (!stamp.empty()) {
-    page["stamp"] = {{"name", stampName}, {"value", stamp}};
-    // The only script that is no part of the page: the one beside it.
-    policy += " 'self' file:";
-  }
-  std::string data =
-      "<script type=\"application/json\" id=\"setup-data\">" + embedded(page) + "</script>\n";
-  for (std::size_t i = 0; i < model.streams.size(); ++i) {
-    data += "<script type=\"text/plain\" id=\"stream-" + std::to_string(i) + "\">" +
-            model.streams[i] + "</script>\n";
+    // The only script that is no part of the page: the one beside it, by a word that nothing else
+    // knows. The policy cannot name a file of a folder.
+    const std::string word = secret();
+    page["stamp"] = {{"name", stampName}, {"value", stamp}, {"nonce", word}};
+    policy += " 'nonce-" + word + "'";
   }
   Sections sections(model);
   sections.write();
   const std::string hash = model.files.empty() ? "" : model.files.front().sha256;
-  return filled(asset(kcf_page, kcf_page_end),
-                {{"policy", escaped(policy)},
-                 {"title", escaped(page["title"].get<std::string>())},
-                 {"style", style},
-                 {"subtitle", escaped("Setup preview of " + model.files.front().name)},
-                 {"navigation", sections.takeNavigation()},
-                 {"sections", sections.takeSections()},
-                 {"version", KESTRIX_VERSION},
-                 {"hash", hash},
-                 {"data", data},
-                 {"scripts", scriptElements}});
+  constexpr std::size_t roomForTheRest = 1 << 20;
+  std::size_t size = roomForTheRest;
+  for (const auto& stream : model.streams) {
+    size += stream.size() * 4 / 3;
+  }
+  const auto text = [](std::string part) -> Filling {
+    return [part = std::move(part)](std::string& out) { out += part; };
+  };
+  return filled(asset(kcf_page, kcf_page_end), size,
+                {{"policy", text(escaped(policy))},
+                 {"title", text(escaped(page["title"].get<std::string>()))},
+                 {"style", text(style)},
+                 {"subtitle", text(escaped("Setup preview of " + model.files.front().name))},
+                 {"navigation", text(sections.takeNavigation())},
+                 {"sections", text(sections.takeSections())},
+                 {"version", text(KESTRIX_VERSION)},
+                 {"hash", text(hash)},
+                 {"data", [&page, &model](std::string& out) { appendData(out, page, model); }},
+                 {"scripts", text(scriptElements)}});
 }
 
 }  // namespace kcf

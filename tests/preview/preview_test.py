@@ -7,11 +7,11 @@ The pages are opened from the file system. KESTRIX_SCREENSHOTS=DIR keeps what th
 a desk, on a phone, in the dark, and printed.
 """
 import base64
-import json
+import itertools
 import math
 import os
 import random
-import shutil
+import re
 import struct
 import subprocess
 import sys
@@ -66,6 +66,7 @@ def setup_of(mesh, more="", strings=(), friction=""):
 class Preview(unittest.TestCase):
     @classmethod
     def setUpClass(cls):
+        cls.numbers = itertools.count()
         cls.temporary = tempfile.TemporaryDirectory(ignore_cleanup_errors=True)
         cls.addClassCleanup(cls.temporary.cleanup)
         cls.folder = Path(cls.temporary.name)
@@ -89,15 +90,13 @@ class Preview(unittest.TestCase):
             time.sleep(0.05)
 
     def write(self, setup, page=None, *arguments):
-        page = page or self.folder / "page.html"
+        # Each page has a name of its own: pages of one name remember what their reader chose.
+        page = page or self.folder / f"page-{next(self.numbers)}.html"
         subprocess.run([KCF, "preview", setup, "-o", page, *arguments], check=True)
         return page
 
     def open(self, page):
-        # What an earlier page left is of another setup.
         self.browser.open("about:blank")
-        self.browser.open(page.as_uri())
-        self.browser.run("sessionStorage.clear();")
         self.browser.open(page.as_uri())
         self.wait_for("the pictures", "return 'ready' in document.documentElement.dataset;")
         self.settle()
@@ -162,15 +161,14 @@ class Preview(unittest.TestCase):
         # Material 3 has no thickness of its own.
         self.check_colours("Control volume", {1: "0.10", 2: "0.20", 21: "not told"})
 
-    def test_strings_lie_on_their_nodes(self):
-        self.show(EXAMPLES / "river-reach/setup.kcf")
+    def check_strings(self, mesh):
+        """The strings of a mesh lie on their nodes; returns them."""
         nodes = {}
         strings = {}
-        for line in (EXAMPLES / "river-reach/reach.2dm").read_text().splitlines():
-            words = line.split()
-            if words[0] == "ND":
+        for words in map(str.split, mesh.read_text().splitlines()):
+            if words[:1] == ["ND"]:
                 nodes[int(words[1])] = (float(words[2]), float(words[3]))
-            elif words[0] == "NS":
+            elif words[:1] == ["NS"]:
                 strings[words[-1]] = [abs(int(word)) for word in words[1:-1]]
         drawn = self.browser.run(VIEW + "return [...document.querySelectorAll('[data-string]')].map((path) => [path.dataset.string, path.className.baseVal,"
                                  "path.getAttribute('d').slice(1).split('L').map((pair) => view.world(pair.split(' ').map(Number)).map((value, i) => value + view.origin[i]))]);")
@@ -178,7 +176,35 @@ class Preview(unittest.TestCase):
         for name, _, points in drawn:
             self.assertEqual(len(points), len(strings[name]))
             for point, node in zip(points, strings[name]):
-                self.assertLess(math.dist(point, nodes[node]), 0.1)
+                self.assertLess(math.dist(point, nodes[node]), 0.5)
+        return drawn
+
+    def test_starts_are_drawn_as_they_say(self):
+        for start, mesh in (("flood-2d", "valley.2dm"), ("bedload-2d", "valley.2dm"), ("coupled", "floodplain.2dm"), ("reach-1d", None)):
+            with self.subTest(start=start):
+                folder = self.folder / start
+                subprocess.run([KCF, "template", start, "-o", folder], check=True, capture_output=True)
+                self.show(folder / "setup.kcf")
+                text = (folder / "setup.kcf").read_text()
+                self.assertEqual(self.browser.run("return document.querySelectorAll('.notices .error, main .remark').length;"), 0)
+                for label, row in self.series().items():
+                    name = next(word for word in row["text"].split() if word.endswith(".txt"))
+                    given = [list(map(float, line.split())) for line in (folder / name).read_text().splitlines() if line[:1].isdigit()]
+                    self.assertEqual(row["rows"], given, label)
+                if mesh is None:
+                    continue
+                self.check_strings(folder / mesh)
+                cards = [words for words in map(str.split, (folder / mesh).read_text().splitlines()) if words[:1] in (["E3T"], ["E4Q"])]
+                elements = {int(words[1]): words[-1] for words in cards[::len(cards) // 5]}
+                self.check_colours("Material", elements)
+                default = re.search(r"FRICTION \{[^}]*default_friction = (\S+)", text[text.index("KESTPLANE_2D"):]).group(1)
+                table = re.search(r"[^_]index = \(([^)]*)\).*\n\s*friction = \(([^)]*)\)", text)
+                friction = dict(zip(*(part.split() for part in table.groups()))) if table else {}
+                self.check_colours("Friction (strickler)", {element: friction.get(material, default) for element, material in elements.items()})
+
+    def test_strings_lie_on_their_nodes(self):
+        self.show(EXAMPLES / "river-reach/setup.kcf")
+        drawn = self.check_strings(EXAMPLES / "river-reach/reach.2dm")
         kinds = {name: kind.split()[-1] for name, kind, _ in drawn}
         self.assertEqual(kinds["inflow"], "boundary")
         self.assertEqual(kinds["weir_up"], "inner")
@@ -230,6 +256,73 @@ class Preview(unittest.TestCase):
             {"type": "pointerMove", "duration": 0, "x": round(place[0]), "y": round(place[1])}]}]})
         told = [float(word) for word in self.browser.run("return document.querySelector('.readout').textContent;").split()]
         self.assertLess(math.dist(told, (50, 20)), 0.5)
+
+    def touch(self, kind, *points):
+        self.browser.command("Input.dispatchTouchEvent", type=kind, touchPoints=[{"x": x, "y": y, "id": i} for i, (x, y) in enumerate(points)])
+
+    def test_the_mesh_by_touch(self):
+        self.browser.resize(390, 800, is_mobile=True)
+        self.browser.command("Emulation.setTouchEmulationEnabled", enabled=True, maxTouchPoints=2)
+        try:
+            self.show(EXAMPLES / "river-reach/setup.kcf")
+            left, top, width, height = self.browser.run(VIEW + "document.getElementById('mesh').scrollIntoView(); const box = view.stage.getBoundingClientRect();"
+                                                        "return [box.left, box.top, box.width, box.height];")
+            x, y = left + width / 2, top + height / 2
+            state = VIEW + "return [view.view.x, view.view.y, view.view.scale, scrollY];"
+            before = self.browser.run(state)
+            # One finger moves the mesh, and not the page.
+            self.touch("touchStart", (x, y))
+            for step in range(1, 6):
+                self.touch("touchMove", (x - 10 * step, y + 6 * step))
+            self.touch("touchEnd")
+            moved = self.browser.run(state)
+            self.assertAlmostEqual(moved[0] - before[0], 50 / before[2], delta=1 / before[2])
+            self.assertAlmostEqual(moved[1] - before[1], 30 / before[2], delta=1 / before[2])
+            self.assertEqual(moved[2:], before[2:])
+            # Two fingers zoom; what lies between them stays there.
+            middle = VIEW + "return view.world([view.stage.clientWidth / 2, view.stage.clientHeight / 2]);"
+            centre = self.browser.run(middle)
+            self.touch("touchStart", (x - 30, y))
+            self.touch("touchStart", (x - 30, y), (x + 30, y))
+            for step in range(1, 7):
+                self.touch("touchMove", (x - 30 - 5 * step, y), (x + 30 + 5 * step, y))
+            self.touch("touchEnd")
+            zoomed = self.browser.run(state)
+            self.assertAlmostEqual(zoomed[2] / moved[2], 2, delta=0.05)
+            self.assertEqual(zoomed[3], moved[3])
+            self.assertLess(math.dist(self.browser.run(middle), centre), 2 / moved[2])
+            # A tap tells what lies below the finger.
+            self.browser.run(VIEW + "view.fit(); view.paint();")
+            place = self.browser.run(VIEW + "const box = view.stage.getBoundingClientRect(); const part = view.parts[0];"
+                                     "const [a, b] = view.screen(...view.centre(part, part.elementIds.indexOf(11))); return [a + box.left, b + box.top];")
+            self.touch("touchStart", place)
+            self.touch("touchEnd")
+            self.assertIn("Element 11", self.browser.run("return document.querySelector('.element').innerText;"))
+        finally:
+            self.browser.command("Emulation.setTouchEmulationEnabled", enabled=False)
+
+    def test_regions_share_a_view(self):
+        """Two meshes, far from each other's origin, each with tables of its own."""
+        square = "MESH2D\nE4Q 1 1 2 3 4 {0}\nND 1 {1} 0 1\nND 2 {2} 0 1\nND 3 {2} 10 1\nND 4 {1} 10 1\nNS 1 -4 side\n".format
+        (self.folder / "west.2dm").write_text(square(1, 700000, 700010))
+        (self.folder / "east.2dm").write_text(square(2, 700015, 700025))
+        plane = ("KESTPLANE_2D {{\nregion_name = {0}\nGEOMETRY {{\ntype = 2dm\nfile = {0}.2dm\nSTRINGDEF {{\nname = side\nupstream_direction = left\n}}\n}}\n"
+                 "HYDRAULICS {{\nFRICTION {{\ntype = strickler\ndefault_friction = {1}\nwall_friction = off\n}}\n}}\nTIMESTEP {{\ntotal_run_time = 60\n}}\n}}\n").format
+        setup = self.folder / "regions.kcf"
+        setup.write_text("DOMAIN {\nmultiregion = two\n" + plane("west", 30) + plane("east", 40) + "}\n")
+        self.show(setup)
+        self.assertEqual(self.browser.run("return [...document.querySelectorAll('.label.region')].map((label) => label.textContent);"), ["west", "east"])
+        strings = self.browser.run(VIEW + "return [...document.querySelectorAll('[data-string]')].map((path) => [path.dataset.region,"
+                                   "view.world(path.getAttribute('d').slice(1).split('L')[0].split(' ').map(Number))[0] + view.origin[0]]);")
+        self.assertEqual({name: round(x, 1) for name, x in strings}, {"west": 700000, "east": 700015})
+        for title, values in (("Material", ("1", "2")), ("Friction (strickler)", ("30", "40"))):
+            self.bare_mesh()
+            self.colour_by(title)
+            legend = self.legend()
+            for part, value in enumerate(values):
+                x, y = self.browser.run(VIEW + "const part = view.parts[arguments[0]]; const box = view.stage.getBoundingClientRect();"
+                                        "const [a, b] = view.screen(...view.centre(part, 0)); return [a + box.left + 9, b + box.top + 5];", part)
+                self.assertEqual(self.colour_at(x, y), legend[value])
 
     def test_every_kind_of_mesh(self):
         """Kinds of elements, ids with gaps in any order, unknown cards, and far coordinates."""
@@ -346,6 +439,7 @@ class Preview(unittest.TestCase):
         self.assertEqual(shown["b"]["rows"], [[0, 1], [100, 1], [100, 7], [3600, 7]])
         self.assertIn("ends at 3600 s, before the simulation (7200 s)", shown["b"]["text"])
         self.assertIn("does not increase", shown["b"]["text"])
+        self.assertIn("jumps from 1 to 7 at 100 s", shown["b"]["text"])
         self.assertEqual(shown["c"]["rows"], [[400, 0], [401, 12], [402, 80]])
         self.assertNotEqual(shown["c"]["window"], shown["a"]["window"])
 
@@ -384,7 +478,12 @@ class Preview(unittest.TestCase):
         self.assertIn(digest, text)
         self.assertIn("riemann_tolerance", text)  # a default
         rows = [line.split("\t") for line in text.splitlines()]
-        self.assertIn(["reach", "node_centered", "depth, velocity, deltaz, max[abs_velocity]", "900", "37", "65.1 kB"], rows)
+        # 55 nodes, 37 times, 8 bytes; a velocity has two components
+        self.assertIn(["reach", "node_centered", "depth, velocity, deltaz, max[abs_velocity]", "900", "37", "81.4 kB"], rows)
+        self.assertIn(["reach", "boundary_history", "Q, Qsed", "60", "541", "34.6 kB"], rows)
+        self.assertIn(["weir_pool", "reach", "bed source", "dredge", "18 19", "dredge_level_absolute 99.9, dredge_trigger_height 0.3, dredge_rate_max 0.05, "
+                       "dredge_elem_ids_redist 26 27, dredge_node_ids_redist 37"], rows)
+        self.assertIn("type = dredge", text)  # the command file itself
 
     def test_hostile_names_stay_names(self):
         evil = "<img/src=x/onerror=document.title='pwned'>"
@@ -417,6 +516,12 @@ class Preview(unittest.TestCase):
             self.assertIn(part, notices)
         for link in self.browser.run("return [...document.querySelectorAll('.notices a')].map((link) => link.getAttribute('href').slice(1));"):
             self.assertTrue(self.browser.run("return document.getElementById(arguments[0]) !== null;", link), link)
+        # Whatever is told of a line leads to that line, too, even into a closed part.
+        lines = setup.read_text().splitlines()
+        nonsense = next(i for i, line in enumerate(lines, 1) if line.startswith("NONSENSE"))
+        self.browser.click(f".notices a[href='#line-{nonsense}']")
+        self.assertIn("NONSENSE", self.wait_for("the line", "const line = document.querySelector('li:target'); return line && line.getBoundingClientRect().height > 0 && line.textContent;"))
+        self.assertEqual(self.browser.run("return [...document.querySelectorAll('.notices li')].filter((one) => !one.querySelector('a')).length;"), 0)
         self.check_colours("Material", {1: "1"})
         for text in ("", "DOMAIN {", "DOMAIN {\nKESTPLANE_2D {\nGEOMETRY {\nfile = none.2dm\n", "}}}}", "a = (((", "\x00\xff = {"):
             setup.write_bytes(text.encode("latin-1"))
@@ -434,6 +539,12 @@ class Preview(unittest.TestCase):
         try:
             self.assertIn("watched.html", watcher.stdout.readline())
             self.open(page)
+            # Of all scripts beside the page only the stamp may run.
+            (self.folder / "other.js").write_text("document.title = 'pwned';")
+            for name in ("other.js", "watched.html.stamp.js"):
+                self.browser.run("const script = document.createElement('script'); script.src = arguments[0]; document.head.append(script);", name)
+            time.sleep(0.3)
+            self.assertNotEqual(self.browser.run("return document.title;"), "pwned")
             self.browser.click("button[aria-label='Zoom in']")
             self.settle()
             scale = self.browser.run(VIEW + "return view.view.scale;")

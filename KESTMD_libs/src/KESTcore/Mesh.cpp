@@ -68,6 +68,7 @@ class Reading {
           static_cast<const char*>(std::memchr(begin, '\n', static_cast<std::size_t>(end - begin)));
       const char* const stop = feed == nullptr ? end : feed;
       place_ = static_cast<std::size_t>(begin - text_.data());
+      length_ = static_cast<std::size_t>(stop - begin);
       if (!readCard(Line(begin, stop))) {
         mesh_.faults.push_back({place_});
       }
@@ -113,6 +114,9 @@ class Reading {
         !std::isfinite(node[2])) {
       return false;
     }
+    if (mesh_.nodes.empty()) {
+      expect(mesh_.nodeIds, mesh_.nodes);
+    }
     mesh_.nodeIds.push_back(id);
     mesh_.nodes.push_back(node);
     if (withPlaces_) {
@@ -143,6 +147,9 @@ class Reading {
     if (!line.number(material)) {
       return false;
     }
+    if (mesh_.corners.empty()) {
+      expect(mesh_.elementIds, mesh_.corners, mesh_.materials);
+    }
     mesh_.elementIds.push_back(id);
     mesh_.corners.push_back(corners);
     mesh_.materials.push_back(material);
@@ -150,6 +157,14 @@ class Reading {
       mesh_.elementPlaces.push_back(place_);
     }
     return true;
+  }
+
+  /// Makes room as if all that follows were such lines: room that stays empty costs nothing, and
+  /// lists that move as they grow take a third of the time.
+  template <class... Lists>
+  void expect(Lists&... lists) const {
+    const std::size_t count = (text_.size() - place_) / (length_ + 1) + 1;
+    (lists.reserve(count), ...);
   }
 
   bool readString(Line& line) {
@@ -189,6 +204,7 @@ class Reading {
   std::string_view text_;
   bool withPlaces_;
   std::size_t place_ = 0;
+  std::size_t length_ = 0;  // of the line at hand
   std::vector<std::int32_t> stringIds_;
   std::size_t stringPlace_ = 0;
   Mesh mesh_;

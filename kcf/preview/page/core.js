@@ -48,12 +48,20 @@ globalThis.kcfPreview = (() => {
   const rampColour = (position) => hex(mixed(position));
   const categoryColour = (index) => categories[index % categories.length];
 
+  /** A time as people say it: "90 s", "20 min", "1 h 40 min", "3 d 12 h". */
   function duration(seconds) {
+    const sign = seconds < 0 ? "−" : "";
     const whole = Math.abs(seconds);
-    const shown = (value, unit) => `${(Math.sign(seconds) * Math.round(value * 100)) / 100} ${unit}`;
-    if (whole >= 172800) return shown(whole / 86400, "d");
-    if (whole >= 3600) return shown(whole / 3600, "h");
-    return whole >= 120 ? shown(whole / 60, "min") : shown(whole, "s");
+    const units = [[86400, "d", 172800], [3600, "h", 3600], [60, "min", 120]];
+    for (const [i, [length, name, least]] of units.entries()) {
+      if (whole < least) continue;
+      const [smaller, smallName] = units[i + 1] ?? [1, "s"];
+      let count = Math.floor(whole / length);
+      let rest = Math.round((whole - count * length) / smaller);
+      if (rest * smaller === length) [count, rest] = [count + 1, 0];
+      return `${sign}${count} ${name}${rest ? ` ${rest} ${smallName}` : ""}`;
+    }
+    return `${sign}${Math.round(whole * 100) / 100} s`;
   }
   const number = (value, digits = 6) => Number(value.toPrecision(digits)).toString();
   const button = (label, text, action) => element("button", { type: "button", "aria-label": label, title: label, onclick: action }, text);
@@ -87,7 +95,8 @@ globalThis.kcfPreview = (() => {
   // Links lead into closed parts, too.
   function reveal() {
     const target = location.hash && document.getElementById(decodeURIComponent(location.hash.slice(1)));
-    if (target) target.dispatchEvent(new CustomEvent("reveal", { bubbles: true }));
+    for (let part = target; part; part = part.parentElement) if (part.localName === "details") part.open = true;
+    if (target) target.scrollIntoView();
   }
   addEventListener("hashchange", reveal);
 
@@ -95,7 +104,7 @@ globalThis.kcfPreview = (() => {
     // A page opened from disk cannot see that it was written anew; the script beside it tells.
     globalThis.kcfStamp = (value) => { if (value !== setup.stamp.value) location.reload(); };
     setInterval(() => {
-      const script = element("script", { src: `${setup.stamp.name}?${Date.now()}` });
+      const script = element("script", { src: `${setup.stamp.name}?${Date.now()}`, nonce: setup.stamp.nonce });
       script.onload = script.onerror = () => script.remove();
       document.head.append(script);
     }, 1000);

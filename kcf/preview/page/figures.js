@@ -7,10 +7,10 @@
 
   // The chain.
 
-  function chainOf(chain) {
+  function chainOf(chain, room) {
     const sections = chain.sections;
-    const step = Math.max(44, Math.min(160, 900 / Math.max(1, sections.length - 1)));
     const margin = 130;
+    const step = Math.max(44, Math.min(320, (room - 2 * margin) / Math.max(1, sections.length - 1)));
     const width = 2 * margin + step * Math.max(1, sections.length - 1);
     const place = (name) => {
       if (name === "upstream") return 0;
@@ -42,7 +42,8 @@
     const top = 14 + laneHeight * lanes.above.length;
     const axis = top + 34;
     const below = axis + names + 26;
-    const height = below + laneHeight * lanes.below.length + 6;
+    const bands = below + laneHeight * lanes.below.length + 8;
+    const height = bands + 30 * chain.bands.length + 2;
     const svg = element("svg", { class: "chain", width, height, viewBox: `0 0 ${width} ${height}`, role: "img", "aria-label": `Chain of ${sections.length} cross sections of ${chain.region}; see the table below` });
     const fieldClass = (mark) => mark.field.replace(" ", "-");
     svg.append(element("path", { class: "river", d: `M${x(0) - 40} ${axis}H${x(Math.max(1, sections.length - 1)) + 40}` }),
@@ -64,15 +65,20 @@
         element("text", isSlanted ? { class: "section", transform: `translate(${x(i) + 4} ${axis + 26}) rotate(40)`, "data-section": i }
           : { class: "section", x: x(i), y: axis + 30, "text-anchor": "middle", "data-section": i }, shortened(name, isSlanted ? 12 : 20)));
     });
+    chain.bands.forEach((band, i) => {
+      const y = bands + 30 * i;
+      svg.append(element("g", { class: "band", "data-band": band.label }, element("rect", { x: x(0), y, width: x(Math.max(1, sections.length - 1)) - x(0), height: 24, rx: 4 }),
+        element("text", { class: "quiet", x: x(0) - 8, y: y + 16, "text-anchor": "end" }, shortened(band.label, 20)),
+        element("text", { x: x(0) + 10, y: y + 16 }, shortened(band.text, Math.floor((width - 2 * margin) / 7)))));
+    });
     return svg;
   }
 
   draw("chain-view", (place) => {
     for (const chain of setup.chains) {
-      place.append(element("h3", {}, chain.region), element("div", { class: "wide", tabindex: "0", role: "region", "aria-label": `Chain ${chain.region}` }, chainOf(chain)),
+      place.append(element("h3", {}, chain.region), element("div", { class: "wide", tabindex: "0", role: "region", "aria-label": `Chain ${chain.region}` }, chainOf(chain, place.clientWidth || 900)),
         element("p", { class: "keys" }, ...["hydraulics", "bed load", "suspended load", "bed"].filter((field) => chain.marks.some((mark) => mark.field === field))
-          .map((field) => element("span", { class: `key ${field.replace(" ", "-")}` }, field))),
-        ...chain.bands.map((band) => element("p", { class: "hint" }, `${band.label}: ${band.text}`)));
+          .map((field) => element("span", { class: `key ${field.replace(" ", "-")}` }, field))));
     }
   });
 
@@ -166,7 +172,7 @@
     setup.graph.edges.forEach((edge, i) => graph.setEdge(edge.from, edge.to, { ...edge, width: textWidth(shortened(edge.label)), height: 18, labelpos: "c" }, String(i)));
     dagre.layout(graph);
     const { width, height } = graph.graph();
-    const svg = element("svg", { class: "links", width, height, viewBox: `0 0 ${width} ${height}`, role: "img", "aria-label": "Regions, couplings and controllers; see the table below" });
+    const svg = element("svg", { class: width < 1.8 * place.clientWidth ? "links fitted" : "links", width, height, viewBox: `0 0 ${width} ${height}`, role: "img", "aria-label": "Regions, couplings and controllers; see the table below" });
     const head = (from, to) => {
       const angle = Math.atan2(to.y - from.y, to.x - from.x);
       const wing = (turn) => `${(to.x - 10 * Math.cos(angle + turn)).toFixed(1)} ${(to.y - 10 * Math.sin(angle + turn)).toFixed(1)}`;
@@ -196,7 +202,7 @@
     place.append(element("div", { class: "wide", tabindex: "0", role: "region", "aria-label": "Links" }, svg));
   });
   kcfPreview.ready = Promise.all(kcfPreview.drawings).then(() => {
-    if (location.hash) document.getElementById(decodeURIComponent(location.hash.slice(1)))?.scrollIntoView();
+    kcfPreview.reveal();
     document.documentElement.dataset.ready = "";
   });
 })();

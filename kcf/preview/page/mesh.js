@@ -257,10 +257,12 @@
       this.build(place);
       this.start();
       this.box = this.boxOf(parts);
-      if (kept.view) this.view = kept.view;
+      this.shape();
+      this.view = kept.view;
       this.resize();
       if (!kept.view) this.fit();
       this.recolour();
+      this.paint();
       isTold();
     }
 
@@ -289,13 +291,19 @@
         button("Zoom in", "+", () => this.zoom(1.5)), button("Zoom out", "−", () => this.zoom(1 / 1.5)),
         button("All of the mesh", "All", () => { this.fit(); this.redraw(); }));
       this.legend = element("div", { class: "legend" });
-      this.details = element("div", { class: "element", role: "status" }, element("p", { class: "hint" }, "Point at an element, or click it to keep it."));
+      this.details = element("div", { class: "element", role: "status" }, element("p", { class: "hint" }, "Point at an element, or click or tap it to keep it."));
       place.append(tools, element("div", { class: "map" }, this.stage, element("div", { class: "beside" }, this.legend, this.details)));
       this.listen();
     }
 
     listen() {
-      new ResizeObserver(() => { if (this.view && this.stage.clientWidth > 0) { this.resize(); this.redraw(); } }).observe(this.stage);
+      new ResizeObserver(() => {
+        if (!this.view || this.stage.clientWidth === 0) return;
+        this.shape();
+        this.resize();
+        if (this.isWhole) this.fit();
+        this.redraw();
+      }).observe(this.stage);
       const pointers = new Map();
       let moved = 0;
       const here = (event) => {
@@ -411,7 +419,15 @@
       return Number.isFinite(box.low[0]) ? box : { low: [0, 0], high: [1, 1] };
     }
 
+    /** A long river needs less height than the picture may take. */
+    shape() {
+      const { low, high } = this.box;
+      const wanted = this.stage.clientWidth * (high[1] - low[1]) / Math.max(high[0] - low[0], 1e-6) + 150;
+      this.stage.style.maxHeight = `${Math.max(wanted, 340)}px`;
+    }
+
     fit() {
+      this.isWhole = true;
       const [width, height] = [this.stage.clientWidth || 1, this.stage.clientHeight || 1];
       const { low, high } = this.box;
       const extent = [Math.max(high[0] - low[0], 1e-6), Math.max(high[1] - low[1], 1e-6)];
@@ -434,12 +450,14 @@
     }
 
     pan(dx, dy) {
+      this.isWhole = false;
       this.view.x -= dx / this.view.scale;
       this.view.y += dy / this.view.scale;
       this.redraw();
     }
 
     zoom(factor, at = [this.stage.clientWidth / 2, this.stage.clientHeight / 2]) {
+      this.isWhole = false;
       const before = this.world(at);
       this.view.scale = Math.min(Math.max(this.view.scale * factor, 1e-9), 1e7);
       const after = this.world(at);
@@ -450,6 +468,7 @@
 
     recolour() {
       const { gl, colouring } = this;
+      if (!gl) return;  // until the browser gives it back
       if (!colouring.isHeight) {
         this.entries = legendOf(colouring, this.meshes);
         const colours = new Map(this.entries.map((entry) => [entry.key, entry.colour]));
@@ -501,7 +520,7 @@
       this.pending = true;
       requestAnimationFrame(() => {
         this.pending = false;
-        if (this.gl && this.view) this.paint();
+        if (this.view) this.paint();
       });
     }
 
@@ -512,6 +531,12 @@
     }
 
     paint() {
+      if (this.gl) this.paintElements();
+      this.paintOverlay();
+      memory.set("mesh", { view: this.isWhole ? null : this.view, colouring: this.colouring.title, show: this.show });
+    }
+
+    paintElements() {
       const { gl, view, uniform } = this;
       gl.viewport(0, 0, this.canvas.width, this.canvas.height);
       gl.clearColor(0, 0, 0, 0);
@@ -539,8 +564,6 @@
         const edge = Math.sqrt(part.mesh.area / Math.max(part.size, 1)) * view.scale;
         if (this.show.outlines && edge > 5 && visible.length <= 64) this.paintOutlines(part, visible, Math.min(1, (edge - 5) / 12));
       }
-      this.paintOverlay();
-      memory.set("mesh", { view, colouring: this.colouring.title, show: this.show });
     }
 
     paintOutlines(part, visible, strength) {
@@ -726,6 +749,7 @@
       for (const part of this.parts) {
         const e = part.elementIds.indexOf(id);
         if (e < 0) continue;
+        this.isWhole = false;
         [this.view.x, this.view.y] = this.centre(part, e);
         const edge = Math.sqrt(part.mesh.area / part.size);
         this.view.scale = Math.max(this.view.scale, 40 / edge);
@@ -737,7 +761,7 @@
 
     tell(found) {
       if (!found) {
-        this.details.replaceChildren(element("p", { class: "hint" }, "Point at an element, or click it to keep it."));
+        this.details.replaceChildren(element("p", { class: "hint" }, "Point at an element, or click or tap it to keep it."));
         return;
       }
       const { part, e } = found;

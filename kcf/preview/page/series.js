@@ -64,7 +64,8 @@
         element("p", {}, `${entry.quantity}${entry.unit ? ` [${entry.unit}]` : ""}`),
         element("p", { class: "quiet" }, [entry.region, entry.kind, entry.type].filter(Boolean).join(" · ")),
         element("p", { class: "quiet" }, entry.file), value,
-        ...entry.remarks.map((remark) => element("p", { class: "remark" }, remark)));
+        ...entry.remarks.map((remark) => element("p", { class: "remark" }, remark)),
+        ...(entry.jumps ?? []).map((jump) => element("p", { class: "jump" }, `jumps from ${number(jump.from)} to ${number(jump.to)} at ${number(jump.time)} s`)));
       const made = element("div", { class: "row", id: entry.subject }, text, chart);
       if (entry.stream === undefined) {
         chart.append(element("p", { class: "hint" }, "Nothing to draw."));
@@ -84,10 +85,11 @@
         includeZero: Math.min(...entry.columns.map((one) => one.lowest)) >= 0 && Math.min(...entry.columns.map((one) => one.lowest)) < 0.6 * Math.max(...entry.columns.map((one) => one.highest)),
         gridLineColor: colourOf("--line"), axisLineColor: colourOf("--line"), axisLabelFontSize: 12, rightGap: 12, xRangePad: isTimed ? 0 : 8, yRangePad: 8,
         dateWindow: isTimed ? [...span] : null,
+        ...(isTimed ? {} : { xlabel: `${entry.argument} [${entry.argumentUnit}]`, xLabelHeight: 16 }),
         axes: {
           x: { axisLabelFormatter: (x) => isTimed ? (x === 0 ? "0" : duration(x)) : number(x), pixelsPerLabel: 76,
             ...(isTimed ? { ticker: timeTicks } : {}) },
-          y: { axisLabelWidth: 58, axisLabelFormatter: (y) => number(y), pixelsPerLabel: 34 },
+          y: { axisLabelWidth: 58, axisLabelFormatter: (y) => number(y), pixelsPerLabel: 24 },
         },
         underlayCallback: (context, area, self) => {
           if (!isTimed || !region || region.end === null) return;
@@ -99,6 +101,17 @@
           };
           shade(-1e300, region.start);
           shade(region.end, 1e300);
+          context.strokeStyle = colourOf("--warning");
+          context.setLineDash([4, 4]);
+          for (const { time } of entry.jumps ?? []) {
+            const x = self.toDomXCoord(time);
+            if (x < area.x || x > area.x + area.w) continue;
+            context.beginPath();
+            context.moveTo(x, area.y);
+            context.lineTo(x, area.y + area.h);
+            context.stroke();
+          }
+          context.setLineDash([]);
           context.fillStyle = colourOf("--lack");
           if (entry.last < region.end) shade(entry.last, region.end);
           if (entry.first > region.start) shade(region.start, entry.first);

@@ -177,11 +177,16 @@ FileText readFile(const std::string& path) {
   }
   std::ifstream in(openedPath(path), std::ios::binary);
   constexpr std::size_t chunk = 1 << 16;
+  // Room for all of a file at once, and for one character more, which tells that it has ended.
+  std::error_code unsized;
+  const std::uintmax_t expected = std::filesystem::file_size(path, unsized);
+  std::size_t room = unsized ? chunk : std::max<std::size_t>(expected + 1, chunk);
   std::size_t size = 0;
   do {
-    text.content.resize(std::max(size + chunk, size + size / 2));
+    text.content.resize(std::max(room, size + size / 2));
     in.read(text.content.data() + size, static_cast<std::streamsize>(text.content.size() - size));
     size += static_cast<std::size_t>(in.gcount());
+    room = size + chunk;
   } while (in);
   text.content.resize(size);
   text.wasRead = !in.bad();
