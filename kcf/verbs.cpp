@@ -6,6 +6,7 @@
 #include "manual/Manual.h"
 #include "preview/Preview.h"
 #include "schema/Schema.h"
+#include "set/Set.h"
 #include "template/Template.h"
 #include "vocabulary/Vocabulary.h"
 
@@ -29,6 +30,7 @@ program holds the vocabulary that main-converter(1) checks them against.)",
               manualVerb(),
               schemaVerb(),
               vocabularyVerb(),
+              setVerb(),
               previewVerb(),
               installationVerb(),
           },
