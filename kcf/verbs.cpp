@@ -1,5 +1,6 @@
 #include "CommandLine.h"
 #include "check/Check.h"
+#include "diff/Diff.h"
 #include "explain/Explain.h"
 #include "format/Format.h"
 #include "installation/Installation.h"
@@ -31,6 +32,7 @@ program holds the vocabulary that main-converter(1) checks them against.)",
               schemaVerb(),
               vocabularyVerb(),
               setVerb(),
+              diffVerb(),
               previewVerb(),
               installationVerb(),
           },
