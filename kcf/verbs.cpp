@@ -3,6 +3,7 @@
 #include "diff/Diff.h"
 #include "explain/Explain.h"
 #include "format/Format.h"
+#include "fromjson/FromJson.h"
 #include "installation/Installation.h"
 #include "manual/Manual.h"
 #include "preview/Preview.h"
@@ -27,6 +28,7 @@ program holds the vocabulary that main-converter(1) checks them against.)",
               checkVerb(),
               formatVerb(),
               templateVerb(),
+              fromJsonVerb(),
               explainVerb(),
               manualVerb(),
               schemaVerb(),

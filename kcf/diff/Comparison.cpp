@@ -16,8 +16,8 @@
 #include "JsonEmission.h"
 #include "KESTparse/base/Conversions.h"
 #include "KESTparse/framework/InputBlock.h"
-#include "KESTparse/framework/InputTagString.h"
-#include "KESTparse/framework/InputTagVisitor.h"
+#include "KESTparse/framework/InputTag.h"
+#include "NamedFiles.h"
 
 namespace kcf {
 namespace {
@@ -27,16 +27,6 @@ using KESTparse::ActiveValues;
 using KESTparse::InputBlock;
 using KESTparse::InputTag;
 using nlohmann::json;
-
-/// Finds out whether a tag names a file.
-class FileTest : public KESTparse::SelectiveTagVisitor {
- public:
-  using SelectiveTagVisitor::visit;
-  void visit(const KESTparse::InputTagFile& /*tag*/) override { isFile = true; }
-  void visit(const KESTparse::InputTagSeriesFile& /*tag*/) override { isFile = true; }
-
-  bool isFile = false;
-};
 
 enum class Contents { same, different, unknown };
 
@@ -212,10 +202,9 @@ class Comparison {
     const InputTag& any = before == nullptr ? *after : *before;
     const json old = before == nullptr ? json() : before_.valueOf(*before);
     const json fresh = after == nullptr ? json() : after_.valueOf(*after);
-    FileTest test;
-    any.accept(test);
+    const bool isFile = namesFile(any);
     Contents contents = Contents::unknown;
-    if (test.isFile && before != nullptr && after != nullptr) {
+    if (isFile && before != nullptr && after != nullptr) {
       contents = compareContents(before_.fileOf(*before), after_.fileOf(*after));
     }
     if (contents == Contents::same || (old == fresh && contents != Contents::different)) {
@@ -227,7 +216,7 @@ class Comparison {
                       : after == nullptr ? Kind::removed
                                          : Kind::changed;
     difference.unit = any.getUnit();
-    difference.isFile = test.isFile;
+    difference.isFile = isFile;
     difference.isContents = contents == Contents::different;
     if (before != nullptr) {
       difference.before = before_.shown(*before, old);

@@ -16,10 +16,7 @@
 #include <utility>
 
 #include "KESTparse/base/Conversions.h"
-#include "KESTparse/base/Suggestion.h"
-#include "KESTparse/framework/InputBlock.h"
-#include "KESTparse/framework/InputTagString.h"
-#include "KESTparse/framework/InputTagVisitor.h"
+#include "NamedFiles.h"
 #include "Verb.h"
 
 namespace kcf {
@@ -29,25 +26,6 @@ namespace fs = std::filesystem;
 
 /// A name in braces that stands for the number of a row.
 constexpr std::string_view rowName = "row";
-
-/// Gathers the names of files in a setup.
-class FileNames : public KESTparse::SelectiveTagVisitor {
- public:
-  using SelectiveTagVisitor::visit;
-  void visit(const KESTparse::InputTagFile& tag) override { names.insert(tag.getRawValue()); }
-  void visit(const KESTparse::InputTagSeriesFile& tag) override { names.insert(tag.getRawValue()); }
-
-  void gather(const KESTparse::InputBlock& block) {
-    for (std::size_t i = 0; i < block.getNumTags(); ++i) {
-      block.getTag(i).accept(*this);
-    }
-    for (std::size_t i = 0; i < block.getNumBlocks(); ++i) {
-      gather(block.getBlock(i));
-    }
-  }
-
-  std::set<std::string> names;
-};
 
 /// A text with names of columns in braces.
 class Pattern {
@@ -223,10 +201,8 @@ class Study {
 
   /// Finds what is to be put beside the command file.
   void addFiles(const KESTparse::InputBlock& root, Run& run) const {
-    FileNames files;
-    files.gather(root);
     const fs::path from = plan_.directory.empty() ? "." : plan_.directory;
-    for (const std::string& name : files.names) {
+    for (const std::string& name : namedFiles(root)) {
       const fs::path source = from / name;
       const fs::path target = (run.path.parent_path() / name).lexically_normal();
       std::error_code unknown;
