@@ -50,7 +50,8 @@ void addOption(CLI::App& app, const Option& option, Given& given) {
   CLI::Option* const added = app.add_option(name, given.texts[option.name]);
   added->required(option.required)->allow_extra_args(option.isOperand() && option.repeatable);
   if (option.repeatable) {
-    added->expected(option.required ? 1 : 0, CLI::detail::expected_max_vector_size);
+    const bool needsValue = option.required || !option.isOperand();
+    added->expected(needsValue ? 1 : 0, CLI::detail::expected_max_vector_size);
   } else {
     added->expected(1)->multi_option_policy(CLI::MultiOptionPolicy::TakeLast);
   }

@@ -1,11 +1,14 @@
 #include "CommandLine.h"
 #include "check/Check.h"
+#include "diff/Diff.h"
 #include "explain/Explain.h"
 #include "format/Format.h"
+#include "fromjson/FromJson.h"
 #include "installation/Installation.h"
 #include "manual/Manual.h"
 #include "preview/Preview.h"
 #include "schema/Schema.h"
+#include "set/Set.h"
 #include "template/Template.h"
 #include "vocabulary/Vocabulary.h"
 
@@ -25,10 +28,13 @@ program holds the vocabulary that main-converter(1) checks them against.)",
               checkVerb(),
               formatVerb(),
               templateVerb(),
+              fromJsonVerb(),
               explainVerb(),
               manualVerb(),
               schemaVerb(),
               vocabularyVerb(),
+              setVerb(),
+              diffVerb(),
               previewVerb(),
               installationVerb(),
           },

@@ -9,6 +9,8 @@
 #include <tuple>
 #include <utility>
 
+#include "KESTparse/document/Edits.h"
+
 namespace kcf {
 namespace {
 
@@ -58,23 +60,11 @@ std::vector<Candidate> candidatesOf(const std::vector<Diagnostic>& diagnostics) 
 }
 
 std::string applied(const std::string& text, const std::vector<Candidate>& candidates) {
-  std::vector<const Edit*> edits;
+  std::vector<Edit> edits;
   for (const Candidate& candidate : candidates) {
-    for (const Edit& edit : candidate.fix->edits) {
-      edits.push_back(&edit);
-    }
+    edits.insert(edits.end(), candidate.fix->edits.begin(), candidate.fix->edits.end());
   }
-  std::stable_sort(edits.begin(), edits.end(), [](const Edit* one, const Edit* other) {
-    return one->at.begin < other->at.begin;
-  });
-  std::string result;
-  std::size_t done = 0;
-  for (const Edit* edit : edits) {
-    result.append(text, done, edit->at.begin - done);
-    result += edit->text;
-    done = edit->at.end;
-  }
-  return result.append(text, done);
+  return KESTparse::edited(text, std::move(edits));
 }
 
 /// One pass over the fixes of a document.

@@ -26,6 +26,10 @@ FileText readFile(const std::string& path);
 /// owner. Throws a `std::system_error` when it cannot be done; the file is then what it was.
 void replaceFile(const std::string& path, std::string_view content);
 
+/// Makes a file that holds `content`: whole or not at all. Throws a `std::system_error` when it
+/// cannot be done, `std::errc::file_exists` when there is something at `path` already.
+void createFile(const std::string& path, std::string_view content);
+
 /// The node strings of the mesh file at `path`. A mesh that could be read is read once for the
 /// process. An assertion when it cannot be opened; the exceptions of `std::stoi` for a node id that
 /// is no number of its type.

@@ -148,14 +148,26 @@ class Replacement {
     if (fchown(descriptor_, old.st_uid, old.st_gid) != 0) {
       static_cast<void>(fchown(descriptor_, static_cast<uid_t>(-1), old.st_gid) == 0);
     }
-    require(fchmod(descriptor_, old.st_mode & 07777) == 0);
-    require(fsync(descriptor_) == 0);
-    require(close(std::exchange(descriptor_, -1)) == 0);
+    finish(old.st_mode & 07777);
     require(std::rename(path_.c_str(), target_.c_str()) == 0);
     path_.clear();
   }
 
+  /// Takes the place if it is free.
+  void takeFreePlace() {
+    const mode_t masked = umask(0);
+    umask(masked);
+    finish(0666 & ~masked);
+    require(link(path_.c_str(), target_.c_str()) == 0);
+  }
+
  private:
+  void finish(mode_t permissions) {
+    require(fchmod(descriptor_, permissions) == 0);
+    require(fsync(descriptor_) == 0);
+    require(close(std::exchange(descriptor_, -1)) == 0);
+  }
+
   std::filesystem::path target_;
   std::string path_;
   int descriptor_;
@@ -199,6 +211,12 @@ void replaceFile(const std::string& path, std::string_view content) {
   Replacement replacement(target);
   replacement.write(content);
   replacement.takePlace();
+}
+
+void createFile(const std::string& path, std::string_view content) {
+  Replacement draft{std::filesystem::path(path)};
+  draft.write(content);
+  draft.takeFreePlace();
 }
 
 const NodeStrings& meshNodeStrings(const std::string& path) {
