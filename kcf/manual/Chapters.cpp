@@ -13,9 +13,9 @@ namespace {
 
 using KESTparse::Place;
 
-constexpr std::array<std::string_view, 9> chapterNames = {"first-setup", "syntax",   "files",
-                                                          "boundaries",  "sediment", "couplings",
-                                                          "controllers", "reports",  "programs"};
+constexpr std::array<std::string_view, 10> chapterNames = {
+    "first-setup", "first-reach", "syntax",      "files",   "boundaries",
+    "sediment",    "couplings",   "controllers", "reports", "programs"};
 
 /// The target of a link of the guide, in the manual: `/DOMAIN#multiregion` is a tag on the page of
 /// a block, `files.md` another chapter.

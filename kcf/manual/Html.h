@@ -2,6 +2,7 @@
 /// Texts of the vocabulary as HTML, and where things stand in the manual.
 #pragma once
 
+#include <kainjow/mustache.hpp>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -9,6 +10,9 @@
 #include "KESTparse/vocabulary/Places.h"
 
 namespace kcf {
+
+/// A template of the pages with its values.
+std::string rendered(std::string_view name, const kainjow::mustache::data& values);
 
 std::string escaped(std::string_view text);
 
