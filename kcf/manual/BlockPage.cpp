@@ -392,7 +392,8 @@ data blockData(const Place& place, const BlockContext& context) {
     page.set("occurrence", occurrence(block));
     page.set("parent", std::string(parent->getName()));
   }
-  page.set("help", prose(descriptionOf(block)));
+  const std::string completion = context.supplement->description(place.path);
+  page.set("help", prose(descriptionOf(block) + (completion.empty() ? "" : " " + completion)));
   if (const std::string more = longDescriptionOf(block); !more.empty()) {
     page.set("more", prose(more));
   }

@@ -100,10 +100,22 @@ std::string pageOf(const KESTparse::Place& place) {
   return name + ".html";
 }
 
-std::string anchorOf(std::string_view tag) {
-  std::string anchor = "tag-" + std::string(tag);
+namespace {
+
+std::string anchorWith(std::string_view prefix, std::string_view tag) {
+  std::string anchor = std::string(prefix) + std::string(tag);
   std::replace(anchor.begin(), anchor.end(), ' ', '-');
   return anchor;
+}
+
+}  // namespace
+
+std::string anchorOf(std::string_view tag) {
+  return anchorWith("tag-", tag);
+}
+
+std::string nameAnchor(std::string_view tag) {
+  return anchorWith("name-", tag);
 }
 
 std::string tagLink(std::string_view tag) {

@@ -33,6 +33,8 @@ std::string codes(const std::vector<std::string>& values, std::string_view separ
 std::string pageOf(const KESTparse::Place& place);
 /// The anchor of a tag on the page of its block.
 std::string anchorOf(std::string_view tag);
+/// The anchor of a name in the index of all tags.
+std::string nameAnchor(std::string_view tag);
 /// A link to a tag on the same page.
 std::string tagLink(std::string_view tag);
 

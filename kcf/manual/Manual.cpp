@@ -245,6 +245,7 @@ class ManualWriter {
           links.push_back(link);
         }
         data row;
+        row.set("anchor", nameAnchor(name));
         row.set("name", breakable(name));
         row.set("places", links);
         tagRows.push_back(row);

@@ -13,6 +13,9 @@ Supplement::Supplement() {
     const nlohmann::json tellings = entry.value("tags", nlohmann::json::object());
     const nlohmann::json needs = entry.value("needs", nlohmann::json::object());
     for (const std::string path : entry.at("paths")) {
+      if (entry.contains("description")) {
+        blockDescriptions_[path] = entry["description"];
+      }
       for (const auto& [tags, told] : tellings.items()) {
         for (const std::string& tag : KESTparse::split("|", tags)) {
           if (told.contains("description")) {
@@ -31,6 +34,11 @@ Supplement::Supplement() {
       }
     }
   }
+}
+
+std::string Supplement::description(const std::string& path) const {
+  const auto it = blockDescriptions_.find(path);
+  return it == blockDescriptions_.end() ? std::string() : it->second;
 }
 
 std::string Supplement::description(const std::string& path, std::string_view tag) const {

@@ -19,6 +19,8 @@ class Supplement {
   /// Reads the file that the program carries.
   Supplement();
 
+  /// Completes the description of a block.
+  [[nodiscard]] std::string description(const std::string& path) const;
   /// Completes the description of a tag.
   [[nodiscard]] std::string description(const std::string& path, std::string_view tag) const;
   /// What a choice of a tag, or an item of its list, means.
@@ -29,6 +31,7 @@ class Supplement {
 
  private:
   using TagKey = std::pair<std::string, std::string>;  // path and tag
+  std::map<std::string, std::string> blockDescriptions_;
   std::map<TagKey, std::string> descriptions_;
   std::map<TagKey, std::map<std::string, std::string>> meanings_;
   std::map<std::pair<std::string, std::string>, std::vector<Need>> needs_;  // path and choice

@@ -156,6 +156,9 @@ class Manual(unittest.TestCase):
         self.assertIn("wall_flux", hydrograph["unused"])
         self.keep_screenshot("grouped.png")
         self.assertEqual(self.browser.run(groups, "pore_pressures_coupling")["needed"], ["name", "type"])
+        # One of two is enough.
+        self.assertEqual(self.browser.run(groups, "hqrelation")["needed"], ["string_name", "type", "file", "slope"])
+        self.assertEqual(self.browser.run("return document.querySelector('#tag-file .need').textContent;"), "needed, or slope")
         every = self.browser.run(groups, "")
         self.assertEqual(list(every), [""])
         self.assertEqual(len(every[""]), sum(map(len, hydrograph.values())))

@@ -216,6 +216,14 @@ class Manual(unittest.TestCase):
         self.assertIn(string, boundary.links)
         self.assertIn("DOMAIN.KESTPLANE_2D.HYDRAULICS.BOUNDARY.html#tag-string_name", self.pages[string].links)
 
+    def test_chapters_link_what_they_name(self):
+        links = self.pages["couplings.html"].links
+        self.assertIn("DOMAIN.COUPLINGS.COUPLING.html#tag-factor_bifurcation", links)
+        self.assertIn("DOMAIN.COUPLINGS.COUPLING_LATERAL.html#tag-weir_from_dyke1D", links)
+        # Of several blocks that have the tag, the one that the text told of last is meant.
+        for block in ("KESTPLANE_2D", "KESTCHAIN_1D"):
+            self.assertIn(f"DOMAIN.{block}.HYDRAULICS.BOUNDARY.html#tag-slope", self.pages["boundaries.html"].links)
+
     def test_whole_setups_that_hold_a_block_are_linked(self):
         uses = [link for link in self.pages["DOMAIN.CONTROLLER.html"].links if link.startswith("example-")]
         self.assertRegex(uses[0], r"example-linked-regions\.html#L\d+")
