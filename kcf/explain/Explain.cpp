@@ -373,7 +373,7 @@ std::string listOfCodes() {
   }
   return text +
          "\nRules of blocks have the code of their block and a name of their own, such as\n"
-         "friction/missing-file; kcf explain BLOCK lists those of a block.\n";
+         "initial/missing-file; kcf explain BLOCK lists those of a block.\n";
 }
 
 }  // namespace

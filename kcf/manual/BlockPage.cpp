@@ -1,21 +1,21 @@
 #include "manual/BlockPage.h"
 
+#include <fmt/format.h>
+
 #include <algorithm>
 #include <map>
-#include <set>
 #include <sstream>
 #include <utility>
 
-#include "KESTparse/base/Conversions.h"
 #include "KESTparse/framework/InputBlock.h"
 #include "KESTparse/framework/InputTag.h"
 #include "KESTparse/framework/InputTagConditions.h"
 #include "KESTparse/framework/Scanner.h"
 #include "KESTparse/vocabulary/Example.h"
 #include "KESTparse/vocabulary/Names.h"
-#include "KESTparse/vocabulary/RuleTable.h"
 #include "KESTparse/vocabulary/TagTraits.h"
 #include "manual/Html.h"
+#include "manual/MessagePages.h"
 
 namespace kcf {
 namespace {
@@ -64,25 +64,63 @@ const InputTag* decidingTag(const Place& place, const Supplement& supplement) {
 struct Decided {
   std::vector<std::string> needed;
   std::vector<std::string> unused;
+  /// The tags that do as well, by the choices that need one of several.
+  std::map<std::string, std::vector<std::string>> others;
 };
+
+/// Whether the rules of a tag let it be used where the deciding tag is `choice`.
+bool isUsedFor(const std::string& choice, const TagTraits& traits, const InputTag& deciding) {
+  return std::all_of(traits.rules.begin(), traits.rules.end(), [&](const TagRule& rule) {
+    return rule.condition == nullptr || rule.other != deciding.getName() ||
+           rule.condition->isMet(choice);
+  });
+}
+
+/// As above; a tag is not used either where one that it depends on is not.
+bool isUsedFor(const std::string& choice, const Place& place, const TagTraits& traits,
+               const InputTag& deciding) {
+  return isUsedFor(choice, traits, deciding) &&
+         std::all_of(traits.rules.begin(), traits.rules.end(), [&](const TagRule& rule) {
+           return rule.condition == nullptr || rule.condition->sibling < 0 ||
+                  isUsedFor(choice,
+                            traitsOf(place.block->getLogicalTag(
+                                static_cast<std::size_t>(rule.condition->sibling))),
+                            deciding);
+         });
+}
+
+/// Whether a tag must be given where the deciding tag is `choice`, by the schema alone.
+bool isAskedFor(const std::string& choice, const InputTag& tag, const TagTraits& traits,
+                const InputTag& deciding) {
+  const bool isMandatory = tag.isMandatoryBySchema() && tag.getDefaultValue().empty();
+  return (isMandatory || refusesItsDefault(tag, traits)) &&
+         std::all_of(traits.rules.begin(), traits.rules.end(), [&](const TagRule& rule) {
+           // A mandatory tag must be given even where it is not used.
+           return (isMandatory && rule.kind == TagRule::Kind::usedIf) ||
+                  (rule.other == deciding.getName() && rule.condition != nullptr &&
+                   rule.condition->isMet(choice));
+         });
+}
 
 Decided decidedFor(const Place& place, const InputTag& tag, const TagTraits& traits,
                    const InputTag& deciding, const Supplement& supplement) {
+  const std::string name(tag.getName());
   Decided decided;
-  const bool isAsked = (tag.isMandatoryBySchema() && tag.getDefaultValue().empty()) ||
-                       refusesItsDefault(tag, traits);
-  const bool isMandatory =
-      isAsked && std::all_of(traits.rules.begin(), traits.rules.end(),
-                             [&](auto& rule) { return rule.other == deciding.getName(); });
   for (const std::string& choice : allowedValuesOf(deciding)) {
-    const bool isUsed = std::all_of(traits.rules.begin(), traits.rules.end(), [&](auto& rule) {
-      return rule.condition == nullptr || rule.other != deciding.getName() ||
-             rule.condition->isMet(choice);
-    });
-    if (!isUsed) {
+    bool isNeeded = isAskedFor(choice, tag, traits, deciding);
+    if (!isNeeded && !isUsedFor(choice, place, traits, deciding)) {
       decided.unused.push_back(choice);
-    } else if (isMandatory ||
-               supplement.needs(place.path, choice).contains(std::string(tag.getName()))) {
+      continue;
+    }
+    for (Need& need : supplement.needs(place.path, choice)) {
+      if (std::erase(need, name) > 0) {
+        isNeeded = true;
+        if (!need.empty()) {
+          decided.others[choice] = need;
+        }
+      }
+    }
+    if (isNeeded) {
       decided.needed.push_back(choice);
     }
   }
@@ -99,36 +137,22 @@ std::string joined(const std::vector<std::string>& words) {
 
 std::string kindHtml(const InputTag& tag, KESTparse::ValueKind kind) {
   const std::string form = formOf(kind);
-  return escaped(tag.getTypeName() + (form.empty() ? "" : ": " + form)) +
+  std::string type = tag.getTypeName();
+  KESTparse::replaceAll(type, "whitespace separated ", "");
+  return escaped(type + (form.empty() ? "" : ": " + form)) +
          (tag.isRepeatable() ? "; may be given more than once" : "");
 }
 
-/// What the value must satisfy by itself.
-std::string domainHtml(const Place& place, const InputTag& tag, const TagTraits& traits,
-                       const Supplement& supplement) {
-  std::string html;
-  const auto add = [&html](const std::string& part) {
-    html += (html.empty() || part.empty() ? "" : "<br>") + part;
-  };
-  const bool isList =
-      traits.itemCount != 0 || !traits.entries.empty() || !traits.constraint.empty();
-  add(prose(isList ? std::string(traits.constraint) : traits.value->getConstraintDescription()));
-  if (tag.isRestricted()) {
-    const std::vector<std::string> choices = allowedValuesOf(tag);
-    std::string rows;
-    for (const std::string& choice : choices) {
-      const std::string meaning = supplement.meaning(place.path, tag.getName(), choice);
-      if (!meaning.empty()) {
-        rows +=
-            "<li>" + code(choice) + " <span class=\"meaning\">" + prose(meaning) + "</span></li>";
-      }
-    }
-    add(rows.empty() ? "one of " + codes(choices, ", ")
-                     : "one of<ul class=\"choices\">" + rows + "</ul>");
-  } else if (!traits.entries.empty()) {
-    add("items out of " + codes(traits.entries, ", "));
+/// The choices or items of a tag, each with what it means as far as that is told.
+std::string choicesHtml(const Place& place, const InputTag& tag,
+                        const std::vector<std::string>& choices, const Supplement& supplement) {
+  std::string rows;
+  for (const std::string& choice : choices) {
+    const std::string meaning = supplement.meaning(place.path, tag.getName(), choice);
+    rows += meaning.empty() ? ""
+                            : "<dt>" + code(choice) + "</dt><dd>" + prose(meaning) + "</dd>";
   }
-  return html;
+  return rows.empty() ? codes(choices, ", ") : "<dl class=\"choices\">" + rows + "</dl>";
 }
 
 class Row {
@@ -147,29 +171,20 @@ class Row {
       row.set("isDecided", data(true));
       row.set("needed", joined(decided.needed));
       row.set("unused", joined(decided.unused));
+      row.set("others", othersOf(decided));
     }
     const std::string need = requirement(deciding, decided);
     row.set("need", need);
     row.set("isMust", data(need != "optional"));
-    row.set("needClass", need == "optional" ? "optional" : "needed");
-    data cells(data::type::list);
-    const auto cell = [&cells](std::string_view label, const std::string& html) {
-      data one;
-      one.set("label", std::string(label));
-      if (!html.empty()) {
-        one.set("html", html);
-      }
-      cells.push_back(one);
-    };
-    cell("Type", kindHtml(*tag_, traits_.kind));
-    cell("Unit", unitHtml(tag_->getUnit()));
-    cell("Default", tag_->getDefaultValue().empty() || refusesItsDefault(*tag_, traits_)
-                        ? ""
-                        : code(tag_->getDefaultValue()));
-    cell("Range and values", domainHtml(*place_, *tag_, traits_, *context_->supplement));
-    cell("Condition", conditions(deciding, decided));
-    cell("Description", help(dependents));
-    row.set("cells", cells);
+    row.set("value", cells({{"Type", kindHtml(*tag_, traits_.kind)},
+                            {"Unit", unitHtml(tag_->getUnit())},
+                            {"Range", range()},
+                            {"Default", defaultValue()}}));
+    row.set("told", cells({{"Description", prose(tagDescription(*place_, *tag_,
+                                                                *context_->supplement))},
+                           {"Choices", choices()},
+                           {"Condition", conditions(deciding, decided)},
+                           {"Remarks", remarks(dependents)}}));
     return row;
   }
 
@@ -184,23 +199,91 @@ class Row {
     return deciding != nullptr && !decided.needed.empty() ? "required on condition" : "optional";
   }
 
+  /// Labelled pieces of HTML, without the empty ones.
+  static data cells(const std::vector<std::pair<std::string, std::string>>& pieces) {
+    data all(data::type::list);
+    for (const auto& [label, html] : pieces) {
+      if (!html.empty()) {
+        data one;
+        one.set("label", label);
+        one.set("html", html);
+        all.push_back(one);
+      }
+    }
+    return all;
+  }
+
+  /// As the script of the page takes them: "hqrelation:file weir:my,file".
+  static std::string othersOf(const Decided& decided) {
+    std::vector<std::string> words;
+    for (const auto& [choice, others] : decided.others) {
+      words.push_back(fmt::format("{}:{}", choice, fmt::join(others, ",")));
+    }
+    return joined(words);
+  }
+
+  [[nodiscard]] std::string defaultValue() const {
+    return tag_->getDefaultValue().empty() || refusesItsDefault(*tag_, traits_)
+               ? std::string()
+               : code(tag_->getDefaultValue());
+  }
+
+  /// What the value must satisfy by itself.
+  [[nodiscard]] std::string range() const {
+    const bool isList =
+        traits_.itemCount != 0 || !traits_.entries.empty() || !traits_.constraint.empty();
+    std::string text = isList ? std::string(traits_.constraint)
+                              : traits_.value->getConstraintDescription();
+    KESTparse::replaceAll(text, "Chars [a-zA-Z0-9_-] are allowed", "letters, digits, _ and -");
+    return prose(text);
+  }
+
+  [[nodiscard]] std::string choices() const {
+    if (tag_->isRestricted()) {
+      return choicesHtml(*place_, *tag_, allowedValuesOf(*tag_), *context_->supplement);
+    }
+    return traits_.entries.empty() ? std::string()
+                                   : "Items of the list:" + choicesHtml(*place_, *tag_,
+                                                                        traits_.entries,
+                                                                        *context_->supplement);
+  }
+
   [[nodiscard]] std::string conditions(const InputTag* deciding, const Decided& decided) const {
     std::string html;
+    const auto add = [&html](const std::string& sentence) {
+      html += (html.empty() ? "" : "<br>") + sentence;
+    };
     for (const TagRule& rule : traits_.rules) {
-      html += (html.empty() ? "" : "<br>") + sentenceOf(rule, *tag_, tagLink, code);
+      add(sentenceOf(rule, *tag_, tagLink, code));
     }
-    if (deciding != nullptr && !tag_->isMandatoryBySchema() && !refusesItsDefault(*tag_, traits_) &&
-        !decided.needed.empty()) {
-      html += (html.empty() ? "" : "<br>") + ("required if " + tagLink(deciding->getName()) +
-                                              " is " + codes(decided.needed, " or "));
+    if (deciding == nullptr || tag_->isMandatoryBySchema() || refusesItsDefault(*tag_, traits_)) {
+      return html;
+    }
+    // The choices that need the same of the other tags stand together.
+    std::map<std::vector<std::string>, std::vector<std::string>> choicesByOthers;
+    for (const std::string& choice : decided.needed) {
+      const auto others = decided.others.find(choice);
+      choicesByOthers[others == decided.others.end() ? std::vector<std::string>()
+                                                     : others->second]
+          .push_back(choice);
+    }
+    for (const auto& [others, choices] : choicesByOthers) {
+      std::string links;
+      for (const std::string& other : others) {
+        links += " or " + tagLink(other);
+      }
+      const bool isAlways = choices.size() == allowedValuesOf(*deciding).size();
+      add((links.empty() ? "required" : "this" + links + " is required") +
+          (isAlways ? std::string()
+                    : " if " + tagLink(deciding->getName()) + " is " + codes(choices, " or ")));
     }
     return html;
   }
 
-  [[nodiscard]] std::string help(const std::vector<std::string_view>& dependents) const {
-    std::string html = prose(tagDescription(*place_, *tag_, *context_->supplement));
+  [[nodiscard]] std::string remarks(const std::vector<std::string_view>& dependents) const {
+    std::string html;
     const auto addRemark = [&html](const std::string& remark) {
-      html += (html.empty() ? "" : "<br>") + ("<span class=\"remark\">" + remark + "</span>");
+      html += (html.empty() ? "" : "<br>") + remark;
     };
     if (!KESTparse::isWritableName(tag_->getName())) {
       addRemark(
@@ -290,32 +373,6 @@ std::string tagDescription(const Place& place, const InputTag& tag, const Supple
   return own.empty() || more.empty() ? own + more : own + " " + more;
 }
 
-data ruleRows(const InputBlock& block, const std::string& page) {
-  data rows(data::type::list);
-  std::set<std::string_view> anchored;
-  for (const KESTparse::RuleFacts& rule : rulesOf(block)) {
-    std::string tags;
-    for (const std::string& member : KESTparse::split(" ", std::string(rule.members))) {
-      if (block.getLogicalTagPosition(member) >= 0) {
-        tags += (tags.empty() ? "<a href=\"" : ", <a href=\"") + page + "#" + anchorOf(member) +
-                "\">" + code(member) + "</a>";
-      }
-    }
-    data row;
-    // A rule with several sentences is there for each.
-    if (anchored.insert(rule.name).second) {
-      row.set("id", "rule-" + std::string(rule.name));
-    }
-    row.set("isWarning", data(rule.severity == KESTparse::Severity::warning));
-    row.set("sentence", KESTparse::withoutValues(rule.sentence));
-    row.set("help", KESTparse::withoutValues(rule.help));
-    row.set("hasTags", data(!tags.empty()));
-    row.set("tags", tags);
-    rows.push_back(row);
-  }
-  return rows;
-}
-
 data blockData(const Place& place, const BlockContext& context) {
   const InputBlock& block = *place.block;
   data page;
@@ -335,7 +392,8 @@ data blockData(const Place& place, const BlockContext& context) {
     page.set("occurrence", occurrence(block));
     page.set("parent", std::string(parent->getName()));
   }
-  page.set("help", prose(descriptionOf(block)));
+  const std::string completion = context.supplement->description(place.path);
+  page.set("help", prose(descriptionOf(block) + (completion.empty() ? "" : " " + completion)));
   if (const std::string more = longDescriptionOf(block); !more.empty()) {
     page.set("more", prose(more));
   }
@@ -365,8 +423,8 @@ data blockData(const Place& place, const BlockContext& context) {
     page.set("choices", choices);
   }
 
-  const data rules = ruleRows(block, "");
-  page.set("hasRules", data(!rules.is_empty_list()));
+  const std::string rules = rulesHtml(block, "", "");
+  page.set("hasRules", data(!rules.empty()));
   page.set("rules", rules);
   const data names = namedBy(place, context);
   page.set("hasNamedBy", data(!names.is_empty_list()));

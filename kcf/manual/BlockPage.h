@@ -35,9 +35,6 @@ struct BlockContext {
 /// What the template of a block's page shows.
 kainjow::mustache::data blockData(const KESTparse::Place& place, const BlockContext& context);
 
-/// What the rules of a block say; its tags are links to the places on its page.
-kainjow::mustache::data ruleRows(const KESTparse::InputBlock& block, const std::string& page);
-
 /// The description of a tag, completed where it needs to be.
 std::string tagDescription(const KESTparse::Place& place, const KESTparse::InputTag& tag,
                            const Supplement& supplement);

@@ -2,13 +2,24 @@
 
 #include <algorithm>
 #include <cctype>
+#include <stdexcept>
 
+#include "Assets.h"
 #include "KESTparse/framework/InputBlock.h"
 #include "KESTparse/vocabulary/TagTraits.h"
 
 namespace kcf {
 
 using KESTparse::replaceAll;
+
+std::string rendered(std::string_view name, const kainjow::mustache::data& values) {
+  kainjow::mustache::mustache page{std::string(asset("pages/" + std::string(name)))};
+  std::string html = page.render(values);
+  if (!page.is_valid()) {
+    throw std::runtime_error("the template '" + std::string(name) + "': " + page.error_message());
+  }
+  return html;
+}
 
 std::string escaped(std::string_view text) {
   std::string html;
@@ -89,10 +100,22 @@ std::string pageOf(const KESTparse::Place& place) {
   return name + ".html";
 }
 
-std::string anchorOf(std::string_view tag) {
-  std::string anchor = "tag-" + std::string(tag);
+namespace {
+
+std::string anchorWith(std::string_view prefix, std::string_view tag) {
+  std::string anchor = std::string(prefix) + std::string(tag);
   std::replace(anchor.begin(), anchor.end(), ' ', '-');
   return anchor;
+}
+
+}  // namespace
+
+std::string anchorOf(std::string_view tag) {
+  return anchorWith("tag-", tag);
+}
+
+std::string nameAnchor(std::string_view tag) {
+  return anchorWith("name-", tag);
 }
 
 std::string tagLink(std::string_view tag) {

@@ -2,6 +2,7 @@
 /// Texts of the vocabulary as HTML, and where things stand in the manual.
 #pragma once
 
+#include <kainjow/mustache.hpp>
 #include <string>
 #include <string_view>
 #include <vector>
@@ -9,6 +10,9 @@
 #include "KESTparse/vocabulary/Places.h"
 
 namespace kcf {
+
+/// A template of the pages with its values.
+std::string rendered(std::string_view name, const kainjow::mustache::data& values);
 
 std::string escaped(std::string_view text);
 
@@ -29,6 +33,8 @@ std::string codes(const std::vector<std::string>& values, std::string_view separ
 std::string pageOf(const KESTparse::Place& place);
 /// The anchor of a tag on the page of its block.
 std::string anchorOf(std::string_view tag);
+/// The anchor of a name in the index of all tags.
+std::string nameAnchor(std::string_view tag);
 /// A link to a tag on the same page.
 std::string tagLink(std::string_view tag);
 

@@ -17,6 +17,7 @@
 
 #include "Assets.h"
 #include "KESTparse/base/Conversions.h"
+#include "KESTparse/document/Codes.h"
 #include "KESTparse/framework/InputBlock.h"
 #include "KESTparse/framework/InputTag.h"
 #include "KESTparse/root/KestrixInputRoot.h"
@@ -26,6 +27,7 @@
 #include "manual/BlockPage.h"
 #include "manual/Chapters.h"
 #include "manual/Html.h"
+#include "manual/MessagePages.h"
 
 namespace kcf {
 namespace {
@@ -38,15 +40,6 @@ using kainjow::mustache::data;
 using KESTparse::InputBlock;
 using KESTparse::InputTag;
 using KESTparse::Place;
-
-std::string rendered(std::string_view name, const data& values) {
-  kainjow::mustache::mustache page{std::string(asset("pages/" + std::string(name)))};
-  std::string html = page.render(values);
-  if (!page.is_valid()) {
-    throw std::runtime_error("the template '" + std::string(name) + "': " + page.error_message());
-  }
-  return html;
-}
 
 /// A page of the manual before the frame is put around it.
 struct Page {
@@ -76,11 +69,12 @@ std::string withAnchors(std::string_view text) {
 
 class ManualWriter {
  public:
-  ManualWriter(const InputBlock& root, std::filesystem::path folder)
+  ManualWriter(const KESTparse::KestrixInputRoot& root, std::filesystem::path folder)
       : root_(&root),
         places_(placesOf(root)),
         chapters_(chapters(places_)),
         setups_(setups()),
+        codes_(toldCodes(root)),
         folder_(std::move(folder)) {}
 
   void write() {
@@ -123,9 +117,11 @@ class ManualWriter {
     pages_.push_back({"blocks.html", "All blocks", rendered("blocks", overview)});
     pages_.push_back({"a-z.html", "All tags, A to Z", tagIndex()});
     addMessages();
+    pages_.push_back({"codes.html", "Codes of kcf check", codesHtml(codes_, places_)});
     addExamples();
     for (const Place& place : places_) {
-      pages_.push_back({pageOf(place), place.path, rendered("block", dataOf(place)), place.path});
+      const std::string title = place.path == "/" ? std::string(place.block->getName()) : place.path;
+      pages_.push_back({pageOf(place), title, rendered("block", dataOf(place)), place.path});
     }
     pages_.push_back({"book.html", "All on one page", book()});
   }
@@ -146,6 +142,7 @@ class ManualWriter {
     for (const auto& [file, name] : {std::pair("blocks.html", "All blocks"),
                                      {"a-z.html", "All tags, A to Z"},
                                      {"messages.html", "What the rules say"},
+                                     {"codes.html", "Codes of kcf check"},
                                      {"examples.html", "Examples"},
                                      {"book.html", "All on one page"}}) {
       lists.push_back(navigationRow(file, name, page.file));
@@ -210,7 +207,7 @@ class ManualWriter {
     page.set("numTags", std::to_string(numTags));
     data begin(data::type::list);
     data understand(data::type::list);
-    constexpr std::size_t numFirst = 3;
+    constexpr std::size_t numFirst = 4;
     for (const Chapter& chapter : chapters_) {
       (&chapter < &chapters_[numFirst] ? begin : understand)
           .push_back(linkData(chapter.name + ".html", chapter.title, chapter.lead));
@@ -248,6 +245,7 @@ class ManualWriter {
           links.push_back(link);
         }
         data row;
+        row.set("anchor", nameAnchor(name));
         row.set("name", breakable(name));
         row.set("places", links);
         tagRows.push_back(row);
@@ -265,10 +263,11 @@ class ManualWriter {
   void addMessages() {
     data blocks(data::type::list);
     for (const Place& place : places_) {
-      const data rules = ruleRows(*place.block, pageOf(place));
-      if (!rules.is_empty_list()) {
+      const std::string anchor = stem(pageOf(place));
+      const std::string rules = rulesHtml(*place.block, pageOf(place), anchor + "-");
+      if (!rules.empty()) {
         data row;
-        row.set("id", stem(pageOf(place)));
+        row.set("id", anchor);
         row.set("page", pageOf(place) + "#rules");
         row.set("path", breakable(place.path));
         row.set("rules", rules);
@@ -328,26 +327,30 @@ class ManualWriter {
     return page;
   }
 
-  /// All chapters and blocks behind each other; anchors are told apart by the names of their pages.
+  [[nodiscard]] bool isInBook(const Page& page) const {
+    return !page.path.empty() || page.file == "codes.html" ||
+           std::any_of(chapters_.begin(), chapters_.end(),
+                       [&](auto& chapter) { return chapter.name + ".html" == page.file; });
+  }
+
+  /// Chapters, codes and blocks behind each other; anchors are told apart by the names of their
+  /// pages.
   [[nodiscard]] std::string book() const {
-    data parts(data::type::list);
     std::set<std::string> files;
     for (const Page& page : pages_) {
-      files.insert(page.file);
-    }
-    for (const Page& page : pages_) {
-      const bool isBlock = !page.path.empty();
-      const bool isChapter = std::any_of(chapters_.begin(), chapters_.end(), [&](auto& chapter) {
-        return chapter.name + ".html" == page.file;
-      });
-      if (!isBlock && !isChapter) {
-        continue;
+      if (isInBook(page)) {
+        files.insert(page.file);
       }
-      data part;
-      part.set("id", stem(page.file));
-      part.set("name", page.title);
-      part.set("content", inBook(page));
-      parts.push_back(part);
+    }
+    data parts(data::type::list);
+    for (const Page& page : pages_) {
+      if (isInBook(page)) {
+        data part;
+        part.set("id", stem(page.file));
+        part.set("name", breakable(page.title));
+        part.set("content", inBook(page, files));
+        parts.push_back(part);
+      }
     }
     data all;
     all.set("parts", parts);
@@ -357,7 +360,7 @@ class ManualWriter {
 
   static std::string stem(const std::string& file) { return file.substr(0, file.rfind('.')); }
 
-  [[nodiscard]] std::string inBook(const Page& page) const {
+  static std::string inBook(const Page& page, const std::set<std::string>& files) {
     const std::string self = stem(page.file);
     std::string html;
     for (std::size_t at = 0; at < page.html.size();) {
@@ -377,16 +380,18 @@ class ManualWriter {
       const std::size_t end = page.html.find('"', at);
       const std::string value = page.html.substr(at, end - at);
       html += found;
-      html += found != href ? self + "--" + value : linkInBook(value, self);
+      html += found != href ? self + "--" + value : linkInBook(value, self, files);
       at = end;
     }
     return html;
   }
 
-  [[nodiscard]] std::string linkInBook(const std::string& link, const std::string& self) const {
+  /// Links to what is in the book lead there, others to their pages.
+  static std::string linkInBook(const std::string& link, const std::string& self,
+                                const std::set<std::string>& files) {
     const std::size_t hash = std::min(link.find('#'), link.size());
     const std::string file = hash == 0 ? self + ".html" : link.substr(0, hash);
-    if (file == "examples.html" || file.starts_with("example-") || !file.ends_with(".html")) {
+    if (!files.contains(file)) {
       return link;
     }
     return "#" + stem(file) + (hash < link.size() ? "--" + link.substr(hash + 1) : "");
@@ -407,6 +412,13 @@ class ManualWriter {
                      {"page", "example-" + setup.name + ".html"},
                      {"help", setup.help}});
     }
+    for (const auto& [facts, stop] : codes_) {
+      all.push_back({{"kind", "code"},
+                     {"name", facts->name},
+                     {"page", "codes.html#" + std::string(facts->name)},
+                     {"help", facts->summary},
+                     {"more", std::string(facts->meaning) + " " + stop}});
+    }
     for (const Place& place : places_) {
       const std::string page = pageOf(place);
       all.push_back({{"kind", "block"},
@@ -425,10 +437,11 @@ class ManualWriter {
   static void addRules(const Place& place, const std::string& page, nlohmann::json& all) {
     for (const KESTparse::RuleFacts& rule : rulesOf(*place.block)) {
       all.push_back({{"kind", "rule"},
-                     {"name", rule.name},
+                     {"name", KESTparse::ruleCode(place.block->getName(), rule.name)},
                      {"path", place.path},
-                     {"page", page + "#rule-" + std::string(rule.name)},
-                     {"help", KESTparse::withoutValues(rule.sentence)}});
+                     {"page", page + "#" + ruleAnchor(rule.name)},
+                     {"help", KESTparse::withoutValues(rule.sentence)},
+                     {"more", KESTparse::withoutValues(rule.text)}});
     }
   }
 
@@ -455,10 +468,11 @@ class ManualWriter {
     }
   }
 
-  const InputBlock* root_;
+  const KESTparse::KestrixInputRoot* root_;
   std::vector<Place> places_;
   std::vector<Chapter> chapters_;
   std::vector<Setup> setups_;
+  std::vector<ToldCode> codes_;
   Supplement supplement_;
   std::filesystem::path folder_;
   std::vector<Page> pages_;
@@ -466,7 +480,7 @@ class ManualWriter {
 
 }  // namespace
 
-void writeManual(const InputBlock& root, const std::filesystem::path& folder) {
+void writeManual(const KESTparse::KestrixInputRoot& root, const std::filesystem::path& folder) {
   ManualWriter(root, folder).write();
 }
 

@@ -7,7 +7,7 @@
 #include "Verb.h"
 
 namespace KESTparse {
-class InputBlock;
+class KestrixInputRoot;
 }
 
 namespace kcf {
@@ -15,7 +15,7 @@ namespace kcf {
 /// Writes the manual of the schema below the master `root` as HTML pages into `folder`, which is
 /// made if need be; index.html is the first page. Throws a `std::runtime_error` when a page cannot
 /// be written.
-void writeManual(const KESTparse::InputBlock& root, const std::filesystem::path& folder);
+void writeManual(const KESTparse::KestrixInputRoot& root, const std::filesystem::path& folder);
 
 /// Writes the manual.
 Verb manualVerb();

@@ -59,10 +59,9 @@ ordered_json numberSchema(const char* type, const InputTag& tag, const TagTraits
   return schema;
 }
 
-/// One of the choices of a tag, each with what it means as far as that is told.
-ordered_json choiceSchema(const InputTag& tag, const std::string& path,
-                          const kcf::Supplement& supplement) {
-  const std::vector<std::string> choices = allowedValuesOf(tag);
+/// One of the words that a tag knows, each with what it means if that is told of all.
+ordered_json choiceSchema(const std::vector<std::string>& choices, const InputTag& tag,
+                          const std::string& path, const kcf::Supplement& supplement) {
   ordered_json alternatives = ordered_json::array();
   for (const std::string& choice : choices) {
     const std::string meaning = supplement.meaning(path, tag.getName(), choice);
@@ -78,7 +77,7 @@ ordered_json textSchema(const InputTag& tag, const TagTraits& traits, const std:
                         const kcf::Supplement& supplement) {
   ordered_json schema{{"type", "string"}};
   if (tag.isRestricted()) {
-    return choiceSchema(tag, path, supplement);
+    return choiceSchema(allowedValuesOf(tag), tag, path, supplement);
   }
   if (!traits.pattern.empty()) {
     schema["pattern"] = traits.pattern;
@@ -87,21 +86,21 @@ ordered_json textSchema(const InputTag& tag, const TagTraits& traits, const std:
 }
 
 /// An item of a list of words.
-ordered_json wordSchema(const TagTraits& traits) {
+ordered_json wordSchema(const InputTag& tag, const TagTraits& traits, const std::string& path,
+                        const kcf::Supplement& supplement) {
   if (!traits.entries.empty()) {
-    return {{"enum", traits.entries}};
+    return choiceSchema(traits.entries, tag, path, supplement);
   }
   return {{"type", "string"}, {"minLength", 1}};
 }
 
-ordered_json outputValueSchema(const TagTraits& traits) {
+ordered_json outputValueSchema(ordered_json word) {
   ordered_json accumulators{"none"};
   for (const std::string_view accumulator : InputTagSpecialOutputValueList::accumulators) {
     accumulators.push_back(accumulator);
   }
-  return object(
-      {{"accumulator", {{"enum", std::move(accumulators)}}}, {"value", wordSchema(traits)}},
-      {"accumulator", "value"});
+  return object({{"accumulator", {{"enum", std::move(accumulators)}}}, {"value", std::move(word)}},
+                {"accumulator", "value"});
 }
 
 ordered_json listSchema(ordered_json items, const TagTraits& traits) {
@@ -134,9 +133,9 @@ ordered_json valueSchema(const InputTag& tag, const TagTraits& traits, const std
     case ValueKind::reals:
       return listSchema({{"type", "number"}}, traits);
     case ValueKind::words:
-      return listSchema(wordSchema(traits), traits);
+      return listSchema(wordSchema(tag, traits, path, supplement), traits);
     case ValueKind::outputValues:
-      return listSchema(outputValueSchema(traits), traits);
+      return listSchema(outputValueSchema(wordSchema(tag, traits, path, supplement)), traits);
     case ValueKind::namedReals:
       return object({{"tag", {{"type", "string"}, {"minLength", 1}}},
                      {"list", listSchema({{"type", "number"}}, traits)}},
@@ -216,7 +215,17 @@ void addPresence(const InputBlock& block, const InputTag& tag, const TagTraits& 
   }
 }
 
-/// The default of a tag as it stands in a document; null where there is none, or it is a list.
+/// The items of a list that is written as `( 1.0 2.0 )`.
+template <typename T>
+ordered_json itemsOf(const std::string& text) {
+  ordered_json items = ordered_json::array();
+  for (const std::string& item : split(" ()", text)) {
+    items.push_back(fromText<T>(item));
+  }
+  return items;
+}
+
+/// The default of a tag as it stands in a document; null where there is none.
 ordered_json defaultOf(const InputTag& tag, const TagTraits& traits) {
   const std::string& text = tag.getDefaultValue();
   if (text.empty()) {
@@ -232,9 +241,17 @@ ordered_json defaultOf(const InputTag& tag, const TagTraits& traits) {
     case ValueKind::seriesFile:
     case ValueKind::position:
       return text;
-    default:
+    case ValueKind::integers:
+      return itemsOf<int>(text);
+    case ValueKind::reals:
+      return itemsOf<double>(text);
+    case ValueKind::words:
+      return split(" ()", text);
+    case ValueKind::outputValues:
+    case ValueKind::namedReals:
       return {};
   }
+  return {};
 }
 
 /// Builds the schema of a block and of those in it.

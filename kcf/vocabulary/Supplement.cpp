@@ -3,6 +3,7 @@
 #include <nlohmann/json.hpp>
 
 #include "Assets.h"
+#include "KESTparse/base/Conversions.h"
 
 namespace kcf {
 
@@ -12,21 +13,32 @@ Supplement::Supplement() {
     const nlohmann::json tellings = entry.value("tags", nlohmann::json::object());
     const nlohmann::json needs = entry.value("needs", nlohmann::json::object());
     for (const std::string path : entry.at("paths")) {
-      for (const auto& [tag, told] : tellings.items()) {
-        if (told.contains("description")) {
-          descriptions_[{path, tag}] = told["description"];
-        }
-        if (told.contains("choices")) {
-          meanings_[{path, tag}] = told["choices"];
+      if (entry.contains("description")) {
+        blockDescriptions_[path] = entry["description"];
+      }
+      for (const auto& [tags, told] : tellings.items()) {
+        for (const std::string& tag : KESTparse::split("|", tags)) {
+          if (told.contains("description")) {
+            descriptions_[{path, tag}] = told["description"];
+          }
+          if (told.contains("choices")) {
+            meanings_[{path, tag}].merge(
+                told["choices"].get<std::map<std::string, std::string>>());
+          }
         }
       }
-      for (const auto& [choice, tags] : needs.items()) {
-        for (const std::string tag : tags) {
-          needs_[{path, choice}].insert(tag);
+      for (const auto& [choice, all] : needs.items()) {
+        for (const std::string need : all) {
+          needs_[{path, choice}].push_back(KESTparse::split("|", need));
         }
       }
     }
   }
+}
+
+std::string Supplement::description(const std::string& path) const {
+  const auto it = blockDescriptions_.find(path);
+  return it == blockDescriptions_.end() ? std::string() : it->second;
 }
 
 std::string Supplement::description(const std::string& path, std::string_view tag) const {
@@ -44,9 +56,15 @@ std::string Supplement::meaning(const std::string& path, std::string_view tag,
   return meaning == it->second.end() ? std::string() : meaning->second;
 }
 
-std::set<std::string> Supplement::needs(const std::string& path, const std::string& choice) const {
-  const auto it = needs_.find({path, choice});
-  return it == needs_.end() ? std::set<std::string>() : it->second;
+std::vector<Need> Supplement::needs(const std::string& path, const std::string& choice) const {
+  std::vector<Need> all;
+  for (const std::string& asked : {std::string("*"), choice}) {
+    const auto it = needs_.find({path, asked});
+    if (it != needs_.end()) {
+      all.insert(all.end(), it->second.begin(), it->second.end());
+    }
+  }
+  return all;
 }
 
 }  // namespace kcf

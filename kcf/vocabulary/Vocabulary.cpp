@@ -78,14 +78,16 @@ ordered_json conditionsOf(const TagTraits& traits) {
   return conditions;
 }
 
-/// What the choices of a tag mean, as far as that is told.
-ordered_json meaningsOf(const std::string& path, const InputTag& tag,
+/// What the choices of a tag, or the items of its list, mean, as far as that is told.
+ordered_json meaningsOf(const std::string& path, const InputTag& tag, const TagTraits& traits,
                         const kcf::Supplement& supplement) {
+  std::vector<std::string> words = allowedValuesOf(tag);
+  words.insert(words.end(), traits.entries.begin(), traits.entries.end());
   ordered_json meanings = ordered_json::object();
-  for (const std::string& choice : allowedValuesOf(tag)) {
-    const std::string meaning = supplement.meaning(path, tag.getName(), choice);
+  for (const std::string& word : words) {
+    const std::string meaning = supplement.meaning(path, tag.getName(), word);
     if (!meaning.empty()) {
-      meanings[choice] = meaning;
+      meanings[word] = meaning;
     }
   }
   return meanings;
@@ -109,7 +111,7 @@ ordered_json describe(const std::string& path, const InputTag& tag,
           {"range", rangeOf(traits)},
           {"length", lengthOf(traits)},
           {"conditions", conditionsOf(traits)},
-          {"meanings", meaningsOf(path, tag, supplement)},
+          {"meanings", meaningsOf(path, tag, traits, supplement)},
           {"names", blocksNamedBy(path, tag.getName())}};
 }
 

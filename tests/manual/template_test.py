@@ -168,6 +168,7 @@ class Starts(unittest.TestCase):
                 self.assertEqual(done.returncode, 0, done.stderr)
                 self.assertIn("successfully parsed and passed", done.stderr)
                 self.assertTrue((made / "setup.kcf").read_text(encoding="utf-8").startswith("// "))
+                self.assertEqual(reference("format", "--check", made / "setup.kcf").returncode, 0)
                 # Nothing that is there is lost.
                 (made / "setup.kcf").write_text("mine", encoding="utf-8")
                 again = reference("template", name, "-o", made)
@@ -181,43 +182,6 @@ class Starts(unittest.TestCase):
             done = reference("template", *wrong)
             self.assertEqual((done.returncode, done.stdout), (2, ""), wrong)
             self.assertIn(text, done.stderr)
-
-
-class Needs(unittest.TestCase):
-    """What the manual calls needed for a choice, held against the converter."""
-
-    VALUES = {"slope": "2.0", "file": "discharge.txt", "my": "0.6", "name": "coupled_here", "width": "10", "gate_bottom_level": "96"}
-
-    def errors(self, folder, block, replaced):
-        text = (folder / "setup.kcf").read_text(encoding="utf-8")
-        text, count = re.subn(r"( +)BOUNDARY \{[^}]*" + replaced + r"[^}]*\}", lambda _: block, text, count=1)
-        self.assertEqual(count, 1)
-        (folder / "tried.kcf").write_text(text, encoding="utf-8")
-        done = subprocess.run([CONVERTER, "tried.kcf"], cwd=folder, capture_output=True, text=True, check=False)
-        return " ".join(done.stderr.split())
-
-    def test_boundaries(self):
-        supplement = json.loads((Path(__file__).parents[2] / "kcf/vocabulary/supplement.json").read_text(encoding="utf-8"))
-        needs = {entry["paths"][0]: entry["needs"] for entry in supplement["blocks"] if "needs" in entry}
-        for path, start, string, replaced in (("/DOMAIN/KESTPLANE_2D/HYDRAULICS/BOUNDARY", "flood-2d", "string_name = inflow", "inflow"),
-                                              ("/DOMAIN/KESTCHAIN_1D/HYDRAULICS/BOUNDARY", "reach-1d", "string = upstream", "upstream")):
-            with tempfile.TemporaryDirectory() as made:
-                folder = Path(made)
-                reference("template", start, "-o", folder)
-                for choice, needed in needs[path].items():
-                    def block(tags):
-                        lines = ["BOUNDARY {", f"type = {choice}", string, *(f"{tag} = {self.VALUES[tag]}" for tag in tags), "}"]
-                        if choice == "pore_pressures_coupling":
-                            lines.remove(string)
-                        # A 1D inflow takes its discharge from a file, or from a coupling by its name.
-                        if start == "reach-1d" and choice == "hydrograph":
-                            lines.insert(1, "name = coupled_here")
-                        return "\n".join(lines)
-                    with self.subTest(path=path, choice=choice):
-                        self.assertNotIn("in Block BOUNDARY", self.errors(folder, block(needed), replaced))
-                        for missing in needed:
-                            self.assertIn("Block-Error in Block BOUNDARY",
-                                          self.errors(folder, block([tag for tag in needed if tag != missing]), replaced), missing)
 
 
 class CommandLine(unittest.TestCase):

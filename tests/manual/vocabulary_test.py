@@ -103,12 +103,13 @@ class Vocabulary(unittest.TestCase):
         for entry in supplement["blocks"]:
             for path in entry["paths"]:
                 tags = {tag["name"]: tag for tag in self.blocks[path]["tags"]}
-                for name, told in entry.get("tags", {}).items():
-                    self.assertLessEqual(set(told.get("choices", {})), set(tags[name]["allowedValues"]), f"{path} {name}")
-                    self.assertLessEqual(set(told.get("names", [])), set(self.blocks), f"{path} {name}")
-                for choice, needed in entry.get("needs", {}).items():
-                    self.assertTrue(any(choice in tag["allowedValues"] for tag in tags.values()), f"{path} {choice}")
-                    self.assertLessEqual(set(needed), set(tags), path)
+                for names, told in entry.get("tags", {}).items():
+                    for name in names.split("|"):
+                        self.assertLessEqual(set(told.get("choices", {})), set(tags[name]["allowedValues"] + tags[name]["validEntries"]), f"{path} {name}")
+                for choice, needs in entry.get("needs", {}).items():
+                    self.assertTrue(choice == "*" or any(choice in tag["allowedValues"] for tag in tags.values()), f"{path} {choice}")
+                    for need in needs:
+                        self.assertLessEqual(set(need.split("|")), set(tags), path)
 
 
 if __name__ == "__main__":

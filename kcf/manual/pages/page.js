@@ -37,7 +37,7 @@
       const head = document.createElement("tr");
       head.className = "group";
       const cell = document.createElement("th");
-      cell.colSpan = 7;
+      cell.colSpan = 3;
       cell.scope = "rowgroup";
       cell.textContent = title;
       head.append(cell);
@@ -49,7 +49,13 @@
       const need = row.querySelector(".need");
       row.allNeed ??= [need.textContent, need.className];
       need.textContent = text ?? row.allNeed[0];
-      need.className = text === undefined ? row.allNeed[1] : text === "needed" ? "need must" : "need";
+      need.className = text === undefined ? row.allNeed[1] : text.startsWith("needed") ? "need must" : "need";
+    }
+
+    // The tags of which one is enough, such as "hqrelation:file".
+    function orElse(row, choice) {
+      const others = row.dataset.others.split(" ").find((entry) => entry.startsWith(choice + ":"));
+      return others === undefined ? "" : others.slice(choice.length + 1).split(",").map((tag) => ", or " + tag).join("");
     }
 
     function show() {
@@ -69,7 +75,7 @@
       }
       original.remove();
       for (const [name, title] of [["needed", "Needed"], ["optional", "Optional"], ["unused", "Not used"]]) {
-        groups[name].forEach((row) => label(row, title.toLowerCase()));
+        groups[name].forEach((row) => label(row, title.toLowerCase() + (name === "needed" ? orElse(row, choice) : "")));
         if (groups[name].length > 0) {
           table.append(group(`${title} where ${select.dataset.tag} is ${choice}`, name, groups[name]));
         }

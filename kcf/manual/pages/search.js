@@ -1,6 +1,6 @@
 "use strict";
 
-// Looks for blocks, tags, choices and chapters by what is typed, without a server: names.js holds all of
+// Looks for blocks, tags, choices, rules, codes and chapters by what is typed, without a server: names.js holds all of
 // them and is read when the search is first used.
 (function () {
   const maxShown = 40;
@@ -11,7 +11,7 @@
   let chosen = -1;
 
   function prepare(names) {
-    const kinds = { chapter: 0, example: 0, block: 0, tag: 0, choice: 0, rule: 0 };
+    const kinds = { chapter: 0, example: 0, block: 0, tag: 0, choice: 0, rule: 0, code: 0 };
     all = names.map((node, order) => {
       kinds[node.kind] += 1;
       return {
@@ -19,11 +19,11 @@
         order,
         lowerName: node.name.toLowerCase(),
         lowerPath: ((node.path ?? "") + "/" + (node.tag ?? "")).toLowerCase(),
-        lowerHelp: node.help.toLowerCase(),
+        lowerHelp: (node.help + " " + (node.more ?? "")).toLowerCase(),
       };
     });
     all.told = `${kinds.block} blocks, ${kinds.tag} tags, ${kinds.choice} choices, ` +
-      `${kinds.rule} rules, ${kinds.chapter} chapters and ${kinds.example} setups`;
+      `${kinds.rule} rules, ${kinds.code} codes, ${kinds.chapter} chapters and ${kinds.example} setups`;
   }
 
   function load() {
@@ -76,12 +76,13 @@
     return node.lowerName.split(/[_ -]/).some((part) => isLike(word, part, limit)) ? 6 : undefined;
   }
 
-  function find(words, measure) {
+  // The nodes that have all words but `maxMissing`.
+  function find(words, measure, maxMissing = 0) {
     const found = [];
     for (const node of all) {
       const distances = words.map((word) => measure(node, word));
-      if (distances.includes(undefined)) continue;
-      const score = distances.reduce((sum, each) => sum + each, 0) + (node.kind === "choice" ? 0.5 : 0);
+      if (distances.filter((each) => each === undefined).length > maxMissing) continue;
+      const score = distances.reduce((sum, each) => sum + (each ?? 20), 0) + (node.kind === "choice" ? 0.5 : 0);
       found.push({ node, score });
     }
     return found.sort((a, b) => a.score - b.score || a.node.order - b.node.order).map((hit) => hit.node);
@@ -102,6 +103,8 @@
         return `choice of ${node.tag} in ${node.path}`;
       case "rule":
         return "rule of " + node.path;
+      case "code":
+        return "code of kcf check";
       case "block":
         return "block " + node.path;
       default:
@@ -149,6 +152,11 @@
       found = find(words, forgivingDistance);
       telling = found.length === 0 ? "Nothing found" : "Nothing is spelt so; this is like it: " +
         (found.length === 1 ? "1 hit" : `${found.length} hits`);
+    }
+    if (found.length === 0 && words.length >= 4) {
+      // A message of the converter holds names and values, which no text here has.
+      found = find(words, distance, Math.floor(words.length / 3));
+      if (found.length > 0) telling = "Most of these words: " + (found.length === 1 ? "1 hit" : `${found.length} hits`);
     }
     if (found.length > maxShown) telling += `, the first ${maxShown} shown`;
     told.textContent = `${telling}, in ${all.told}`;
