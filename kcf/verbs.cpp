@@ -1,5 +1,6 @@
 #include "CommandLine.h"
 #include "check/Check.h"
+#include "editors/EditorWords.h"
 #include "explain/Explain.h"
 #include "format/Format.h"
 #include "installation/Installation.h"
@@ -31,6 +32,7 @@ program holds the vocabulary that main-converter(1) checks them against.)",
               vocabularyVerb(),
               previewVerb(),
               installationVerb(),
+              editorWordsVerb(),
           },
       .statuses = {{"0", "All is well"},
                    {"1", "Something was found, not found, or could not be done"},
