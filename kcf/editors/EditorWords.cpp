@@ -76,14 +76,12 @@ std::string_view listOf(const InputTag& tag, Words& choices) {
 
 void collect(const InputBlock& block, Lists& lists,
              std::map<std::string, std::set<std::string_view>>& tags) {
-  for (std::size_t i = 0; i < block.getLogicalNumTags(); ++i) {
-    const InputTag& tag = block.getLogicalTag(i);
+  for (const InputTag& tag : block.logicalTags()) {
     if (KESTparse::isWritableName(tag.getName())) {
       tags[std::string(tag.getName())].insert(listOf(tag, lists["words"]));
     }
   }
-  for (std::size_t i = 0; i < block.getLogicalNumBlocks(); ++i) {
-    const InputBlock& child = block.getLogicalBlock(i);
+  for (const InputBlock& child : block.logicalBlocks()) {
     lists["blocks"].emplace(child.getName());
     collect(child, lists, tags);
   }
