@@ -59,7 +59,7 @@ async function startServer() {
     await kcf('--version');
     client = new LanguageClient(
       'kcf', 'KCF', { command: setting('path'), args: ['language-server'] },
-      { documentSelector: [{ language: 'kcf' }] });
+      { documentSelector: [{ language: 'kcf' }], synchronize: { configurationSection: 'kcf' } });
     await client.start();
   } catch (error) {
     client = undefined;
