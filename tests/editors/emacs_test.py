@@ -96,6 +96,20 @@ class Editing(tables.Colours, tables.Folder):
               (list (buffer-name) (line-number-at-pos) (current-column)))""")
         self.assertEqual(told, ["a b.kcf", 3, 2])
 
+    def test_eglot_shows_the_faults_of_the_server(self):
+        (self.folder / "a.kcf").write_text("PROJECT {\n  title = demo\n  autor = me\n}\n")
+        told = self.edit("a.kcf", """
+            (progn
+              ;; It is a package of the system here, and a part of Emacs from 29 on.
+              (setq package-directory-list '("/usr/share/emacs/site-lisp/elpa"))
+              (package-initialize)
+              (require 'eglot)
+              (apply #'eglot--connect (eglot--guess-contact))
+              (with-timeout (20)
+                (while (not (flymake-diagnostics)) (accept-process-output nil 0.1)))
+              (mapcar (lambda (each) (line-number-at-pos (flymake-diagnostic-beg each))) (flymake-diagnostics)))""")
+        self.assertIn(3, told)
+
 
 if __name__ == "__main__":
     unittest.main(argv=[sys.argv[0]])

@@ -10,7 +10,7 @@ const Module = require('node:module');
 const os = require('node:os');
 const path = require('node:path');
 const test = require('node:test');
-const { pathToFileURL } = require('node:url');
+const { fileURLToPath, pathToFileURL } = require('node:url');
 
 const [extension, program, project] = process.argv.slice(2).map((name) => path.resolve(name));
 const folder = fs.mkdtempSync(path.join(os.tmpdir(), 'kcf-'));
@@ -26,6 +26,9 @@ class Uri {
   static file(name) {
     return new Uri(name);
   }
+  static parse(text) {
+    return new Uri(fileURLToPath(text));
+  }
   with({ fragment }) {
     return new Uri(this.fsPath, fragment);
   }
@@ -34,7 +37,32 @@ class Uri {
   }
 }
 
+class EventEmitter {
+  constructor() {
+    const heard = [];
+    this.event = (listener, self) => heard.push(listener.bind(self));
+    this.fire = (told) => heard.forEach((listener) => listener(told));
+    this.dispose = () => {};
+  }
+}
+
+asked.diagnostics = new EventEmitter();
+
+/** A part of the editor; of what the test does not look at, there is just enough to be called. */
+function part(known) {
+  return new Proxy(known, { get: (all, name) => (name in all ? all[name] : () => nothing) });
+}
+
+const nothing = part({ then: undefined });
+
 const vscode = {
+  version: '1.82.0',
+  EventEmitter,
+  CancellationTokenSource: class {
+    token = part({ isCancellationRequested: false });
+    dispose() {}
+  },
+  Disposable: class { dispose() {} },
   Uri,
   ProcessExecution: class {
     constructor(name, words, options) {
@@ -47,21 +75,31 @@ const vscode = {
     }
   },
   TaskRevealKind: { Silent: 2 },
-  commands: {
+  CodeActionKind: { Empty: nothing },
+  commands: part({
     registerCommand: (name, action) => { asked.commands[name] = action; },
     executeCommand: (name) => { asked.run.push(name); },
-  },
-  env: { openExternal: async (uri) => { asked.opened.push(uri); } },
+  }),
+  env: part({ openExternal: async (uri) => { asked.opened.push(uri); } }),
+  languages: part({
+    match: () => 10,
+    createDiagnosticCollection: () => part({ set: (uri, told) => asked.diagnostics.fire({ uri, told }) }),
+  }),
   tasks: { executeTask: async (task) => { asked.tasks.push(task); } },
-  window: { showErrorMessage: async (message) => { asked.errors.push(message); } },
-  workspace: {
+  window: part({
+    activeTextEditor: undefined,
+    visibleTextEditors: [],
+    showErrorMessage: async (message) => { asked.errors.push(message); },
+  }),
+  workspace: part({
     getConfiguration: () => ({ get: (name) => settings[name] }),
     getWorkspaceFolder: () => undefined,
-    onDidChangeConfiguration: () => undefined,
+    textDocuments: [],
+    notebookDocuments: [],
     workspaceFolders: [{ uri: Uri.file(path.join(folder, 'setups')) }],
-  },
+  }),
 };
-// The client of the language server derives classes of its own from whatever the editor has.
+// The client of the language server derives classes of its own from those of the editor.
 const editor = new Proxy(vscode, { get: (all, name) => all[name] || class {} });
 const load = Module._load;
 Module._load = (name, ...rest) => (name === 'vscode' ? editor : load(name, ...rest));
@@ -75,6 +113,7 @@ function open(name, text) {
   vscode.window.activeTextEditor = {
     document: {
       languageId: 'kcf',
+      version: 1,
       uri: Uri.file(file),
       getText: () => text.replace('|', ''),
       offsetAt: () => offset,
@@ -141,6 +180,22 @@ test('the check of the folder is matched line by line', async () => {
   });
   assert.deepStrictEqual(problems.find((each) => each[4] === 'unknown-tag'),
     ['a b.kcf', '2', '3', 'error', 'unknown-tag', "there is no tag 'titel' in 'PROJECT'"]);
+});
+
+test('the server tells faults of an open file', { timeout: 30000 }, async () => {
+  open('setups/b.kcf', '|PROJECT {\n  titel = demo\n}\n');
+  const { document } = vscode.window.activeTextEditor;
+  vscode.workspace.textDocuments.push(document);
+  const told = new Promise((resolve) => asked.diagnostics.event(resolve));
+  settings.languageServer = true;
+  await main.activate({ subscriptions: [] });
+  assert.deepStrictEqual(asked.errors, []);
+  const { uri, told: diagnostics } = await told;
+  assert.strictEqual(uri.fsPath, document.uri.fsPath);
+  assert.ok(diagnostics.some((each) => each.code === 'unknown-tag'), diagnostics);
+  settings.languageServer = false;
+  vscode.workspace.textDocuments.pop();
+  await main.deactivate();
 });
 
 test('what cannot be done is told', async () => {

@@ -28,7 +28,7 @@ KINDS = {"kcfLineComment": "comment", "kcfBlockComment": "comment", "kcfBlock": 
 class Editing(tables.Colours, tables.Folder):
     project = PROJECT
 
-    def edit(self, name, script):
+    def edit(self, name, script, serves=False):
         """Opens a file, runs lines of Vim script, and returns what they leave in `g:told`."""
         told = self.folder / "told.json"
         lines = [*script, f"call writefile([json_encode(g:told)], '{told}')", "qall!"]
@@ -37,7 +37,7 @@ class Editing(tables.Colours, tables.Folder):
         done = subprocess.run(
             [VIM, "-u", "NONE", "-i", "NONE", "-n", *start, "--cmd", "set nocompatible",
              "--cmd", f"set runtimepath^={PLUGIN}", "--cmd", "filetype plugin indent on | syntax on",
-             "--cmd", "let g:kcf_server = v:false", name, "-S", "script.vim"],
+             "--cmd", f"let g:kcf_server = v:{str(serves).lower()}", name, "-S", "script.vim"],
             cwd=self.folder, stdin=subprocess.DEVNULL, capture_output=True, timeout=60, check=False,
             env={**os.environ, "PATH": f"{KCF.parent}:{os.environ['PATH']}", "HOME": str(self.folder)})
         self.assertTrue(told.exists(), done)
@@ -71,6 +71,20 @@ class Editing(tables.Colours, tables.Folder):
         told = self.edit("a b.kcf", [
             "silent make!", "clast", "let g:told = [[line('.'), col('.')], getqflist()[-1].type, getqflist()[-1].text]"])
         self.assertEqual(told, [[3, 3], "E", "there is no tag 'autor' in 'PROJECT'"])
+
+    @unittest.skipUnless(IS_NEOVIM, "Vim has no client")
+    def test_the_server_tells_faults_in_all_windows(self):
+        for name in ("a.kcf", "b.kcf"):
+            (self.folder / name).write_text("PROJECT {\n  title = demo\n  autor = me\n}\n")
+        told = self.edit("a.kcf", [
+            "edit b.kcf",
+            "lua vim.wait(20000, function() return #vim.diagnostic.get(1) * #vim.diagnostic.get(2) > 0 end, 20)",
+            "lua vim.g.places = vim.tbl_map(function(told) return {told.bufnr, told.lnum, told.col} end,"
+            " vim.diagnostic.get())",
+            "let g:told = [g:places, luaeval('#vim.lsp.get_active_clients()')]"], serves=True)
+        self.assertIn([1, 2, 2], told[0])
+        self.assertIn([2, 2, 2], told[0])
+        self.assertEqual(told[1], 1)
 
 
 if __name__ == "__main__":
