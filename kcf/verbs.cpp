@@ -1,6 +1,7 @@
 #include "CommandLine.h"
 #include "check/Check.h"
 #include "diff/Diff.h"
+#include "editors/EditorWords.h"
 #include "explain/Explain.h"
 #include "format/Format.h"
 #include "fromjson/FromJson.h"
@@ -37,6 +38,7 @@ program holds the vocabulary that main-converter(1) checks them against.)",
               diffVerb(),
               previewVerb(),
               installationVerb(),
+              editorWordsVerb(),
           },
       .statuses = {{"0", "All is well"},
                    {"1", "Something was found, not found, or could not be done"},

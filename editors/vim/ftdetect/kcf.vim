@@ -1,0 +1,1 @@
+autocmd BufNewFile,BufRead *.kcf setfiletype kcf
