@@ -4,6 +4,7 @@
 
 #include <memory>
 #include <optional>
+#include <stop_token>
 #include <string>
 #include <unordered_map>
 #include <vector>
@@ -21,9 +22,15 @@ class KestrixInputRoot;
 /// How a command file is looked at.
 struct DocumentOptions {
   std::string directory =
-      {};                  ///< the folder that names of files count from; empty: the current one
-  bool readsFiles = true;  ///< whether the files that it names are opened
+      {};                     ///< the folder that names of files count from; empty: the current one
+  bool readsFiles = true;     ///< whether the files that it names are opened
+  bool keepsSeries = false;   ///< see `GlobalValues`
+  ReadFiles readFiles = {};   ///< what is known of its files: they are not read again
+  std::stop_token stop = {};  ///< ends the check, which then throws `Cancelled`
 };
+
+/// The host wants to know nothing more of a document, which is then of no use.
+struct Cancelled {};
 
 /// One command file: its text, the tree of the text, the setup that it means, and what is wrong
 /// with it. It never ends the process, and may be used from any thread, by one at a time.
@@ -61,6 +68,8 @@ class Document {
   struct ConverterStop;
 
   void prepare(GlobalValues& values);
+  /// Throws when the host has cancelled.
+  void goOn() const;
   /// What ends the converter on this text; nothing when it writes a document.
   [[nodiscard]] std::optional<ConverterStop> runConverter();
   [[nodiscard]] NodeId find(const void* made) const;
