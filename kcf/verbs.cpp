@@ -3,6 +3,7 @@
 #include "explain/Explain.h"
 #include "format/Format.h"
 #include "installation/Installation.h"
+#include "language-server/LanguageServer.h"
 #include "manual/Manual.h"
 #include "preview/Preview.h"
 #include "schema/Schema.h"
@@ -24,6 +25,7 @@ program holds the vocabulary that main-converter(1) checks them against.)",
           {
               checkVerb(),
               formatVerb(),
+              languageServerVerb(),
               templateVerb(),
               explainVerb(),
               manualVerb(),

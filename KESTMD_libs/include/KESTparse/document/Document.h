@@ -38,9 +38,16 @@ class Document {
  public:
   /// Reads `text` as far as it can be read. `schema` outlives the document and may be shared.
   Document(std::string text, const KestrixInputRoot& schema, DocumentOptions options = {});
+  /// The same of a text that was read by `readTree`.
+  Document(std::shared_ptr<const SyntaxTree> tree, const KestrixInputRoot& schema,
+           DocumentOptions options = {});
   Document(const Document&) = delete;
   Document& operator=(const Document&) = delete;
   ~Document();
+
+  /// The tree of a text, with braces that are missing found by the schema, too.
+  static std::shared_ptr<const SyntaxTree> readTree(std::string text,
+                                                    const KestrixInputRoot& schema);
 
   /// All that is wrong, in the order of the text, each thing once. Worked out when first asked for.
   const std::vector<Diagnostic>& check();
@@ -78,7 +85,8 @@ class Document {
   const KestrixInputRoot* schema_;
   QuietConsole console_;
   GlobalValues values_;
-  SyntaxTree syntax_;
+  std::shared_ptr<const SyntaxTree> tree_;
+  const SyntaxTree& syntax_;
   LineTable lines_;
   std::unique_ptr<InputBlock> root_;
   std::vector<const void*> made_;                           // for each node the block or the tag

@@ -997,13 +997,23 @@ class Document::Checker {
   std::size_t lastBlockBegin_ = 0;
 };
 
+std::shared_ptr<const SyntaxTree> Document::readTree(std::string text,
+                                                     const KestrixInputRoot& schema) {
+  return std::make_shared<const SyntaxTree>(
+      std::move(text), [&schema](const auto& open, std::string_view name) {
+        return mayStand(schema, open, name);
+      });
+}
+
 Document::Document(std::string text, const KestrixInputRoot& schema, DocumentOptions options)
+    : Document(readTree(std::move(text), schema), schema, std::move(options)) {}
+
+Document::Document(std::shared_ptr<const SyntaxTree> tree, const KestrixInputRoot& schema,
+                   DocumentOptions options)
     : options_(std::move(options)),
       schema_(&schema),
-      syntax_(std::move(text),
-              [&schema](const auto& open, std::string_view name) {
-                return mayStand(schema, open, name);
-              }),
+      tree_(std::move(tree)),
+      syntax_(*tree_),
       lines_(syntax_.text()),
       root_(schema.logicalClone(nullptr)) {
   prepare(values_);
