@@ -6,6 +6,7 @@
 #include "format/Format.h"
 #include "fromjson/FromJson.h"
 #include "installation/Installation.h"
+#include "language-server/LanguageServer.h"
 #include "manual/Manual.h"
 #include "preview/Preview.h"
 #include "schema/Schema.h"
@@ -28,6 +29,7 @@ program holds the vocabulary that main-converter(1) checks them against.)",
           {
               checkVerb(),
               formatVerb(),
+              languageServerVerb(),
               templateVerb(),
               fromJsonVerb(),
               explainVerb(),

@@ -23,6 +23,7 @@
 #include "KESTparse/vocabulary/Places.h"
 #include "KESTparse/vocabulary/RuleTable.h"
 #include "KESTparse/vocabulary/TagTraits.h"
+#include "explain/Remark.h"
 
 namespace kcf {
 namespace {
@@ -294,27 +295,6 @@ class Explanations {
       text += fmt::format("  {} ({})\n", KESTparse::ruleCode(block.getName(), rule.name),
                           rule.severity == Severity::error ? "error" : "warning") +
               paragraph(KESTparse::withoutValues(rule.sentence), 6);
-    }
-    return text;
-  }
-
-  /// What a value of the tag looks like.
-  static std::string remarkOf(const InputTag& tag) {
-    const KESTparse::TagTraits traits = KESTparse::traitsOf(tag);
-    std::string text;
-    const auto add = [&text](const std::string& more) {
-      text += more.empty() || text.empty() ? more : "; " + more;
-    };
-    if (tag.isRestricted()) {
-      add("one of " + KESTparse::quotedList(KESTparse::allowedValuesOf(tag)));
-    } else {
-      const std::string form = KESTparse::formOf(traits.kind);
-      add(form.empty() ? tag.getTypeName() : form);
-    }
-    add(tag.getUnit());
-    add(KESTparse::withSigns(traits.value->getConstraintDescription()));
-    if (!tag.getDefaultValue().empty() && !KESTparse::refusesItsDefault(tag, traits)) {
-      add("default " + tag.getDefaultValue());
     }
     return text;
   }

@@ -158,10 +158,11 @@ std::vector<double> getSolutionTimes(const std::string& fileName) {
   KESTparse::requireReading();
   auto& known = KESTparse::GlobalValues::instance().readFiles.solutionTimes;
   if (const auto it = known.find(fileName); it != known.end()) {
-    return it->second;
+    return *it->second;
   }
   try {
-    return known.emplace(fileName, readSolutionTimes(fileName)).first->second;
+    auto times = std::make_shared<const std::vector<double>>(readSolutionTimes(fileName));
+    return *known.emplace(fileName, std::move(times)).first->second;
   } catch (const Exception& exception) {
     KESTparse::console().show(
         KESTparse::level::warning,

@@ -4,19 +4,27 @@
 
 #include <cstdint>
 #include <map>
+#include <memory>
 #include <string>
 #include <string_view>
 #include <vector>
+
+namespace Kestrix {
+class Table;
+}  // namespace Kestrix
 
 namespace KESTparse {
 
 /// The node strings of a mesh: node ids by the name of the string.
 using NodeStrings = std::map<std::string, std::vector<int>, std::less<>>;
 
-/// What was read from files that rules ask for again and again, by path.
+/// What was read from files, by path. Copies share it.
 struct ReadFiles {
-  std::map<std::string, NodeStrings, std::less<>> meshes;
-  std::map<std::string, std::vector<double>, std::less<>> solutionTimes;
+  template <class T>
+  using ByPath = std::map<std::string, std::shared_ptr<const T>, std::less<>>;
+  ByPath<NodeStrings> meshes;
+  ByPath<std::vector<double>> solutionTimes;
+  ByPath<Kestrix::Table> series;  ///< only where `GlobalValues::keepsSeries` is set
 };
 
 class Console;
@@ -41,7 +49,8 @@ struct GlobalValues {
   Console* console = nullptr;        ///< the host; the converter's for none
   /// Counts the changes of all trees: what was derived from one is of no worth behind a change.
   std::uint64_t treeChanges = 1;
-  ReadFiles readFiles;  ///< meshes and result files that were read
+  ReadFiles readFiles;       ///< meshes and result files that were read
+  bool keepsSeries = false;  ///< series are kept, too: each is read once, and told once
 
   /// The store of the file that this thread reads. A thread that names none has one of its own.
   static GlobalValues& instance();

@@ -4,6 +4,7 @@
 
 #include <memory>
 #include <optional>
+#include <stop_token>
 #include <string>
 #include <unordered_map>
 #include <vector>
@@ -21,9 +22,15 @@ class KestrixInputRoot;
 /// How a command file is looked at.
 struct DocumentOptions {
   std::string directory =
-      {};                  ///< the folder that names of files count from; empty: the current one
-  bool readsFiles = true;  ///< whether the files that it names are opened
+      {};                     ///< the folder that names of files count from; empty: the current one
+  bool readsFiles = true;     ///< whether the files that it names are opened
+  bool keepsSeries = false;   ///< see `GlobalValues`
+  ReadFiles readFiles = {};   ///< what is known of its files: they are not read again
+  std::stop_token stop = {};  ///< ends the check, which then throws `Cancelled`
 };
+
+/// The host wants to know nothing more of a document, which is then of no use.
+struct Cancelled {};
 
 /// One command file: its text, the tree of the text, the setup that it means, and what is wrong
 /// with it. It never ends the process, and may be used from any thread, by one at a time.
@@ -31,9 +38,16 @@ class Document {
  public:
   /// Reads `text` as far as it can be read. `schema` outlives the document and may be shared.
   Document(std::string text, const KestrixInputRoot& schema, DocumentOptions options = {});
+  /// The same of a text that was read by `readTree`.
+  Document(std::shared_ptr<const SyntaxTree> tree, const KestrixInputRoot& schema,
+           DocumentOptions options = {});
   Document(const Document&) = delete;
   Document& operator=(const Document&) = delete;
   ~Document();
+
+  /// The tree of a text, with braces that are missing found by the schema, too.
+  static std::shared_ptr<const SyntaxTree> readTree(std::string text,
+                                                    const KestrixInputRoot& schema);
 
   /// All that is wrong, in the order of the text, each thing once. Worked out when first asked for.
   const std::vector<Diagnostic>& check();
@@ -61,6 +75,8 @@ class Document {
   struct ConverterStop;
 
   void prepare(GlobalValues& values);
+  /// Throws when the host has cancelled.
+  void goOn() const;
   /// What ends the converter on this text; nothing when it writes a document.
   [[nodiscard]] std::optional<ConverterStop> runConverter();
   [[nodiscard]] NodeId find(const void* made) const;
@@ -69,7 +85,8 @@ class Document {
   const KestrixInputRoot* schema_;
   QuietConsole console_;
   GlobalValues values_;
-  SyntaxTree syntax_;
+  std::shared_ptr<const SyntaxTree> tree_;
+  const SyntaxTree& syntax_;
   LineTable lines_;
   std::unique_ptr<InputBlock> root_;
   std::vector<const void*> made_;                           // for each node the block or the tag

@@ -12,6 +12,7 @@
 #include <filesystem>
 #include <fstream>
 #include <limits>
+#include <memory>
 #include <string_view>
 #include <system_error>
 #include <utility>
@@ -223,12 +224,13 @@ const NodeStrings& meshNodeStrings(const std::string& path) {
   auto& meshes = GlobalValues::instance().readFiles.meshes;
   const auto known = meshes.find(path);
   if (known != meshes.end()) {
-    return known->second;
+    return *known->second;
   }
   NodeStrings strings;
   const bool wasRead = readNodeStringsFrom(path, strings);
   ASSERT(wasRead, "Cannot open the grid file '" << path << "'.");
-  return meshes.emplace(path, std::move(strings)).first->second;
+  auto kept = std::make_shared<const NodeStrings>(std::move(strings));
+  return *meshes.emplace(path, std::move(kept)).first->second;
 }
 
 }  // namespace KESTparse

@@ -550,6 +550,7 @@ class Document::Checker {
 
   /// Tags, and what is missing, here and below.
   void checkContent(InputBlock& block) {
+    d_->goOn();
     checkTags(block);
     for (InputBlock& child : block.blocks()) {
       checkContent(child);
@@ -566,6 +567,7 @@ class Document::Checker {
     for (InputBlock& child : block.blocks()) {
       checkRules(child);
     }
+    d_->goOn();
     const auto stop = stopOf([&block] { block.checkRulesAlone(); });
     for (const Message& message : block.getErrors()) {
       tellRule(Severity::error, block, message);
@@ -995,16 +997,27 @@ class Document::Checker {
   std::size_t lastBlockBegin_ = 0;
 };
 
+std::shared_ptr<const SyntaxTree> Document::readTree(std::string text,
+                                                     const KestrixInputRoot& schema) {
+  return std::make_shared<const SyntaxTree>(
+      std::move(text), [&schema](const auto& open, std::string_view name) {
+        return mayStand(schema, open, name);
+      });
+}
+
 Document::Document(std::string text, const KestrixInputRoot& schema, DocumentOptions options)
+    : Document(readTree(std::move(text), schema), schema, std::move(options)) {}
+
+Document::Document(std::shared_ptr<const SyntaxTree> tree, const KestrixInputRoot& schema,
+                   DocumentOptions options)
     : options_(std::move(options)),
       schema_(&schema),
-      syntax_(std::move(text),
-              [&schema](const auto& open, std::string_view name) {
-                return mayStand(schema, open, name);
-              }),
+      tree_(std::move(tree)),
+      syntax_(*tree_),
       lines_(syntax_.text()),
       root_(schema.logicalClone(nullptr)) {
   prepare(values_);
+  values_.readFiles = std::move(options_.readFiles);
   values_.explainsMessages = true;
   const ActiveValues active(values_);
   builder_ = std::make_unique<Builder>(*this);
@@ -1017,10 +1030,17 @@ Document::~Document() {
   root_.reset();
 }
 
+void Document::goOn() const {
+  if (options_.stop.stop_requested()) {
+    throw Cancelled();
+  }
+}
+
 void Document::prepare(GlobalValues& values) {
   values.basePath = "./";
   values.directory = options_.directory;
   values.readsFiles = options_.readsFiles;
+  values.keepsSeries = options_.keepsSeries;
   values.console = &console_;
 }
 
@@ -1041,6 +1061,7 @@ std::optional<bool> Document::converts() {
 std::optional<Document::ConverterStop> Document::runConverter() {
   GlobalValues values;
   prepare(values);
+  values.readFiles = values_.readFiles;
   const ActiveValues active(values);
   std::optional<ConverterStop> result;
   auto root = schema_->logicalClone(nullptr);

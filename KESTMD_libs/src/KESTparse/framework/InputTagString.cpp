@@ -125,7 +125,20 @@ bool InputTagSeriesFile::check() {
 
 void InputTagSeriesFile::commit() {
   InputTagFile::commit();
-  Kestrix::StandardSerie(seriesPath(getRawText())).copyTo(getActualParent()->*facts().table);
+  const std::string path = seriesPath(getRawText());
+  Kestrix::Table& table = getActualParent()->*facts().table;
+  GlobalValues& values = GlobalValues::instance();
+  if (!values.keepsSeries) {
+    Kestrix::StandardSerie(path).copyTo(table);
+    return;
+  }
+  std::shared_ptr<const Kestrix::Table>& kept = values.readFiles.series[path];
+  if (kept == nullptr) {
+    Kestrix::StandardSerie(path).copyTo(table);
+    kept = std::make_shared<const Kestrix::Table>(table);
+  } else {
+    table = *kept;
+  }
 }
 
 void InputTagSeriesFile::assignPreset() {

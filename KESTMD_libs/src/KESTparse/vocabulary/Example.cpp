@@ -432,6 +432,15 @@ bool parses(const std::string& snippet, const Place& place) {
 
 }  // namespace
 
+std::vector<std::pair<const InputTag*, std::string>> neededTags(const InputBlock& block) {
+  std::vector<std::pair<const InputTag*, std::string>> tags;
+  const Choice choice(block);
+  for (const auto& [position, value] : choice.tags()) {
+    tags.emplace_back(&block.getLogicalTag(position), value);
+  }
+  return tags;
+}
+
 std::string exampleOf(const Place& place) {
   std::ostringstream given;
   place.block->getExample(given);
