@@ -135,7 +135,9 @@ class Siblings {
  public:
   Siblings(const Typing& typing, const Place& place) : typing_(&typing), place_(place) {
     for (const auto& [tag, written] : typing.cursor.tags) {
-      needs_.merge(typing.session->supplement.needs(place.path, written));
+      for (const Need& need : typing.session->supplement.needs(place.path, written)) {
+        needs_.insert(need.begin(), need.end());
+      }
     }
   }
 
