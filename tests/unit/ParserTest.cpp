@@ -135,6 +135,19 @@ TEST(Parser, collectsRefusedValuesWhenItThrows) {
             "Tag value error near line 3, col 21: Value 'x' can not be recognized as a double\n");
 }
 
+// What was read of a long text goes back to the system while the rest is read.
+TEST(Parser, keepsValuesAndPlacesOfALongText) {
+  std::string filler;
+  for (int i = 0; i < 20000; ++i) {
+    filler += "// " + std::string(97, 'x') + "\n";
+  }
+  EXPECT_EQ(
+      parsed("PROJECT {\n title = a\n" + filler + " date = b\n" + filler +
+             " real_time_factor = x\n}\n" + filler + "DOMAIN { multiregion = m\n}\n"),
+      "KESTRIX(0)PROJECT(2 title=a date=b real_time_factor=x)DOMAIN(60006 multiregion=m)"
+      "Tag value error near line 40004, col 21: Value 'x' can not be recognized as a double\n");
+}
+
 TEST(Parser, reportsAnUnreadableStream) {
   KestrixInputRoot root;
   std::istringstream in;

@@ -33,10 +33,17 @@ std::string quotedNames(const Nodes& nodes, NameOf nameOf) {
   return names;
 }
 
-/// The place of `name` among `names`, which are few; -1 when it is none of them.
-int positionOf(std::string_view name, const std::vector<std::string_view>& names) {
-  const auto it = std::find(names.begin(), names.end(), name);
-  return it == names.end() ? -1 : static_cast<int>(it - names.begin());
+/// The place of `name` among `names`, which are few and differ; -1 when it is none of them. The
+/// search begins at the place `from`.
+int positionOf(std::string_view name, const std::vector<std::string_view>& names,
+               std::size_t from = 0) {
+  const auto start = names.begin() + static_cast<std::ptrdiff_t>(from);
+  auto it = std::find(start, names.end(), name);
+  if (it == names.end()) {
+    it = std::find(names.begin(), start, name);
+    return it == start ? -1 : static_cast<int>(it - names.begin());
+  }
+  return static_cast<int>(it - names.begin());
 }
 
 }  // namespace
@@ -262,7 +269,9 @@ void InputBlock::expectTagsLikeThoseBefore(InputBlock& last) const {
 }
 
 InputTag& InputBlock::getTag(std::string_view name) {
-  const int position = getLogicalTagPosition(name);
+  // Most files give the tags in the order of the manual, which is that of the schema.
+  const std::size_t next = availableTags_.empty() ? 0 : availableTags_.back()->getPosition() + 1;
+  const int position = positionOf(name, schema_->tagNames, next);
   if (position < 0) {
     const std::string names =
         quotedNames(schema_->tags, [](const auto& tag) { return tag->getName(); });

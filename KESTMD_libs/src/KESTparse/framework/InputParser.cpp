@@ -47,8 +47,8 @@ std::vector<char> readText(std::istream& in) {
 /// How much is read before its memory is given back [bytes].
 constexpr std::size_t giveBackStep = std::size_t{1} << 20;
 
-/// Gives the pages that lie wholly between `begin` and `end` back to the system. What stood there is
-/// lost, but for the system that has no such call.
+/// Gives the pages that lie wholly between `begin` and `end` back to the system. What stood there
+/// is lost, but for the system that has no such call.
 void giveBack(char* begin, char* end) {
   const auto pageSize = static_cast<std::size_t>(::sysconf(_SC_PAGESIZE));
   const std::size_t before = reinterpret_cast<std::uintptr_t>(begin) % pageSize;
@@ -73,7 +73,8 @@ class Reading {
         throwOnError_(throwOnError),
         fileName_(std::make_shared<const std::string>(fileName)),
         message_(&message),
-        blocks_{&root} {}
+        blocks_{&root},
+        nextFeed_(text_.find('\n')) {}
 
   /// Reads it all. Faults go to the host, or are thrown, as the caller of `parse` wants it.
   void run();
@@ -100,17 +101,16 @@ class Reading {
   std::string* message_;
   std::vector<InputBlock*> blocks_;  // the open blocks, the root first
   std::size_t at_ = 0;               // where reading stands
-  std::size_t counted_ = 0;          // the bytes whose lines are counted
+  std::size_t nextFeed_;             // the first line feed that is not counted
   std::size_t givenBack_ = 0;        // the bytes that are read and gone
   unsigned line_ = 1;
   std::string endFault_;
 };
 
 unsigned Reading::lineOf(std::size_t at) {
-  const std::size_t end = std::max(counted_, at + 1);
-  const std::string_view passed = text_.substr(counted_, end - counted_);
-  line_ += static_cast<unsigned>(std::count(passed.begin(), passed.end(), '\n'));
-  counted_ = end;
+  for (; nextFeed_ <= at; nextFeed_ = text_.find('\n', nextFeed_ + 1)) {
+    ++line_;
+  }
   return line_;
 }
 
