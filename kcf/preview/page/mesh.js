@@ -774,10 +774,10 @@
         ["Elevation", `${z.toFixed(2)} m`], ["Centre", `${(x + this.origin[0]).toFixed(2)}, ${(y + this.origin[1]).toFixed(2)}`]];
       for (const table of part.mesh.tables) {
         const value = table.values[material] ?? table.otherwise;
-        if (value !== undefined) rows.push([table.label, `${value} ${table.unit}`]);
+        if (value !== undefined) rows.push([table.label, table.unit === "–" ? value : `${value} ${table.unit}`]);
       }
       for (const source of part.mesh.sources) {
-        if (source.elements.includes(part.elementIds[e]) || source.materials.includes(material)) rows.push(["source", `${source.name} ${source.type}`]);
+        if (source.elements.includes(part.elementIds[e]) || source.materials.includes(material)) rows.push([`source (${source.field})`, [source.name, source.type].filter(Boolean).join(" · ")]);
       }
       this.details.replaceChildren(element("h3", {}, `Element ${part.elementIds[e]}`),
         element("dl", {}, ...rows.flatMap(([term, value]) => [element("dt", {}, term), element("dd", {}, String(value))])));
