@@ -199,7 +199,7 @@ class Sections {
   void notices() {
     html_.leaf("h3", "What to look at");
     if (model_->notices.empty()) {
-      html_.leaf("p", "Everything that the setup names was found and could be shown.",
+      html_.leaf("p", "kcf check finds nothing, and all that the setup names is shown.",
                  {{"class", "good"}});
       return;
     }

@@ -262,7 +262,6 @@
       this.resize();
       if (!kept.view) this.fit();
       this.recolour();
-      this.paint();
       isTold();
     }
 
@@ -300,7 +299,7 @@
       new ResizeObserver(() => {
         if (!this.view || this.stage.clientWidth === 0) return;
         this.shape();
-        this.resize();
+        if (!this.resize()) return;
         if (this.isWhole) this.fit();
         this.redraw();
       }).observe(this.stage);
@@ -434,11 +433,14 @@
       this.view = { x: (low[0] + high[0]) / 2, y: (low[1] + high[1]) / 2, scale: 0.9 * Math.min(width / extent[0], height / extent[1]) };
     }
 
+    /** False when all is as it was: a large mesh takes its time to be drawn again. */
     resize() {
-      this.ratio = Math.min(devicePixelRatio || 1, 2);
-      this.canvas.width = Math.max(1, Math.round(this.stage.clientWidth * this.ratio));
-      this.canvas.height = Math.max(1, Math.round(this.stage.clientHeight * this.ratio));
+      const ratio = Math.min(devicePixelRatio || 1, 2);
+      const size = [this.stage.clientWidth, this.stage.clientHeight].map((length) => Math.max(1, Math.round(length * ratio)));
+      if (this.canvas.width === size[0] && this.canvas.height === size[1]) return false;
+      [this.canvas.width, this.canvas.height] = size;
       this.overlay.setAttribute("viewBox", `0 0 ${this.stage.clientWidth} ${this.stage.clientHeight}`);
+      return true;
     }
 
     world([x, y]) {
@@ -772,10 +774,10 @@
         ["Elevation", `${z.toFixed(2)} m`], ["Centre", `${(x + this.origin[0]).toFixed(2)}, ${(y + this.origin[1]).toFixed(2)}`]];
       for (const table of part.mesh.tables) {
         const value = table.values[material] ?? table.otherwise;
-        if (value !== undefined) rows.push([table.label, `${value} ${table.unit}`]);
+        if (value !== undefined) rows.push([table.label, table.unit === "–" ? value : `${value} ${table.unit}`]);
       }
       for (const source of part.mesh.sources) {
-        if (source.elements.includes(part.elementIds[e]) || source.materials.includes(material)) rows.push(["source", `${source.name} ${source.type}`]);
+        if (source.elements.includes(part.elementIds[e]) || source.materials.includes(material)) rows.push([`source (${source.field})`, [source.name, source.type].filter(Boolean).join(" · ")]);
       }
       this.details.replaceChildren(element("h3", {}, `Element ${part.elementIds[e]}`),
         element("dl", {}, ...rows.flatMap(([term, value]) => [element("dt", {}, term), element("dd", {}, String(value))])));
