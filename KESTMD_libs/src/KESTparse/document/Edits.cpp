@@ -493,7 +493,8 @@ class FreshLines {
 /// Writes the tag of a fresh block, and the name that the block is asked for by.
 void writeTags(const InputBlock& master, const Step* block, std::string_view tag,
                std::string_view value, FreshLines& out) {
-  const std::string_view key = block == nullptr || numberOf(block->key) ? "" : block->key;
+  const bool isNamed = block != nullptr && !numberOf(block->key);
+  const std::string_view key = isNamed ? std::string_view(block->key) : std::string_view();
   const std::string_view name = key.empty() ? "" : master.getIdentifyingTags().front();
   if (key.empty() || name == tag) {
     out.tag(tag, value);
