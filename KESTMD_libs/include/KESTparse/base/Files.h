@@ -26,7 +26,8 @@ FileText readFile(const std::string& path);
 /// owner. Throws a `std::system_error` when it cannot be done; the file is then what it was.
 void replaceFile(const std::string& path, std::string_view content);
 
-/// Makes a file that holds `content`: whole or not at all. Throws a `std::system_error` when it
+/// Makes a file that holds `content`: whole or not at all, but without waiting for the disk, since
+/// nothing was there that could be lost. Throws a `std::system_error` when it
 /// cannot be done, `std::errc::file_exists` when there is something at `path` already.
 void createFile(const std::string& path, std::string_view content);
 

@@ -15,6 +15,12 @@ namespace KESTparse {
 
 class InputBlock;
 
+/// A name of a path, with what stands in brackets behind it.
+struct PathStep {
+  std::string name;
+  std::string key;  ///< empty when there is none
+};
+
 /// `text` with `edits` in place, which do not overlap and stand in any order.
 std::string edited(const std::string& text, std::vector<Edit> edits);
 

@@ -149,6 +149,7 @@ class Replacement {
     if (fchown(descriptor_, old.st_uid, old.st_gid) != 0) {
       static_cast<void>(fchown(descriptor_, static_cast<uid_t>(-1), old.st_gid) == 0);
     }
+    require(fsync(descriptor_) == 0);
     finish(old.st_mode & 07777);
     require(std::rename(path_.c_str(), target_.c_str()) == 0);
     path_.clear();
@@ -165,7 +166,6 @@ class Replacement {
  private:
   void finish(mode_t permissions) {
     require(fchmod(descriptor_, permissions) == 0);
-    require(fsync(descriptor_) == 0);
     require(close(std::exchange(descriptor_, -1)) == 0);
   }
 

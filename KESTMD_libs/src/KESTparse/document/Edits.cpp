@@ -18,14 +18,6 @@
 namespace KESTparse {
 namespace {
 
-/// A name of a path, with what stands in brackets behind it.
-struct Step {
-  std::string name;
-  std::string key;  // empty when there is none
-};
-
-using Steps = std::vector<Step>;
-
 std::string stepText(std::string_view name, std::string_view key) {
   return key.empty() ? std::string(name) : fmt::format("{}[{}]", name, key);
 }
@@ -39,7 +31,7 @@ std::optional<std::size_t> numberOf(std::string_view key) {
 }
 
 /// Names without the keys, as the schema has them.
-std::string schemaPath(const Step* begin, const Step* end) {
+std::string schemaPath(const PathStep* begin, const PathStep* end) {
   std::string path;
   for (; begin != end; ++begin) {
     path += (path.empty() ? "" : "/") + begin->name;
@@ -103,7 +95,7 @@ bool isWritableValue(std::string_view value) {
 
 struct TreeEditor::Path {
   bool isWhole = false;  // begins with a slash
-  Steps steps;
+  std::vector<PathStep> steps;
 
   explicit Path(std::string_view text);
   [[nodiscard]] std::string shown() const;
@@ -114,7 +106,7 @@ TreeEditor::Path::Path(std::string_view text) : isWhole(text.starts_with('/')) {
   text.remove_prefix(isWhole ? 1 : 0);
   while (true) {
     const std::size_t nameEnd = std::min(text.find_first_of("/["), text.size());
-    Step step{std::string(text.substr(0, nameEnd)), {}};
+    PathStep step{std::string(text.substr(0, nameEnd)), {}};
     text.remove_prefix(nameEnd);
     if (text.starts_with('[')) {
       const std::size_t close = text.find(']');
@@ -223,7 +215,7 @@ class TreeEditor::Reading {
   }
 
   /// The child that a step with a key leads to; `noNode` when there is none.
-  [[nodiscard]] NodeId instance(NodeId parent, const Step& step, NodeKind kind) const {
+  [[nodiscard]] NodeId instance(NodeId parent, const PathStep& step, NodeKind kind) const {
     const std::vector<NodeId> like = childrenCalled(parent, step.name, kind);
     const auto named = std::find_if(like.begin(), like.end(),
                                     [&](NodeId id) { return identityOf(id) == step.key; });
@@ -241,7 +233,7 @@ class TreeEditor::Reading {
     std::vector<NodeId> found;
     std::map<std::pair<NodeId, std::size_t>, NodeId> instances;  // by parent and step
     const auto isAt = [&](NodeId id, std::size_t step) {
-      const Step& asked = path.steps[step];
+      const PathStep& asked = path.steps[step];
       if (nameOf(id) != asked.name || asked.key.empty()) {
         return nameOf(id) == asked.name;
       }
@@ -388,7 +380,7 @@ TreeEditor::TreeEditor(std::string text, const InputBlock& root)
 
 TreeEditor::Target TreeEditor::targetOf(const Path& path) const {
   const Reading& reading = *reading_;
-  const Step& tag = path.steps.back();
+  const PathStep& tag = path.steps.back();
   const std::size_t blocks = path.steps.size() - 1;
   for (std::size_t missing = 0; missing <= blocks; ++missing) {
     std::vector<NodeId> found = reading.ending(path, blocks - missing, NodeKind::block);
@@ -441,7 +433,7 @@ namespace {
 
 /// Refuses a key that no block can have.
 /// \param known the paths of the blocks of that name.
-void requireFreeKey(const Step& step, const InputBlock& master,
+void requireFreeKey(const PathStep& step, const InputBlock& master,
                     const std::vector<std::string>& known, bool isLast) {
   if (!master.isRepeatable()) {
     throw EditFault(
@@ -491,9 +483,10 @@ class FreshLines {
 };
 
 /// Writes the tag of a fresh block, and the name that the block is asked for by.
-void writeTags(const InputBlock& master, const Step* block, std::string_view tag,
+void writeTags(const InputBlock& master, const PathStep* block, std::string_view tag,
                std::string_view value, FreshLines& out) {
-  const std::string_view key = block == nullptr || numberOf(block->key) ? "" : block->key;
+  const bool isNamed = block != nullptr && !numberOf(block->key);
+  const std::string_view key = isNamed ? std::string_view(block->key) : std::string_view();
   const std::string_view name = key.empty() ? "" : master.getIdentifyingTags().front();
   if (key.empty() || name == tag) {
     out.tag(tag, value);
@@ -535,7 +528,7 @@ void TreeEditor::set(std::string_view pathText, std::string_view value) {
 
 /// The tag of `block` that the path ends in; `noNode` when it is to be added.
 NodeId TreeEditor::tagAt(NodeId block, const Path& path) const {
-  const Step& tag = path.steps.back();
+  const PathStep& tag = path.steps.back();
   const std::vector<NodeId> like = reading_->childrenCalled(block, tag.name, NodeKind::tag);
   const std::optional<std::size_t> number = numberOf(tag.key);
   if (tag.key.empty() ? like.size() > 1 : !number || *number > like.size() + 1) {
@@ -555,7 +548,7 @@ void TreeEditor::insert(const Target& target, const Path& path, std::string_view
   const std::size_t first = blocks - target.missing;
   std::string shown = reading.pathOf(target.block);
   for (std::size_t i = first; i < blocks; ++i) {
-    const Step& step = path.steps[i];
+    const PathStep& step = path.steps[i];
     master = childOf(*master, step.name);
     if (!step.key.empty()) {
       const auto like = i == first
