@@ -14,6 +14,7 @@ import urllib.request
 from pathlib import Path
 
 SCREENSHOTS = os.environ.get("KESTRIX_SCREENSHOTS")
+PATIENCE = 300  # seconds; a busy machine takes long to print hundreds of pages
 ELEMENT = "element-6066-11e4-a52e-4f735466cecf"  # the key of an element in the protocol
 CHROMIUM = ["--headless", "--no-sandbox", "--disable-gpu", "--disable-quic", "--no-first-run",
             "--disable-background-networking", "--disable-component-update", "--disable-sync",
@@ -38,7 +39,8 @@ class Browser:
                 raise RuntimeError("the driver of the browser does not start: " + (Path(folder) / "driver.log").read_text())
             time.sleep(0.1)
         options = {"args": CHROMIUM + arguments + [f"--user-data-dir={folder}/profile"], "binary": shutil.which("chromium")}
-        session = self.ask("POST", "/session", {"capabilities": {"alwaysMatch": {"goog:chromeOptions": options}}})
+        wanted = {"goog:chromeOptions": options, "timeouts": {"script": 1000 * PATIENCE}}
+        session = self.ask("POST", "/session", {"capabilities": {"alwaysMatch": wanted}})
         self.url += "/session/" + session["sessionId"]
 
     def is_ready(self):
@@ -51,7 +53,7 @@ class Browser:
         data = None if body is None else json.dumps(body).encode()
         request = urllib.request.Request(self.url + path, data, {"Content-Type": "application/json"}, method=method)
         try:
-            with self.opener.open(request, timeout=60) as answer:
+            with self.opener.open(request, timeout=PATIENCE) as answer:
                 return json.load(answer)["value"]
         except urllib.error.HTTPError as fault:
             raise RuntimeError(fault.read().decode()) from fault

@@ -149,8 +149,7 @@ std::string choicesHtml(const Place& place, const InputTag& tag,
   std::string rows;
   for (const std::string& choice : choices) {
     const std::string meaning = supplement.meaning(place.path, tag.getName(), choice);
-    rows += meaning.empty() ? ""
-                            : "<dt>" + code(choice) + "</dt><dd>" + prose(meaning) + "</dd>";
+    rows += meaning.empty() ? "" : "<dt>" + code(choice) + "</dt><dd>" + prose(meaning) + "</dd>";
   }
   return rows.empty() ? codes(choices, ", ") : "<dl class=\"choices\">" + rows + "</dl>";
 }
@@ -180,11 +179,11 @@ class Row {
                             {"Unit", unitHtml(tag_->getUnit())},
                             {"Range", range()},
                             {"Default", defaultValue()}}));
-    row.set("told", cells({{"Description", prose(tagDescription(*place_, *tag_,
-                                                                *context_->supplement))},
-                           {"Choices", choices()},
-                           {"Condition", conditions(deciding, decided)},
-                           {"Remarks", remarks(dependents)}}));
+    row.set("told",
+            cells({{"Description", prose(tagDescription(*place_, *tag_, *context_->supplement))},
+                   {"Choices", choices()},
+                   {"Condition", conditions(deciding, decided)},
+                   {"Remarks", remarks(dependents)}}));
     return row;
   }
 
@@ -232,8 +231,8 @@ class Row {
   [[nodiscard]] std::string range() const {
     const bool isList =
         traits_.itemCount != 0 || !traits_.entries.empty() || !traits_.constraint.empty();
-    std::string text = isList ? std::string(traits_.constraint)
-                              : traits_.value->getConstraintDescription();
+    std::string text =
+        isList ? std::string(traits_.constraint) : traits_.value->getConstraintDescription();
     KESTparse::replaceAll(text, "Chars [a-zA-Z0-9_-] are allowed", "letters, digits, _ and -");
     return prose(text);
   }
@@ -242,10 +241,10 @@ class Row {
     if (tag_->isRestricted()) {
       return choicesHtml(*place_, *tag_, allowedValuesOf(*tag_), *context_->supplement);
     }
-    return traits_.entries.empty() ? std::string()
-                                   : "Items of the list:" + choicesHtml(*place_, *tag_,
-                                                                        traits_.entries,
-                                                                        *context_->supplement);
+    return traits_.entries.empty()
+               ? std::string()
+               : "Items of the list:" +
+                     choicesHtml(*place_, *tag_, traits_.entries, *context_->supplement);
   }
 
   [[nodiscard]] std::string conditions(const InputTag* deciding, const Decided& decided) const {
@@ -263,8 +262,7 @@ class Row {
     std::map<std::vector<std::string>, std::vector<std::string>> choicesByOthers;
     for (const std::string& choice : decided.needed) {
       const auto others = decided.others.find(choice);
-      choicesByOthers[others == decided.others.end() ? std::vector<std::string>()
-                                                     : others->second]
+      choicesByOthers[others == decided.others.end() ? std::vector<std::string>() : others->second]
           .push_back(choice);
     }
     for (const auto& [others, choices] : choicesByOthers) {

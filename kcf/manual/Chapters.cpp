@@ -1,5 +1,7 @@
 #include "manual/Chapters.h"
 
+#include <fmt/format.h>
+
 #include <algorithm>
 #include <array>
 #include <map>
@@ -155,16 +157,18 @@ void linkNames(Chapter& chapter, const NamedPlaces& named) {
     const std::string text(between(rest, opening, closing));
     const std::string name = text.substr(0, text.find(" ="));
     const std::string place = named.linkTo(name, recentPages);
-    const std::string whole = std::string(opening) + text + std::string(closing);
-    const bool isLinked = !place.empty() && linked.insert(name).second;
-    html += isLinked ? std::string(link) + place + "\">" + whole + "</a>" : whole;
+    const std::string_view whole = rest.substr(0, opening.size() + text.size() + closing.size());
+    if (!place.empty() && linked.insert(name).second) {
+      html += fmt::format("{}{}\">{}</a>", link, place, whole);
+    } else {
+      html += whole;
+    }
     at += whole.size();
   }
   chapter.html = html;
 }
 
-Chapter chapter(std::string_view name, const std::vector<Place>& places,
-                const NamedPlaces& named) {
+Chapter chapter(std::string_view name, const std::vector<Place>& places, const NamedPlaces& named) {
   Chapter made;
   made.name = name;
   made.html = asset("guide/" + std::string(name));
@@ -194,6 +198,7 @@ Chapter chapter(std::string_view name, const std::vector<Place>& places,
 std::vector<Chapter> chapters(const std::vector<Place>& places) {
   const NamedPlaces named(places);
   std::vector<Chapter> all;
+  all.reserve(chapterNames.size());
   for (const std::string_view name : chapterNames) {
     all.push_back(chapter(name, places, named));
   }

@@ -120,7 +120,8 @@ class ManualWriter {
     pages_.push_back({"codes.html", "Codes of kcf check", codesHtml(codes_, places_)});
     addExamples();
     for (const Place& place : places_) {
-      const std::string title = place.path == "/" ? std::string(place.block->getName()) : place.path;
+      const std::string title =
+          place.path == "/" ? std::string(place.block->getName()) : place.path;
       pages_.push_back({pageOf(place), title, rendered("block", dataOf(place)), place.path});
     }
     pages_.push_back({"book.html", "All on one page", book()});

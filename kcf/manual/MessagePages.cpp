@@ -66,10 +66,9 @@ data codeData(const ToldCode& code) {
   const CodeFacts& facts = *code.facts;
   data row;
   row.set("name", std::string(facts.name));
-  row.set("kind", std::string(facts.severity == Severity::warning ? "a warning" : "an error") +
-                      (facts.origin == KESTparse::Origin::checker
-                           ? ", found by kcf check alone"
-                           : ""));
+  row.set("kind",
+          std::string(facts.severity == Severity::warning ? "a warning" : "an error") +
+              (facts.origin == KESTparse::Origin::checker ? ", found by kcf check alone" : ""));
   row.set("summary", std::string(facts.summary));
   row.set("meaning", std::string(facts.meaning));
   row.set("hasExample", data(!facts.example.empty()));
@@ -151,8 +150,7 @@ std::string ruleAnchor(std::string_view rule) {
   return "rule-" + std::string(rule);
 }
 
-std::string rulesHtml(const InputBlock& block, const std::string& page,
-                      const std::string& anchor) {
+std::string rulesHtml(const InputBlock& block, const std::string& page, const std::string& anchor) {
   data rows(data::type::list);
   std::set<std::string_view> anchored;
   for (const RuleFacts& rule : rulesOf(block)) {

@@ -12,7 +12,7 @@
 namespace KESTparse {
 struct CodeFacts;
 class KestrixInputRoot;
-}
+}  // namespace KESTparse
 
 namespace kcf {
 

@@ -22,8 +22,7 @@ Supplement::Supplement() {
             descriptions_[{path, tag}] = told["description"];
           }
           if (told.contains("choices")) {
-            meanings_[{path, tag}].merge(
-                told["choices"].get<std::map<std::string, std::string>>());
+            meanings_[{path, tag}].merge(told["choices"].get<std::map<std::string, std::string>>());
           }
         }
       }
