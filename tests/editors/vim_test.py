@@ -69,7 +69,8 @@ class Editing(tables.Colours, tables.Folder):
     def test_make_jumps_to_the_fault(self):
         (self.folder / "a b.kcf").write_text("PROJECT {\n  title = demo\n  autor = me\n}\n")
         told = self.edit("a b.kcf", [
-            "silent make!", "clast", "let g:told = [[line('.'), col('.')], getqflist()[-1].type, getqflist()[-1].text]"])
+            "silent make!", "clast", "let last = getqflist()[-1]",
+            "let g:told = [[line('.'), col('.')], last.type, last.text]"])
         self.assertEqual(told, [[3, 3], "E", "there is no tag 'autor' in 'PROJECT'"])
 
     @unittest.skipUnless(IS_NEOVIM, "Vim has no client")

@@ -43,8 +43,8 @@ class Extension(tables.Folder):
         test = self.folder / "places.test.kcf"
         test.write_text("\n".join(lines) + "\n")
         done = subprocess.run(
-            [PACKED / "node_modules/.bin/vscode-tmgrammar-test", "--grammar", EXTENSION / "syntaxes/kcf.tmLanguage.json",
-             test], capture_output=True, text=True, timeout=60, check=False)
+            [PACKED / "node_modules/.bin/vscode-tmgrammar-test",
+             "--grammar", EXTENSION / "syntaxes/kcf.tmLanguage.json", test], capture_output=True, text=True, timeout=60, check=False)
         self.assertEqual(done.returncode, 0, done.stdout + done.stderr)
 
     def test_no_fault_is_shown_where_there_is_none(self):
