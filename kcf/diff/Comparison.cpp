@@ -100,7 +100,7 @@ using Tags = std::vector<const InputTag*>;
 std::string_view identityOf(const InputBlock& block) {
   for (const std::string_view name : block.getIdentifyingTags()) {
     if (block.hasTag(name)) {
-      return block.getTag(name, 0).getRawValue();
+      return block.getTag(name, 0).getRawText();
     }
   }
   return {};
