@@ -57,8 +57,8 @@ struct Attempt {
 
 class Return {
  public:
-  Return(const json& document, std::string directory)
-      : document_(document), directory_(std::move(directory)) {
+  Return(json document, std::string directory)
+      : document_(std::move(document)), directory_(std::move(directory)) {
     if (document_.is_object()) {
       document_.erase("$schema");
     }
