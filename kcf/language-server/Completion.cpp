@@ -286,8 +286,7 @@ void addNames(const Typing& typing, const InputTag& each, Items& items) {
   if (typing.file == nullptr || !typing.file->isRead()) {
     return;
   }
-  const NameIndex::Asked asked{typing.cursor.node.value_or(KESTparse::noNode), &each,
-                               typing.cursor.before, typing.item};
+  const NameIndex::Asked asked{typing.cursor.node.value_or(KESTparse::noNode), &each, typing.item};
   for (const std::string& offered : typing.file->names().offered(asked)) {
     items.add(Kind::name, offered, Rank::needed, offered);
   }

@@ -43,6 +43,24 @@ std::size_t safeBegin(const SyntaxTree& tree, std::size_t at) {
   return at;
 }
 
+/// The begin of the outermost block that is still open at `at`, though the tree ends it before,
+/// since its brace is missing; `at` when there is none.
+std::size_t beginOfUnclosed(const SyntaxTree& tree, std::size_t at) {
+  const auto& nodes = tree.nodes();
+  const auto behind = std::upper_bound(
+      nodes.begin() + 1, nodes.end(), at,
+      [](std::size_t place, const SyntaxNode& node) { return place < node.begin; });
+  std::size_t begin = at;
+  for (auto id = static_cast<NodeId>(behind - nodes.begin() - 1); id != noNode;
+       id = tree[id].parent) {
+    const SyntaxNode& node = tree[id];
+    if (node.kind == NodeKind::block && !node.isClosed && node.end <= at) {
+      begin = node.begin;
+    }
+  }
+  return begin;
+}
+
 /// Follows the blocks of the text from `from` on.
 class Events {
  public:
@@ -101,7 +119,7 @@ std::size_t openBlocks(const SyntaxTree& tree, std::string_view text, std::size_
   if (feed == std::string_view::npos) {
     return 0;
   }
-  const std::size_t from = safeBegin(tree, feed);
+  const std::size_t from = beginOfUnclosed(tree, safeBegin(tree, feed));
   std::vector<NodeId> chain;
   for (NodeId id = tree.nodeAt(from); id != noNode; id = tree[id].parent) {
     if (tree[id].kind == NodeKind::block && tree[id].begin < from) {
@@ -161,7 +179,6 @@ void lookAtValue(std::string_view text, std::size_t begin, std::size_t offset, C
   while (cursor.word.begin > begin && !endsItem(text[cursor.word.begin - 1])) {
     --cursor.word.begin;
   }
-  cursor.before = text.substr(begin, cursor.word.begin - begin);
   cursor.stands = Cursor::Stands::inValue;
 }
 

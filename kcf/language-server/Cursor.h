@@ -27,7 +27,6 @@ struct Cursor {
   std::map<std::string, std::string> tags;  ///< of the innermost block: names and values
   std::map<std::string, int> blocks;        ///< of the innermost block: how many of a name
   std::string tag;                          ///< whose value it is
-  std::string before;                       ///< of the value, in front of the word
   KESTparse::Span word;                     ///< what is typed of a name or of an item of a value
   bool followsBrace = false;                ///< the byte in front of the word is an opening brace
 };

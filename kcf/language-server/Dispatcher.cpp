@@ -16,6 +16,31 @@ json errorOf(const Failure& failure) {
   return {{"code", failure.code}, {"message", failure.message}};
 }
 
+/// Whether brackets stand within each other deeper than any message needs. What is made of a
+/// message is copied level by level, for which the stack must do.
+bool isTooDeep(std::string_view message) {
+  constexpr int deepest = 200;
+  int depth = 0;
+  bool isInText = false;
+  for (std::size_t at = 0; at < message.size() && depth <= deepest; ++at) {
+    const char c = message[at];
+    if (isInText) {
+      at += c == '\\' ? 1U : 0U;
+      isInText = c != '"';
+    } else if (c == '"') {
+      isInText = true;
+    } else {
+      depth += c == '[' || c == '{' ? 1 : c == ']' || c == '}' ? -1 : 0;
+    }
+  }
+  return depth > deepest;
+}
+
+/// Whether a value can tell requests apart.
+bool isRequestId(const json& id) {
+  return id.is_string() || id.is_number_integer();
+}
+
 /// Runs `step`; a failure of it is told to `fail`.
 template <class Step, class Fail>
 void guarded(Step&& step, Fail&& fail) {
@@ -86,14 +111,18 @@ void Dispatcher::refuse(const json& id, int code, const std::string& text) const
 }
 
 void Dispatcher::take(std::string_view message) {
-  const json parsed = json::parse(message, nullptr, false);
+  if (isTooDeep(message)) {
+    refuse(nullptr, errors::invalidRequest, "the message is nested too deeply");
+    return;
+  }
+  json parsed = json::parse(message, nullptr, false);
   if (parsed.is_discarded()) {
     refuse(nullptr, errors::parseError, "the message is no JSON");
     return;
   }
   const bool isObject = parsed.is_object();
   const json id = isObject ? parsed.value("id", json()) : json();
-  const bool isId = id.is_string() || id.is_number_integer();
+  const bool isId = isRequestId(id);
   const auto method = isObject ? parsed.find("method") : parsed.end();
   if (!isObject || (method == parsed.end() && !isId)) {
     refuse(nullptr, errors::invalidRequest, "the message is neither a request nor an answer");
@@ -103,9 +132,10 @@ void Dispatcher::take(std::string_view message) {
     takeAnswer(parsed);
     return;
   }
-  json params = parsed.value("params", json::object());
-  if (params.is_null()) {
-    params = json::object();
+  // An open file is as large as its text: it is moved.
+  json params = json::object();
+  if (const auto given = parsed.find("params"); given != parsed.end() && !given->is_null()) {
+    params = std::move(*given);
   }
   if (!method->is_string() || !params.is_structured() || (!id.is_null() && !isId)) {
     refuse(isId ? id : json(), errors::invalidRequest, "the request is not formed as requests are");
@@ -177,7 +207,8 @@ void Dispatcher::takeNotification(const std::string& method, const json& params)
 
 void Dispatcher::cancel(const json& params) {
   const auto id = params.find("id");
-  const auto call = id == params.end() ? calls_.end() : calls_.find(id->dump());
+  const bool isId = id != params.end() && isRequestId(*id);
+  const auto call = isId ? calls_.find(id->dump()) : calls_.end();
   if (call == calls_.end()) {
     return;
   }

@@ -64,8 +64,7 @@ class NameIndex {
   struct Asked {
     KESTparse::NodeId block = KESTparse::noNode;  ///< no node where it is not in the tree yet
     const KESTparse::InputTag* prototype = nullptr;
-    std::string_view before = {};  ///< of the value, in front of the item
-    std::string_view item = {};    ///< as far as it is written
+    std::string_view item = {};  ///< as far as it is written
   };
   /// The names that may be meant, each once; of a position the region, and behind a dot the place.
   [[nodiscard]] std::vector<std::string> offered(const Asked& asked) const;

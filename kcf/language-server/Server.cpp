@@ -150,8 +150,14 @@ void Server::registerQueries() {
   });
   onQuery("textDocument/documentLink",
           [](Snapshot& file, const json&) { return documentLinks(file); });
-  onQuery("textDocument/inlayHint", [this](Snapshot& file, const json& params) {
-    return settings_.showsHints ? inlayHints(file, file.spanOf(params.at("range"))) : json();
+  dispatcher_.onRequest("textDocument/inlayHint", [this](const json& params, const auto& call) {
+    if (!settings_.showsHints) {
+      call->answer(nullptr);
+      return;
+    }
+    ask([](Snapshot& file,
+           const json& asked) { return inlayHints(file, file.spanOf(asked.at("range"))); },
+        params, call);
   });
   onQuery("textDocument/semanticTokens/full", [](Snapshot& file, const json&) {
     // Of a large file, a client asks for what it shows.
@@ -172,19 +178,23 @@ void Server::registerQueries() {
 }
 
 void Server::onQuery(const std::string& method, Query query) {
-  dispatcher_.onRequest(method, [this, query = std::move(query)](const json& params,
-                                                                 const auto& call) {
-    std::shared_ptr<Snapshot> file = snapshotOf(uriOf(params), fileOf(params));
-    queries_([this, query, params, call, file = std::move(file)] {
-      const json token = params.value("workDoneToken", json());
-      if (!token.is_null()) {
-        dispatcher_.notify("$/progress", progressOf(token, {{"kind", "begin"}, {"title", "kcf"}}));
-      }
-      call->answerBy([&] { return query(*file, params); });
-      if (!token.is_null()) {
-        dispatcher_.notify("$/progress", progressOf(token, {{"kind", "end"}}));
-      }
-    });
+  dispatcher_.onRequest(method,
+                        [this, query = std::move(query)](const json& params, const auto& call) {
+                          ask(query, params, call);
+                        });
+}
+
+void Server::ask(const Query& query, const json& params, const std::shared_ptr<Call>& call) {
+  std::shared_ptr<Snapshot> file = snapshotOf(uriOf(params), fileOf(params));
+  queries_([this, query, params, call, file = std::move(file)] {
+    const json token = params.value("workDoneToken", json());
+    if (!token.is_null()) {
+      dispatcher_.notify("$/progress", progressOf(token, {{"kind", "begin"}, {"title", "kcf"}}));
+    }
+    call->answerBy([&] { return query(*file, params); });
+    if (!token.is_null()) {
+      dispatcher_.notify("$/progress", progressOf(token, {{"kind", "end"}}));
+    }
   });
 }
 
@@ -406,10 +416,10 @@ void Server::check(const std::string& uri, OpenFile& file, bool mayBeCancelled) 
   if (mayBeCancelled) {
     file.checked = snapshot;
   }
-  beginProgress(snapshot);
+  post(snapshot);
 }
 
-void Server::beginProgress(const std::shared_ptr<Snapshot>& file) {
+void Server::post(const std::shared_ptr<Snapshot>& file) {
   const auto progress = std::make_shared<Progress>();
   const json token = fmt::format("kcf-check-{}", ++lastToken_);
   if (session_.takesProgress && file->size() > largeText) {
@@ -510,6 +520,12 @@ Typing Server::typingAt(const json& params, bool atEndOfWord) {
 
 void Server::completeAt(const json& params, const std::shared_ptr<Call>& call) {
   Typing typing = typingAt(params, false);
+  // A blank asks for values; in front of a name it is mere indentation.
+  if (typing.cursor.stands == Cursor::Stands::inName &&
+      at(params, "/context/triggerCharacter") == " ") {
+    call->answer(nullptr);
+    return;
+  }
   if (needsFiles(typing)) {
     queries_(
         [typing = std::move(typing), call] { call->answerBy([&] { return complete(typing); }); });

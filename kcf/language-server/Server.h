@@ -78,6 +78,7 @@ class Server {
   void registerFiles();
   void registerQueries();
   void onQuery(const std::string& method, Query query);
+  void ask(const Query& query, const json& params, const std::shared_ptr<Call>& call);
 
   json initialize(const json& params);
   [[nodiscard]] json capabilities() const;
@@ -99,7 +100,8 @@ class Server {
   void release(std::shared_ptr<Snapshot> file) const;
   void check(const std::string& uri, OpenFile& file, bool mayBeCancelled);
   void checkAll();
-  void beginProgress(const std::shared_ptr<Snapshot>& file);
+  /// Has a file checked; of a large one, the client is told that it takes a while.
+  void post(const std::shared_ptr<Snapshot>& file);
 
   Typing typingAt(const json& params, bool atEndOfWord);
   void completeAt(const json& params, const std::shared_ptr<Call>& call);

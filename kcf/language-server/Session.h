@@ -20,12 +20,10 @@ struct Session {
 
   Encoding encoding = Encoding::utf16;
   bool takesSnippets = false;
-  bool takesMarkdown = true;
   bool takesNestedSymbols = false;
   bool takesRelated = false;
   bool takesVersionedEdits = false;
   bool takesProgress = false;
-  bool takesActions = false;  ///< code actions, not only commands
   bool sendsConfiguration = false;
   bool watchesFiles = false;
 };

@@ -92,8 +92,16 @@ const std::vector<KESTparse::Diagnostic>& Snapshot::check() {
                                   .keepsSeries = true,
                                   .readFiles = origin_.memory->known(origin_.directory),
                                   .stop = stop_.get_token()});
-    found_ = document.check();
-    origin_.memory->learn(origin_.directory, document.values().readFiles, begin);
+    const auto learn = [&] {
+      origin_.memory->learn(origin_.directory, document.values().readFiles, begin);
+    };
+    try {
+      found_ = document.check();
+    } catch (const KESTparse::Cancelled&) {
+      learn();
+      throw;
+    }
+    learn();
   }
   return *found_;
 }

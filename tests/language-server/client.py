@@ -20,12 +20,10 @@ class Client:
     """Starts a server; `messages` are all that it sent."""
 
     def __init__(self, program, folder=".", capabilities=None, options=None, initialize=True):
-        self.process = subprocess.Popen([program, "language-server", "--stdio"], stdin=subprocess.PIPE,
-                                        stdout=subprocess.PIPE, stderr=subprocess.PIPE)
+        self.process = self.start(program)
         self.buffer = b""
         self.messages = []
         self.last = 0
-        self.read = 0
         self.folder = Path(folder).resolve()
         if initialize:
             self.capabilities = self.request("initialize", {
@@ -40,7 +38,15 @@ class Client:
         self.process.kill()
         self.process.wait()
         for stream in (self.process.stdin, self.process.stdout, self.process.stderr):
-            stream.close()
+            if stream:
+                stream.close()
+
+    def start(self, program):
+        return subprocess.Popen([program, "language-server", "--stdio"], stdin=subprocess.PIPE,
+                                stdout=subprocess.PIPE, stderr=subprocess.PIPE)
+
+    def reply(self, number, result):
+        self.send(frame({"jsonrpc": "2.0", "id": number, "result": result}))
 
     def send(self, data):
         self.process.stdin.write(data)
@@ -54,10 +60,10 @@ class Client:
         self.send(frame({"jsonrpc": "2.0", "id": self.last, "method": method, "params": params}))
         return self.last
 
-    def request(self, method, params, timeout=20):
+    def request(self, method, params, timeout=60):
         return self.answer(self.begin(method, params), timeout)
 
-    def answer(self, number, timeout=20):
+    def answer(self, number, timeout=60):
         message = self.wait(lambda each: each.get("id") == number and "method" not in each, timeout)
         if "error" in message:
             raise Refused(message["error"]["code"], message["error"]["message"])
@@ -81,9 +87,9 @@ class Client:
                 return None
             self.buffer += piece
 
-    def wait(self, wanted, timeout=20):
+    def wait(self, wanted, timeout=60):
         """The next message, or one that came meanwhile, for which `wanted` holds."""
-        for message in self.messages[self.read:]:
+        for message in self.messages:
             if wanted(message):
                 return message
         end = time.monotonic() + timeout
@@ -103,7 +109,7 @@ class Client:
         self.notify("textDocument/didChange", {"textDocument": {"uri": uri, "version": version},
                                                "contentChanges": list(changes)})
 
-    def diagnostics(self, uri, version=None, timeout=20):
+    def diagnostics(self, uri, version=None, timeout=60):
         """What the server tells of a version of a file."""
         return self.wait(lambda each: each.get("method") == "textDocument/publishDiagnostics"
                          and each["params"]["uri"] == uri

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstdint>
+#include <iterator>
 #include <string_view>
 #include <utility>
 
@@ -631,6 +632,37 @@ class Formatter {
   std::size_t offBegin_ = 0;
 };
 
+/// The first line of `text`, with its line feed.
+std::string_view firstLine(std::string_view text) {
+  return text.substr(0, std::min(text.find('\n'), text.size() - 1) + 1);
+}
+
+std::string withoutBlanks(std::string_view line) {
+  std::string kept;
+  std::copy_if(line.begin(), line.end(), std::back_inserter(kept),
+               [](char c) { return c != ' ' && c != '\t' && c != '\r' && c != '\n'; });
+  return kept;
+}
+
+/// Adds an edit, line by line as far as its lines only differ in blanks.
+void splitLines(std::string_view text, const Edit& edit, std::vector<Edit>& edits) {
+  Span at = edit.at;
+  std::string_view fresh = edit.text;
+  while (!at.empty() && !fresh.empty()) {
+    const std::string_view before = firstLine(at.in(text));
+    const std::string_view after = firstLine(fresh);
+    if (withoutBlanks(before) != withoutBlanks(after)) {
+      break;
+    }
+    edits.push_back({{at.begin, at.begin + before.size()}, std::string(after)});
+    at.begin += before.size();
+    fresh.remove_prefix(after.size());
+  }
+  if (!at.empty() || !fresh.empty()) {
+    edits.push_back({at, std::string(fresh)});
+  }
+}
+
 }  // namespace
 
 std::string formatted(const SyntaxTree& tree, const InputBlock& root) {
@@ -638,7 +670,10 @@ std::string formatted(const SyntaxTree& tree, const InputBlock& root) {
 }
 
 std::vector<Edit> formatEdits(const SyntaxTree& tree, const InputBlock& root, Span range) {
-  std::vector<Edit> edits = changeEdits(tree.text(), formatted(tree, root));
+  std::vector<Edit> edits;
+  for (const Edit& edit : changeEdits(tree.text(), formatted(tree, root))) {
+    splitLines(tree.text(), edit, edits);
+  }
   std::erase_if(edits, [range](const Edit& edit) {
     return edit.at.end < range.begin || edit.at.begin > range.end;
   });
