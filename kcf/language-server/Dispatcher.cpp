@@ -61,7 +61,11 @@ void guarded(Step&& step, Fail&& fail) {
 
 Call::~Call() {
   if (!isAnswered_) {
-    fail({errors::internalError, "the request was dropped"});
+    try {
+      fail({errors::internalError, "the request was dropped"});
+    } catch (...) {
+      // There is not the memory to say it.
+    }
   }
 }
 

@@ -1,5 +1,7 @@
 #include "language-server/NameIndex.h"
 
+#include <fmt/format.h>
+
 #include <algorithm>
 #include <utility>
 
@@ -272,41 +274,49 @@ std::string NameIndex::meshOf(NodeId node) const {
   return geometry == noNode ? std::string() : std::string(valueAt(child(geometry, "file")));
 }
 
+bool NameIndex::defines(const NamePlace& place, const DefiningTag& defined) const {
+  const std::string_view text = tree_->text();
+  if ((*tree_)[place.tag].name().in(text) != defined.tag) {
+    return false;
+  }
+  const auto same = definitions_.find(keyOf(defined) + lower(place.at.in(text)));
+  return same != definitions_.end() &&
+         std::any_of(same->second.begin(), same->second.end(),
+                     [&](std::uint32_t each) { return &places_[each] == &place; });
+}
+
+void NameIndex::offer(const Asked& asked, const NamingTable::Row& row, const Naming& naming,
+                      std::vector<std::string>& names) const {
+  const bool isPlace = naming.part == NamePart::place;
+  const std::string_view region = isPlace
+                                      ? asked.item.substr(0, asked.item.find('.'))
+                                      : regionOf(asked.block, asked.prototype->getName(), naming);
+  for (const DefiningTag& defined : naming.defined) {
+    for (const NamePlace& given : places_) {
+      // A block that is not in the tree yet may be in any region.
+      if (defines(given, defined) &&
+          (asked.block == noNode ||
+           isInScope(asked.block, row.path, naming, region, given, defined))) {
+        const std::string_view name = given.at.in(tree_->text());
+        names.push_back(isPlace ? fmt::format("{}.{}", region, name) : std::string(name));
+      }
+    }
+  }
+}
+
 std::vector<std::string> NameIndex::offered(const Asked& asked) const {
   std::vector<std::string> names;
   const NamingTable::Row* const row = table_->find(*asked.prototype);
   if (row == nullptr) {
     return names;
   }
-  const std::size_t dot = asked.item.find('.');
+  const bool hasDot = asked.item.find('.') != std::string_view::npos;
   for (const Naming* naming : row->namings) {
-    const bool isPlace = naming->part == NamePart::place;
-    const bool isRegion = naming->part == NamePart::region;
-    if (naming->thing != NamedThing::tagValue || (isPlace && dot == std::string_view::npos) ||
-        (isRegion && dot != std::string_view::npos)) {
-      continue;
-    }
-    const std::string_view region =
-        isPlace ? asked.item.substr(0, dot)
-                : regionOf(asked.block, asked.prototype->getName(), *naming);
-    for (const DefiningTag& defined : naming->defined) {
-      for (const NamePlace& given : places_) {
-        const NodeId node = given.tag;
-        if ((*tree_)[node].name().in(tree_->text()) != defined.tag) {
-          continue;
-        }
-        std::string name(given.at.in(tree_->text()));
-        const auto same = definitions_.find(keyOf(defined) + lower(name));
-        const bool isGiven =
-            same != definitions_.end() &&
-            std::any_of(same->second.begin(), same->second.end(),
-                        [&](std::uint32_t each) { return &places_[each] == &given; });
-        // A block that is not in the tree yet may be in any region.
-        if (isGiven && (asked.block == noNode ||
-                        isInScope(asked.block, row->path, *naming, region, given, defined))) {
-          names.push_back(isPlace ? std::string(region) + "." + name : std::move(name));
-        }
-      }
+    const bool fits = naming->part == NamePart::place    ? hasDot
+                      : naming->part == NamePart::region ? !hasDot
+                                                         : true;
+    if (fits && naming->thing == NamedThing::tagValue) {
+      offer(asked, *row, *naming, names);
     }
   }
   std::sort(names.begin(), names.end());

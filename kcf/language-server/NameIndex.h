@@ -80,6 +80,10 @@ class NameIndex {
   std::uint32_t place(KESTparse::Span at, KESTparse::NodeId node);
   /// \return whether it is given elsewhere.
   bool resolve(const Use& use);
+  /// Whether what stands at `place` is a name that the tag `defined` gives.
+  [[nodiscard]] bool defines(const NamePlace& place, const KESTparse::DefiningTag& defined) const;
+  void offer(const Asked& asked, const NamingTable::Row& row, const KESTparse::Naming& naming,
+             std::vector<std::string>& names) const;
   [[nodiscard]] bool isInScope(KESTparse::NodeId from, std::string_view path,
                                const KESTparse::Naming& naming, std::string_view region,
                                const NamePlace& definition,

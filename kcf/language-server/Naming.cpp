@@ -14,7 +14,6 @@
 namespace kcf::server {
 
 using KESTparse::NodeId;
-using KESTparse::Span;
 
 namespace {
 
@@ -156,6 +155,7 @@ json renameEdits(Snapshot& file, std::size_t offset, const std::string& fresh) {
   }
   const std::vector<const NamePlace*> same = file.names().sameAs(*name);
   std::vector<KESTparse::Edit> edits;
+  edits.reserve(same.size());
   for (const NamePlace* each : same) {
     edits.push_back({each->at, fresh});
   }
@@ -189,7 +189,7 @@ json renameEdits(Snapshot& file, std::size_t offset, const std::string& fresh) {
     return {{"changes", std::move(changes)}};
   }
   json documents = json::array();
-  for (auto& [uri, list] : changes.items()) {
+  for (const auto& [uri, list] : changes.items()) {
     const bool isThis = uri == file.origin().uri && file.origin().version.has_value();
     documents.push_back(
         {{"textDocument",

@@ -36,7 +36,7 @@ std::string titleOf(Snapshot& file, NodeId block) {
   std::string best;
   std::size_t rank = titles.size();
   for (NodeId id = file.tree()[block].firstChild; id != noNode; id = file.tree()[id].next) {
-    const auto found = std::find(titles.begin(), titles.end(), file.nameOf(id));
+    const auto* const found = std::find(titles.begin(), titles.end(), file.nameOf(id));
     const auto place = static_cast<std::size_t>(found - titles.begin());
     if (file.tree()[id].kind == NodeKind::tag && place < rank) {
       rank = place;
