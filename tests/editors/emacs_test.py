@@ -107,7 +107,10 @@ class Editing(tables.Colours, tables.Folder):
               (apply #'eglot--connect (eglot--guess-contact))
               (with-timeout (20)
                 (while (not (flymake-diagnostics)) (accept-process-output nil 0.1)))
-              (mapcar (lambda (each) (line-number-at-pos (flymake-diagnostic-beg each))) (flymake-diagnostics)))""")
+              (prog1 (mapcar (lambda (each) (line-number-at-pos (flymake-diagnostic-beg each)))
+                             (flymake-diagnostics))
+                ;; What the server still asks would find no Emacs to answer.
+                (eglot-shutdown (eglot-current-server))))""")
         self.assertIn(3, told)
 
 
