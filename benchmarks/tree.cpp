@@ -3,6 +3,7 @@
 
 #include <cstdlib>
 #include <iostream>
+#include <utility>
 
 #include "KESTparse/base/Files.h"
 #include "KESTparse/document/SyntaxTree.h"

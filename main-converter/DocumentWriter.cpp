@@ -118,9 +118,9 @@ void DocumentBuffer::flush() {
 struct DocumentWriter::Order {
   struct Place {
     std::string_view name;
-    std::string key;                     ///< from the line end before it to the blank behind its colon
-    bool isRepeatable = false;           ///< whether the key holds an array
-    std::uint32_t tagPosition = 0;       ///< of a tag in the schema
+    std::string key;                ///< from the line end before it to the blank behind its colon
+    bool isRepeatable = false;      ///< whether the key holds an array
+    std::uint32_t tagPosition = 0;  ///< of a tag in the schema
     const InputBlock* master = nullptr;  ///< of a sub-block; null for a tag
     std::unique_ptr<Order> below;        ///< of a sub-block
   };
