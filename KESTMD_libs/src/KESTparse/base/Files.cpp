@@ -133,7 +133,7 @@ class Replacement {
     }
   }
 
-  void write(std::string_view content) {
+  void write(std::string_view content) const {
     while (!content.empty()) {
       const ssize_t written = ::write(descriptor_, content.data(), content.size());
       require(written >= 0 || errno == EINTR);

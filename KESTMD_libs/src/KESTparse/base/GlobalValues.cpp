@@ -45,19 +45,19 @@ std::string openedPath(const std::string& path) {
   return directory.empty() || path.empty() || path.front() == '/' ? path : directory + '/' + path;
 }
 
-bool canOpen(const std::string& name) {
+bool canOpen(const std::string& path) {
   if (!GlobalValues::instance().readsFiles) {
     return true;
   }
-  const std::string path = openedPath(name);
+  const std::string opened = openedPath(path);
   namespace fs = std::filesystem;
   std::error_code unreadable;
   // A stream opens a folder without complaint; a pipe waits for its writer and can be read only
   // once, and a device may never end.
-  const fs::file_type type = fs::status(path, unreadable).type();
-  const bool isNull =
-      type == fs::file_type::character && fs::canonical(path, unreadable) == fs::path("/dev/null");
-  return (type == fs::file_type::regular || isNull) && std::ifstream(path).is_open();
+  const fs::file_type type = fs::status(opened, unreadable).type();
+  const bool isNull = type == fs::file_type::character &&
+                      fs::canonical(opened, unreadable) == fs::path("/dev/null");
+  return (type == fs::file_type::regular || isNull) && std::ifstream(opened).is_open();
 }
 
 }  // namespace KESTparse

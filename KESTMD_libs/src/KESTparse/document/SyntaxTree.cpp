@@ -401,11 +401,11 @@ SyntaxTree::SyntaxTree(std::string text, const BlockOracle& mayStand) : text_(st
 Span SyntaxTree::valueOf(const SyntaxNode& tag) const {
   Span value = tag.value();
   const std::string_view blanks = blanked();
-  const auto isWhite = [](char c) { return c == ' ' || c == '\t' || c == '\n'; };
-  while (value.begin < value.end && isWhite(blanks[value.begin])) {
+  const auto isGap = [](char c) { return c == ' ' || c == '\t' || c == '\n'; };
+  while (value.begin < value.end && isGap(blanks[value.begin])) {
     ++value.begin;
   }
-  while (value.end > value.begin && isWhite(blanks[value.end - 1])) {
+  while (value.end > value.begin && isGap(blanks[value.end - 1])) {
     --value.end;
   }
   return value;
