@@ -49,7 +49,7 @@ constexpr std::size_t giveBackStep = std::size_t{1} << 20;
 
 /// Gives the pages that lie wholly between `begin` and `end` back to the system. What stood there
 /// is lost, but for the system that has no such call.
-void giveBack(char* begin, char* end) {
+void giveBack(char* begin, const char* end) {
   const auto pageSize = static_cast<std::size_t>(::sysconf(_SC_PAGESIZE));
   const std::size_t before = reinterpret_cast<std::uintptr_t>(begin) % pageSize;
   char* const first = before == 0 ? begin : begin + (pageSize - before);

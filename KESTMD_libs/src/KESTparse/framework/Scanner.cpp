@@ -13,6 +13,14 @@ char* findByte(char* begin, char* end, char c) {
   return found == nullptr ? end : static_cast<char*>(found);
 }
 
+/// The star that closes the comment of which `star` is the first; `end` when none does.
+char* closingStar(char* star, char* end) {
+  while (star != end && (star + 1 == end || star[1] != '/')) {
+    star = findByte(std::min(star + 1, end), end, '*');
+  }
+  return star;
+}
+
 /// Blanks all but the line feeds from `begin` to `end`.
 void blank(char* begin, char* end) {
   std::replace_if(
@@ -51,10 +59,7 @@ void blankComments(std::vector<char>& text, std::vector<Span>* comments) {
       blankComment(slash, stop);
       slash = find(stop, '/');
     } else if (*next == '*') {
-      char* star = next;
-      while (star != end && (star + 1 == end || star[1] != '/')) {
-        star = find(star + 1, '*');
-      }
+      char* const star = closingStar(next, end);
       if (star == end) {
         blankComment(slash, end);
         return;
