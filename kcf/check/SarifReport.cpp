@@ -75,6 +75,7 @@ ordered_json fixOf(const CheckedFile& file, const KESTparse::Fix& fix) {
 
 /// The same for the same finding when lines in front of it come and go.
 std::uint64_t fingerprintOf(const CheckedFile& file, const Diagnostic& told) {
+  // Of a finding in another file it is the line that names the file.
   const ShownPlace place = file.placeOf(told.at.at);
   std::string_view line = file.lines().line(place.begin.line).in(file.text());
   line.remove_prefix(std::min(line.find_first_not_of(" \t"), line.size()));
@@ -128,6 +129,7 @@ ordered_json rulesOf(const std::set<std::string>& codes) {
     }
     rules.push_back({{"id", code},
                      {"shortDescription", {{"text", sentence(summary)}}},
+                     {"fullDescription", {{"text", sentence(help)}}},
                      {"help", {{"text", sentence(help)}}}});
   }
   return rules;

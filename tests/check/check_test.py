@@ -57,7 +57,8 @@ class Checks(unittest.TestCase):
             self.assertEqual(done.returncode, status, done.stderr)
         for file in document["files"]:
             for level in ("error", "warning"):
-                told = [d for d in document["diagnostics"] if d["severity"] == level and d["file"] == file["file"]]
+                told = [d for d in document["diagnostics"] if d["severity"] == level
+                        and file["file"] in (d["file"], *(r["file"] for r in d["related"]))]
                 self.assertEqual(file[level + "s"], len(told))
         return document
 
@@ -233,6 +234,79 @@ class OtherForms(Checks):
         self.assertIn("::error file=a%2Cb.kcf,line=2,endLine=2,col=3,endColumn=8,title=unknown-tag::"
                       "there is no tag 'titel' in 'PROJECT'%0Adid you mean 'title'?", lines)
         self.assertTrue(any("%250A.5" in line for line in lines), lines)
+
+
+class Names(Checks):
+    CASES = [  # example, text, in its place, code, place of the name in the line, message
+        ("river-reach", "tributary\n          mixture = armour", "tributary\n          mixture = armor",
+         "unknown-name", "armor", "there is no MIXTURE named 'armor' in this region"),
+        ("river-reach", "string_name = outflow\n        }\n        DIRECTION",
+         "string_name = outlet\n        }\n        DIRECTION", "unknown-name", "outlet", "there is no STRINGDEF named 'outlet'"),
+        ("river-reach", "soil = (channel bank sill)", "soil = (channel bnak sill)", "unknown-name", "bnak",
+         "there is no SOIL_DEF named 'bnak' in this region"),
+        ("river-reach", "elem_ids = (26 27)", "elem_ids = (26 2700)", "unknown-name", "2700",
+         "the mesh 'reach.2dm' has no element 2700"),
+        ("river-1d", "( km_0.0 km_0.6 km_1.0 )", "( km_0.0 km_0.7 km_1.0 )", "unknown-name", "km_0.7",
+         "there is no cross section 'km_0.7' in this region"),
+        ("linked-regions", "upstream_subdomain = river", "upstream_subdomain = River", "unknown-name", "River",
+         "there is no 1D or 2D region named 'River'"),
+        ("linked-regions", "upstream_interface = main_weir", "upstream_interface = main_gate", "unknown-name",
+         "main_gate", "there is no BOUNDARY or EXTERNAL_SOURCE named 'main_gate' in the region 'river'"),
+        ("linked-regions", "kestplane = floodplain", "kestplane = meadow", "unknown-name", "meadow",
+         "there is no 2D region named 'meadow'"),
+    ]
+
+    def test_that_lead_nowhere_are_told_where_they_stand(self):
+        for example, old, new, code, name, message in self.CASES:
+            text = (EXAMPLES / example / "setup.kcf").read_text()
+            self.assertEqual(text.count(old), 1, old)
+            self.write("x.kcf", text.replace(old, new))
+            where = ("--directory", EXAMPLES / example)
+            before = self.checked(EXAMPLES / example / "setup.kcf", *where)["diagnostics"]
+            after = self.checked("x.kcf", *where)
+            known = [(d["code"], d["message"]) for d in before]
+            [told] = [d for d in after["diagnostics"] if (d["code"], d["message"]) not in known]
+            line = text.replace(old, new).splitlines()[told["line"] - 1]
+            self.assertEqual((told["code"], told["origin"], line[told["column"] - 1:told["endColumn"] - 1]),
+                             (code, "checker", name))
+            self.assertIn(message, told["message"])
+            self.assertTrue(after["files"][0]["converts"], message)
+
+    def test_of_connections_are_told_in_their_file(self):
+        for name in os.listdir(EXAMPLES / "linked-regions"):
+            self.write(name, (EXAMPLES / "linked-regions" / name).read_bytes())
+        self.assertEqual(codes(self.checked("setup.kcf")), [])
+        lines = (self.folder / "connections.txt").read_text().splitlines()
+        row = next(i for i, line in enumerate(lines) if line and line[0] not in "#/")
+        words = lines[row].split()
+        lines[row] = " ".join(["nowhere", words[1], words[2], "987654"])
+        self.write("connections.txt", "\n".join(lines) + "\n")
+        told = self.checked("setup.kcf", status=1)["diagnostics"]
+        self.assertEqual([(d["code"], d["file"], d["line"], d["column"]) for d in told],
+                         [("unknown-name", "connections.txt", row + 1, 1),
+                          ("unknown-node", "connections.txt", row + 1, len(" ".join(["nowhere", *words[1:3]])) + 2)])
+        self.assertTrue(all(d["related"][-1]["file"] == "setup.kcf" for d in told))
+
+    def test_in_tables_of_the_docs_have_the_severity_of_the_code(self):
+        rows = re.findall(r"^\| `([a-z0-9-]+)` \| (error|warning) \|", (PROJECT / "docs/check.md").read_text(), re.M)
+        self.assertGreater(len(rows), 20)
+        for code, severity in rows:
+            self.assertIn(severity, run(code, verb="explain").stdout.decode().splitlines()[0], code)
+
+
+class Encodings(Checks):
+    def test_of_command_files_that_others_do_not_read_are_told_once(self):
+        setup = (EXAMPLES / "first-region/setup.kcf").read_text()
+        for content, code, severity in (
+                (setup.encode("utf-16"), "not-text", "error"),
+                (setup.replace("\n", "\r").encode(), "foreign-line-ends", "error"),
+                (setup.encode() + b"// B\xfcren\n", "foreign-encoding", "warning"),
+                (b"\xef\xbb\xbf" + setup.encode(), "byte-order-mark", "error"),
+                (setup.replace("\n", "\r\n").encode(), None, None)):
+            self.write("x.kcf", content)
+            told = self.checked("x.kcf", "--directory", EXAMPLES / "first-region")["diagnostics"]
+            told = [(d["code"], d["severity"]) for d in told if d["code"] != "hydraulics/no-boundary"]
+            self.assertEqual(told, [(code, severity)] if code else [])
 
 
 class Silence(Checks):

@@ -11,8 +11,11 @@ keeps what `kcf check` tells then:
     + lines in place of them; \\xNN is a byte
     < text up to which the file is kept
     > bytes in front of the file
+    @ name of a file beside it, or of one in place of that of the setup; its lines follow
+    | line of it; a last line '|' alone leaves the line before it without its end
     = severity line:column-line:column code: message, and below it help, related places, and the
-      lines as the fix writes them
+      lines as the fix writes them; places in other files
+      begin with the name of the file
 
 The verdict must be that of the converter, and a file that is mended by all its fixes must convert.
 KESTRIX_UPDATE_CASES=1 writes FAULTS anew; read the difference before you keep it.
@@ -37,6 +40,19 @@ class Case:
     def __init__(self, name):
         self.name = name
         self.recipe, self.expected = [], []
+
+    def files(self):
+        """The files of the recipe, with what they hold."""
+        files, name = {}, None
+        for line in self.recipe:
+            if line[0] == "@":
+                name = line[2:]
+                files[name] = b""
+            elif line == "|":
+                files[name] = files[name][:-1]
+            elif line[0] == "|":
+                files[name] += raw(line[2:]) + b"\n"
+        return files
 
     def text(self, base):
         """The setup with the changes of the recipe."""
@@ -96,7 +112,8 @@ def check(kcf, folder):
         sys.exit(f"kcf check ended with {done.returncode}: {done.stderr.decode(errors='replace')}")
     told = json.loads(done.stdout)
     return {Path(file["file"]).parent.name: (file["converts"],
-                                             [d for d in told["diagnostics"] if d["file"] == file["file"]])
+                                             [d for d in told["diagnostics"]
+                                              if Path(d["file"]).parent == Path(file["file"]).parent])
             for file in told["files"]}
 
 
@@ -111,12 +128,16 @@ def mended(text, diagnostics):
 def shown(diagnostics, text):
     """The diagnostics of a file as lines."""
     lines = []
+
+    def place_of(at):
+        name = Path(at["file"]).name
+        return ("" if name == "setup.kcf" else name + " ") + "{line}:{column}-{endLine}:{endColumn}".format(**at)
+
     for d in diagnostics:
-        place = "{line}:{column}-{endLine}:{endColumn}"
         severity = d["severity"] + ("" if d["origin"] == "converter" else " (checker)")
-        lines.append(f"{severity} {place.format(**d)} {d['code']}: {d['message']}")
+        lines.append(f"{severity} {place_of(d)} {d['code']}: {d['message']}")
         lines.append(f"  help: {d['help']}")
-        lines += [f"  {place.format(**r)}: {r['message']}" for r in d["related"]]
+        lines += [f"  {place_of(r)}: {r['message']}" for r in d["related"]]
         for fix in d["fixes"]:
             lines.append(f"  fix: {fix['message']}")
             after = mended(text, [{"fixes": [fix]}]).decode(errors="backslashreplace")
@@ -140,6 +161,8 @@ def main():
         def write(kind, i, text):
             shutil.copytree(setup, folder_of(kind, i))
             (folder_of(kind, i) / "setup.kcf").write_bytes(text)
+            for name, content in cases[i].files().items():
+                (folder_of(kind, i) / name).write_bytes(content)
 
         def converts(kind, i):
             return subprocess.run([converter, "-o", os.devnull, "setup.kcf"], cwd=folder_of(kind, i),

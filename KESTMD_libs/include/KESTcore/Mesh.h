@@ -18,6 +18,12 @@ struct MeshString {
   std::size_t place = 0;              ///< offset of its (last) line in the text
 };
 
+/// A node on a side of an element or within it.
+struct MeshSideNode {
+  std::uint32_t element = 0;  ///< place among the elements
+  std::int32_t nodeId = 0;
+};
+
 /// A line that is begun as one of the known cards but cannot be read as one.
 struct MeshFault {
   std::size_t place = 0;  ///< offset of the line in the text
@@ -34,6 +40,7 @@ struct Mesh {
   std::vector<std::int32_t> elementIds;
   std::vector<std::array<std::int32_t, 4>> corners;  ///< node ids around each element
   std::vector<std::int32_t> materials;               ///< of each element
+  std::vector<MeshSideNode> sideNodes;               ///< what elements name besides their corners
   std::vector<MeshString> strings;
   std::vector<MeshFault> faults;
   // Offsets of the lines in the text, only where they were asked for.
@@ -62,9 +69,17 @@ class MeshNodeIndex {
   explicit MeshNodeIndex(std::span<const std::int32_t> ids);
 
   /// The place of the node in the list of ids; `none` when no node has that id.
-  [[nodiscard]] std::uint32_t find(std::int32_t id) const;
+  [[nodiscard]] std::uint32_t find(std::int32_t id) const {
+    const std::int64_t place = id - first_;
+    if (place >= 0 && place < static_cast<std::int64_t>(places_.size())) {
+      return places_[static_cast<std::size_t>(place)];
+    }
+    return sorted_.empty() ? none : findSorted(id);
+  }
 
  private:
+  [[nodiscard]] std::uint32_t findSorted(std::int32_t id) const;
+
   std::int64_t first_ = 0;
   std::vector<std::uint32_t> places_;  ///< by id, from `first_` on, where ids lie densely
   /// Pairs of id and place, sorted, where they do not.

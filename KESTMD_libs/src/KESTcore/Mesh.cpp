@@ -130,21 +130,12 @@ class Reading {
   template <int Corners, int Step, int Inner = 0>
   bool readElement(Line& line) {
     std::int32_t id = 0;
-    std::array<std::int32_t, 4> corners{0, 0, 0, Mesh::noCorner};
-    if (!line.number(id)) {
-      return false;
-    }
-    for (int i = 0; i < Corners * Step + Inner; ++i) {
-      std::int32_t node = 0;
-      if (!line.number(node)) {
-        return false;
-      }
-      if (i < Corners * Step && i % Step == 0) {
-        corners[static_cast<std::size_t>(i / Step)] = node;
-      }
-    }
     std::int32_t material = 0;
-    if (!line.number(material)) {
+    std::array<std::int32_t, 4> corners{0, 0, 0, Mesh::noCorner};
+    const std::size_t sideNodes = mesh_.sideNodes.size();
+    if (!line.number(id) || !readNodesOf<Corners, Step, Inner>(line, corners) ||
+        !line.number(material)) {
+      mesh_.sideNodes.resize(sideNodes);
       return false;
     }
     if (mesh_.corners.empty()) {
@@ -165,6 +156,22 @@ class Reading {
   void expect(Lists&... lists) const {
     const std::size_t count = (text_.size() - place_) / (length_ + 1) + 1;
     (lists.reserve(count), ...);
+  }
+
+  template <int Corners, int Step, int Inner>
+  bool readNodesOf(Line& line, std::array<std::int32_t, 4>& corners) {
+    for (int i = 0; i < Corners * Step + Inner; ++i) {
+      std::int32_t node = 0;
+      if (!line.number(node)) {
+        return false;
+      }
+      if (i < Corners * Step && i % Step == 0) {
+        corners[static_cast<std::size_t>(i / Step)] = node;
+      } else {
+        mesh_.sideNodes.push_back({static_cast<std::uint32_t>(mesh_.elementIds.size()), node});
+      }
+    }
+    return true;
   }
 
   bool readString(Line& line) {
@@ -245,13 +252,7 @@ MeshNodeIndex::MeshNodeIndex(std::span<const std::int32_t> ids) {
   std::sort(sorted_.begin(), sorted_.end());
 }
 
-std::uint32_t MeshNodeIndex::find(std::int32_t id) const {
-  if (!places_.empty()) {
-    const std::int64_t place = id - first_;
-    return place < 0 || place >= static_cast<std::int64_t>(places_.size())
-               ? none
-               : places_[static_cast<std::size_t>(place)];
-  }
+std::uint32_t MeshNodeIndex::findSorted(std::int32_t id) const {
   const auto it = std::lower_bound(sorted_.begin(), sorted_.end(), std::pair{id, std::uint32_t{0}});
   return it == sorted_.end() || it->first != id ? none : it->second;
 }

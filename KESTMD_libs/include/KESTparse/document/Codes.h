@@ -55,6 +55,36 @@ inline constexpr std::string_view unreadableFile = "unreadable-file";
 inline constexpr std::string_view unequalRows = "unequal-rows";
 inline constexpr std::string_view stopped = "stopped";
 
+// What stands behind names.
+inline constexpr std::string_view unknownName = "unknown-name";
+inline constexpr std::string_view unknownMaterial = "unknown-material";
+inline constexpr std::string_view unlistedMaterial = "unlisted-material";
+
+// Meshes.
+inline constexpr std::string_view emptyMesh = "empty-mesh";
+inline constexpr std::string_view unreadableMeshLine = "unreadable-mesh-line";
+inline constexpr std::string_view secondNode = "second-node";
+inline constexpr std::string_view unknownNode = "unknown-node";
+inline constexpr std::string_view repeatedNode = "repeated-node";
+inline constexpr std::string_view flatElement = "flat-element";
+inline constexpr std::string_view turnedElement = "turned-element";
+inline constexpr std::string_view sharedPlace = "shared-place";
+inline constexpr std::string_view idleNode = "idle-node";
+
+// Series.
+inline constexpr std::string_view emptySeries = "empty-series";
+inline constexpr std::string_view textInSeries = "text-in-series";
+inline constexpr std::string_view seriesSeparator = "series-separator";
+inline constexpr std::string_view oneColumn = "one-column";
+inline constexpr std::string_view seriesOrder = "series-order";
+inline constexpr std::string_view seriesEndsEarly = "series-ends-early";
+inline constexpr std::string_view seriesBeginsLate = "series-begins-late";
+inline constexpr std::string_view impossibleValue = "impossible-value";
+
+// Encodings and line ends.
+inline constexpr std::string_view foreignEncoding = "foreign-encoding";
+inline constexpr std::string_view foreignLineEnds = "foreign-line-ends";
+
 // Comments that silence warnings.
 inline constexpr std::string_view silencesNothing = "silences-nothing";
 

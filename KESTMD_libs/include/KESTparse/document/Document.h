@@ -12,6 +12,7 @@
 #include "KESTparse/base/Console.h"
 #include "KESTparse/base/GlobalValues.h"
 #include "KESTparse/document/Diagnostic.h"
+#include "KESTparse/document/SetupFindings.h"
 
 namespace KESTparse {
 
@@ -27,6 +28,7 @@ struct DocumentOptions {
   bool keepsSeries = false;   ///< see `GlobalValues`
   ReadFiles readFiles = {};   ///< what is known of its files: they are not read again
   std::stop_token stop = {};  ///< ends the check, which then throws `Cancelled`
+  CheckedFiles checkedFiles = {};  ///< what was found out of its files
 };
 
 /// The host wants to know nothing more of a document, which is then of no use.
@@ -66,6 +68,8 @@ class Document {
   /// The node that a block or a tag was made of; `noNode` for defaults.
   [[nodiscard]] NodeId nodeOf(const InputBlock& block) const;
   [[nodiscard]] NodeId nodeOf(const InputTag& tag) const;
+  /// What was found out of the files that it names, for a further check.
+  [[nodiscard]] const CheckedFiles& checkedFiles() const { return options_.checkedFiles; }
   /// The values that hold for the file; make them active to ask the setup for more.
   [[nodiscard]] GlobalValues& values() { return values_; }
 

@@ -94,6 +94,10 @@ class InputTagSeriesFile : public TagKind<InputTagSeriesFile, InputTagFile> {
  public:
   static constexpr bool mayRepeat = true;
   using TagKind::TagKind;
+  /// The path under which the series is opened.
+  [[nodiscard]] std::string path() const;
+  /// The rows in the bound table: those of the last instance where the tag stands repeatedly.
+  [[nodiscard]] const Kestrix::Table& rows() const;
   void assignPreset() override;
   void commit() override;
 

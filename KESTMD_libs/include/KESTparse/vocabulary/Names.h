@@ -8,8 +8,6 @@
 #include <string_view>
 #include <vector>
 
-#include "KESTparse/framework/Message.h"
-
 namespace KESTparse {
 
 /// The part of a value that is a name.
@@ -56,10 +54,13 @@ struct Naming {
   NamePart part = NamePart::whole;
   NamedThing thing = NamedThing::tagValue;
   NameScope scope = NameScope::shared;
-  Severity severity = Severity::error;  ///< of a name that leads nowhere: whether a simulation
-                                        ///< cannot do without it
-  std::string_view onlyForType = {};    ///< the value of the tag `type` for which the row holds
-  bool ignoresCase = false;             ///< whether letter case counts
+  std::string_view onlyForType = {};  ///< the value of the tag `type` for which the row holds
+  bool ignoresCase = false;           ///< whether letter case counts
+  bool isTable = false;               ///< of materials: those left out take a default
+
+  /// Whether no simulation can do without what is named; a table of materials may be made for more
+  /// meshes than the one at hand.
+  [[nodiscard]] bool isNeeded() const { return thing != NamedThing::material; }
 };
 
 /// All tags of the vocabulary that name something.

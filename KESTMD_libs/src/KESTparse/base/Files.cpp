@@ -192,7 +192,7 @@ FileText readFile(const std::string& path) {
   constexpr std::size_t chunk = 1 << 16;
   // Room for all of a file at once, and for one character more, which tells that it has ended.
   std::error_code unsized;
-  const std::uintmax_t expected = std::filesystem::file_size(path, unsized);
+  const std::uintmax_t expected = std::filesystem::file_size(openedPath(path), unsized);
   std::size_t room = unsized ? chunk : std::max<std::size_t>(expected + 1, chunk);
   std::size_t size = 0;
   do {

@@ -338,6 +338,63 @@ DOMAIN {
   }
 }
 )"},
+    {.name = code::unknownName,
+     .group = "Names",
+     .origin = Origin::checker,
+     .summary = "A name leads nowhere",
+     .meaning = "Tags name what stands elsewhere: a mixture, a soil, a cross section, a "
+                "string, a region, a boundary of a coupling, a node or an element of the "
+                "mesh. There is none of that name where it is looked for, and no "
+                "simulation can do without it. The converter does not look.",
+     .example = R"(DOMAIN {
+  KESTCHAIN_1D {
+    region_name = rhine
+    GEOMETRY {
+      cross_section_order = ( km_1 km_2 )
+    }
+    OUTPUT {
+      SPECIAL_OUTPUT {
+        type = monitor
+        cross_sections = ( km_3 )
+      }
+    }
+  }
+}
+)",
+     .mended = R"(DOMAIN {
+  KESTCHAIN_1D {
+    region_name = rhine
+    GEOMETRY {
+      cross_section_order = ( km_1 km_2 )
+    }
+    OUTPUT {
+      SPECIAL_OUTPUT {
+        type = monitor
+        cross_sections = ( km_2 )
+      }
+    }
+  }
+}
+)"},
+    {.name = code::unknownMaterial,
+     .group = "Names",
+     .severity = Severity::warning,
+     .origin = Origin::checker,
+     .summary = "A list names a material that the mesh does not have",
+     .meaning = "Lists such as 'index' name materials of the mesh. No element of the "
+                "mesh has this one, so that what the list says of it has no effect. A "
+                "table that is made for several meshes may hold such materials.",
+     .example = "",
+     .mended = ""},
+    {.name = code::unlistedMaterial,
+     .group = "Names",
+     .severity = Severity::warning,
+     .origin = Origin::checker,
+     .summary = "A table leaves out a material of the mesh",
+     .meaning = "Elements of the mesh have a material that the table does not list. What "
+                "holds there is the default.",
+     .example = "",
+     .mended = ""},
     {.name = code::missingValue,
      .group = "Values",
      .summary = "A tag has no value",
@@ -541,6 +598,170 @@ DOMAIN {
      .summary = "The converter stops here",
      .meaning = "The converter gives up at this place, for a reason that no other code stands "
                 "for, such as a mesh that cannot be read. The message repeats its own words.",
+     .example = "",
+     .mended = ""},
+    {.name = code::foreignEncoding,
+     .group = "Files",
+     .severity = Severity::warning,
+     .origin = Origin::checker,
+     .summary = "A file is encoded in a way that programs do not expect",
+     .meaning = "Programs of the field read plain text, in UTF-8 where it holds other "
+                "letters than those of English, without a byte order mark in front.",
+     .example = "",
+     .mended = ""},
+    {.name = code::foreignLineEnds,
+     .group = "Files",
+     .severity = Severity::warning,
+     .origin = Origin::checker,
+     .summary = "Lines end with a carriage return alone",
+     .meaning = "Programs end a line at a line feed; a carriage return may stand in "
+                "front of it. Lines that end with a carriage return alone are read as "
+                "one.",
+     .example = "",
+     .mended = ""},
+    {.name = code::emptyMesh,
+     .group = "Meshes",
+     .origin = Origin::checker,
+     .summary = "A mesh has no nodes or no elements",
+     .meaning = "The file holds no lines 'ND' or no lines 'E3T' or 'E4Q' that could be "
+                "read. It may be another file than the one that is meant, or one that "
+                "was cut off.",
+     .example = "",
+     .mended = ""},
+    {.name = code::unreadableMeshLine,
+     .group = "Meshes",
+     .origin = Origin::checker,
+     .summary = "A line of a mesh cannot be read",
+     .meaning = "The line begins as a node, an element or a node string, but holds a "
+                "word in place of a number, a decimal comma, or fewer numbers than it "
+                "needs.",
+     .example = "",
+     .mended = ""},
+    {.name = code::secondNode,
+     .group = "Meshes",
+     .origin = Origin::checker,
+     .summary = "Two nodes of a mesh have the same number",
+     .meaning = "Elements and node strings name nodes by their numbers, so that each "
+                "node needs a number of its own.",
+     .example = "",
+     .mended = ""},
+    {.name = code::unknownNode,
+     .group = "Meshes",
+     .origin = Origin::checker,
+     .summary = "An element, a node string or a connection names a node that is not there",
+     .meaning = "The mesh has no line 'ND' with that number. A part of the file may be "
+                "missing, or the numbers of the nodes were changed.",
+     .example = "",
+     .mended = ""},
+    {.name = code::repeatedNode,
+     .group = "Meshes",
+     .origin = Origin::checker,
+     .summary = "An element names a node twice",
+     .meaning = "The corners of an element are different nodes.",
+     .example = "",
+     .mended = ""},
+    {.name = code::flatElement,
+     .group = "Meshes",
+     .origin = Origin::checker,
+     .summary = "An element has no area",
+     .meaning = "The corners of the element lie on one line or at one place. Water "
+                "cannot stand on it.",
+     .example = "",
+     .mended = ""},
+    {.name = code::turnedElement,
+     .group = "Meshes",
+     .severity = Severity::warning,
+     .origin = Origin::checker,
+     .summary = "The corners of an element go around in the other sense",
+     .meaning = "The corners of most elements of the mesh are named counter-clockwise, "
+                "those of this one clockwise, or the other way round. Some programs "
+                "compute a negative area from it.",
+     .example = "",
+     .mended = ""},
+    {.name = code::sharedPlace,
+     .group = "Meshes",
+     .severity = Severity::warning,
+     .origin = Origin::checker,
+     .summary = "Two nodes of a mesh lie at one place",
+     .meaning = "Elements that meet there but name different nodes are not connected, so "
+                "that no water flows between them.",
+     .example = "",
+     .mended = ""},
+    {.name = code::idleNode,
+     .group = "Meshes",
+     .severity = Severity::warning,
+     .origin = Origin::checker,
+     .summary = "A node belongs to no element",
+     .meaning = "The node has no effect. It may be left over, or an element is missing.",
+     .example = "",
+     .mended = ""},
+    {.name = code::emptySeries,
+     .group = "Series",
+     .origin = Origin::checker,
+     .summary = "A series has no rows",
+     .meaning = "The file is empty, or holds comments alone.",
+     .example = "",
+     .mended = ""},
+    {.name = code::textInSeries,
+     .group = "Series",
+     .origin = Origin::checker,
+     .summary = "A series holds a heading or other text",
+     .meaning = "Each row of a series is made of numbers, with blanks between them. What "
+                "stands behind '#' or '//' is a comment; a heading needs one of them in "
+                "front.",
+     .example = "",
+     .mended = ""},
+    {.name = code::seriesSeparator,
+     .group = "Series",
+     .origin = Origin::checker,
+     .summary = "The numbers of a series have decimal commas or separators",
+     .meaning = "A point is the decimal mark, and blanks or tabs stand between the "
+                "numbers of a row. Tables are often saved with commas or semicolons in "
+                "their place; of such a row only the beginning is read.",
+     .example = "",
+     .mended = ""},
+    {.name = code::oneColumn,
+     .group = "Series",
+     .origin = Origin::checker,
+     .summary = "A series has one column",
+     .meaning = "A row holds the time, or what the values depend on, and behind it at "
+                "least one value.",
+     .example = "",
+     .mended = ""},
+    {.name = code::seriesOrder,
+     .group = "Series",
+     .origin = Origin::checker,
+     .summary = "The times of a series do not increase",
+     .meaning = "Each row has a later time than the row above it, since values in "
+                "between are worked out from the two. The same holds for levels and "
+                "discharges in the first column.",
+     .example = "",
+     .mended = ""},
+    {.name = code::seriesEndsEarly,
+     .group = "Series",
+     .severity = Severity::warning,
+     .origin = Origin::checker,
+     .summary = "A series ends before the simulation does",
+     .meaning = "Behind the last row its values stay as they are up to the end, "
+                "'total_run_time'.",
+     .example = "",
+     .mended = ""},
+    {.name = code::seriesBeginsLate,
+     .group = "Series",
+     .severity = Severity::warning,
+     .origin = Origin::checker,
+     .summary = "A series begins after the simulation does",
+     .meaning = "In front of the first row its values hold from the start on.",
+     .example = "",
+     .mended = ""},
+    {.name = code::impossibleValue,
+     .group = "Series",
+     .severity = Severity::warning,
+     .origin = Origin::checker,
+     .summary = "A value of a series is one that its boundary cannot mean",
+     .meaning = "Discharges that flow in, widths and the like are not negative, and a "
+                "concentration lies between 0 and 1. The sign, the unit or the column "
+                "may be another one.",
      .example = "",
      .mended = ""},
     {.name = code::silencesNothing,

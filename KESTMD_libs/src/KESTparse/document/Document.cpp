@@ -10,6 +10,7 @@
 #include <utility>
 
 #include "KESTparse/base/Conversions.h"
+#include "KESTparse/base/PlainText.h"
 #include "KESTparse/base/Suggestion.h"
 #include "KESTparse/document/Codes.h"
 #include "KESTparse/document/Explanations.h"
@@ -39,6 +40,8 @@ bool mayStand(const InputBlock& root, const std::vector<std::string_view>& open,
   }
   return block->getLogicalBlockPosition(name) >= 0;
 }
+
+constexpr std::size_t utf16MarkSize = 2;
 
 /// `name` as it stands in codes.
 std::string codeName(std::string_view name) {
@@ -455,6 +458,8 @@ class Document::Checker {
     checkRules(*d_->root_);
     checkEncoding();
     tellStops();
+    tellFindings();
+    checkTextForm();
     silenceWarnings(d_->syntax_, d_->lines_, d_->diagnostics_);
     std::stable_sort(
         d_->diagnostics_.begin(), d_->diagnostics_.end(),
@@ -466,13 +471,18 @@ class Document::Checker {
  private:
   /// Several blocks may tell the same of a third one. What is the same stands together.
   void dropRepeated() {
-    std::set<std::tuple<std::string_view, std::size_t, std::string_view, std::string_view>> told;
+    std::set<std::tuple<std::string_view, std::size_t, std::string_view, std::uint32_t,
+                        std::uint32_t, std::string_view>>
+        told;
     std::vector<Diagnostic> kept;
     kept.reserve(d_->diagnostics_.size());
     std::vector<char> isFirst;
     for (const Diagnostic& each : d_->diagnostics_) {
-      isFirst.push_back(
-          told.emplace(each.code, each.at.at.begin, each.at.file, each.message).second ? 1 : 0);
+      isFirst.push_back(told.emplace(each.code, each.at.at.begin, each.at.file, each.at.line,
+                                     each.at.column, each.message)
+                                .second
+                            ? 1
+                            : 0);
     }
     for (std::size_t i = 0; i < isFirst.size(); ++i) {
       if (isFirst[i] != 0) {
@@ -932,10 +942,76 @@ class Document::Checker {
     }
   }
 
+  /// What only the checker finds, unless the library tells of the same text. What the converter
+  /// refuses for it is told where it is found, and not where that leads to.
+  void tellFindings() {
+    std::vector<Diagnostic> found = findInSetup(
+        *d_, d_->options_.readsFiles,
+        [this](std::string_view word) { return skippedWords().contains(word); },
+        d_->options_.checkedFiles);
+    std::set<Span, EarlierSpan> told;
+    for (const Diagnostic& each : d_->diagnostics_) {
+      told.insert(each.at.at);
+    }
+    for (Diagnostic& each : found) {
+      if (each.at.file.empty() ? touchesAny(told, each.at.at) : isToldByRule(each)) {
+        continue;
+      }
+      const bool isCause = each.severity == Severity::error || isAloneInFile(found, each);
+      if (isCause && takeConsequence(each)) {
+        each.origin = Origin::converter;
+        each.severity = Severity::error;
+      }
+      d_->diagnostics_.push_back(std::move(each));
+    }
+  }
+
+  /// Whether nothing worse is found in the file of `each`, an encoding.
+  static bool isAloneInFile(const std::vector<Diagnostic>& found, const Diagnostic& each) {
+    return each.code == code::foreignEncoding &&
+           std::none_of(found.begin(), found.end(), [&each](const Diagnostic& other) {
+             return other.severity == Severity::error && other.at.file == each.at.file;
+           });
+  }
+
+  struct EarlierSpan {
+    bool operator()(const Span& a, const Span& b) const { return a.begin < b.begin; }
+  };
+
+  static bool touchesAny(const std::set<Span, EarlierSpan>& spans, Span at) {
+    const auto next = spans.upper_bound(at);
+    return (next != spans.begin() && std::prev(next)->end > at.begin) ||
+           (next != spans.end() && next->begin < at.end);
+  }
+
+  /// Whether a rule of the block tells of the series that is found too short.
+  [[nodiscard]] bool isToldByRule(const Diagnostic& found) const {
+    return (found.code == code::oneColumn || found.code == code::emptySeries) &&
+           std::any_of(
+               d_->diagnostics_.begin(), d_->diagnostics_.end(), [&found](const Diagnostic& told) {
+                 return told.at.at == found.at.at && (told.code.ends_with("/series-columns") ||
+                                                      told.code.ends_with("/short-series"));
+               });
+  }
+
+  /// Takes away what is told of the converter's end where `found` is the cause: a series that it
+  /// cannot read, or a name that a rule of the block takes for granted.
+  bool takeConsequence(const Diagnostic& found) {
+    const NodeId tag = d_->syntax_.nodeAt(found.at.at.begin);
+    const Span header = d_->syntax_[d_->syntax_[tag].parent].name();
+    const bool isName = found.code == code::unknownName && found.at.file.empty();
+    return std::erase_if(d_->diagnostics_, [&](const Diagnostic& told) {
+             return (told.code == code::unequalRows && told.at.file.empty() &&
+                     told.at.at.in(d_->syntax_.text()) == found.at.file) ||
+                    (isName && told.code == code::stopped && told.at.at == header);
+           }) > 0;
+  }
+
   /// Texts of the document must be UTF-8.
   void checkEncoding() {
     const std::string& text = d_->syntax_.text();
-    if (isUtf8(text)) {
+    const TextForm form = formOfText(text);
+    if (form.invalidByte == std::string_view::npos && !form.isBinary) {
       return;
     }
     for (NodeId id = 1; id < d_->syntax_.nodes().size(); ++id) {
@@ -960,6 +1036,43 @@ class Document::Checker {
     }
   }
 
+  /// What editors do to a whole file. The converter's errors only follow from that.
+  void checkTextForm() {
+    const std::string& text = d_->syntax_.text();
+    const TextForm form = formOfText(text);
+    const bool isOneLine =
+        form.loneReturn != std::string_view::npos && text.find('\n') == std::string::npos;
+    const auto isRefused = [](const Diagnostic& told) {
+      return told.severity == Severity::error && told.origin == Origin::converter;
+    };
+    const auto is = [](std::string_view code) {
+      return [code](const Diagnostic& told) { return told.code == code; };
+    };
+    auto& all = d_->diagnostics_;
+    const bool wasRefused = std::any_of(all.begin(), all.end(), isRefused);
+    if ((form.isWide || isOneLine) && wasRefused) {
+      all.clear();
+    }
+    const Origin origin = wasRefused ? Origin::converter : Origin::checker;
+    if (form.isWide) {
+      add(Severity::error, code::notText, {0, utf16MarkSize},
+          "the file is in UTF-16, and not plain text", "save it as plain text in UTF-8")
+          .origin = origin;
+    } else if (isOneLine) {
+      add(wasRefused ? Severity::error : Severity::warning, code::foreignLineEnds,
+          {form.loneReturn, form.loneReturn + 1},
+          "the lines end with a carriage return alone, so that the whole file is one line",
+          "save the file with line feeds as line ends")
+          .origin = origin;
+    } else if (form.invalidByte != std::string_view::npos &&
+               std::none_of(all.begin(), all.end(), is(code::notUtf8))) {
+      add(Severity::warning, code::foreignEncoding, {form.invalidByte, form.invalidByte + 1},
+          "the file is not in UTF-8: programs refuse this byte, or show another letter",
+          "save the file as UTF-8, or write plain letters")
+          .origin = Origin::checker;
+    }
+  }
+
   /// Whether the value of a tag stands in the document.
   [[nodiscard]] static bool reachesDocument(const InputTag& tag) {
     const std::string_view block = tag.getActualParent()->getName();
@@ -969,8 +1082,9 @@ class Document::Checker {
   /// Holds the diagnostics against what the converter does.
   void settle() {
     const bool hasErrors =
-        std::any_of(d_->diagnostics_.begin(), d_->diagnostics_.end(),
-                    [](const Diagnostic& told) { return told.severity == Severity::error; });
+        std::any_of(d_->diagnostics_.begin(), d_->diagnostics_.end(), [](const Diagnostic& told) {
+          return told.severity == Severity::error && told.origin == Origin::converter;
+        });
     if (!d_->options_.readsFiles) {
       return;
     }

@@ -5,6 +5,8 @@
 #include <unordered_map>
 #include <utility>
 
+#include "KESTparse/base/PlainText.h"
+
 namespace KESTparse {
 namespace {
 
@@ -326,10 +328,9 @@ SyntaxTree::SyntaxTree(std::string text, const BlockOracle& mayStand) : text_(st
     throw std::length_error("a command file must be smaller than 4 GB");
   }
   blanked_.assign(text_.begin(), text_.end());
-  constexpr std::string_view byteOrderMark = "\xef\xbb\xbf";
-  if (text_.starts_with(byteOrderMark)) {
-    std::fill_n(blanked_.begin(), byteOrderMark.size(), ' ');
-    faults_.push_back({TreeFault::byteOrderMark, noNode, {0, byteOrderMark.size()}});
+  if (text_.starts_with(utf8Mark)) {
+    std::fill_n(blanked_.begin(), utf8Mark.size(), ' ');
+    faults_.push_back({TreeFault::byteOrderMark, noNode, {0, utf8Mark.size()}});
   }
   blankComments(blanked_, &comments_);
   Items scanned(blanked());

@@ -8,15 +8,6 @@
 #include "KESTparse/framework/InputTagKind.h"
 
 namespace KESTparse {
-namespace {
-
-/// The path of a series file, as the process-wide setting has it.
-std::string seriesPath(std::string_view name) {
-  return GlobalValues::instance().resolveRelativePaths ? resolvePath(name) : std::string(name);
-}
-
-}  // namespace
-
 bool InputTagValidatorOneWord::isValid(std::string_view text) const {
   for (const char c : text) {
     const bool allowed = (c >= 'a' && c <= 'z') || (c >= 'A' && c <= 'Z') ||
@@ -107,6 +98,15 @@ void InputTagPosition::commit() {
   getActualParent()->*facts().regionMember = val.substr(0, idx);
 }
 
+std::string InputTagSeriesFile::path() const {
+  return GlobalValues::instance().resolveRelativePaths ? resolvePath(getRawText())
+                                                       : std::string(getRawText());
+}
+
+const Kestrix::Table& InputTagSeriesFile::rows() const {
+  return getActualParent()->*facts().table;
+}
+
 bool InputTagSeriesFile::check() {
   if (!InputTagFile::check()) {
     return false;
@@ -115,9 +115,9 @@ bool InputTagSeriesFile::check() {
     addError("Empty filename received");
     return false;
   }
-  const std::string path = seriesPath(getRawText());
-  if (!canOpen(path)) {
-    addError("Can not open file '" + path + "'");
+  const std::string opened = path();
+  if (!canOpen(opened)) {
+    addError("Can not open file '" + opened + "'");
     return false;
   }
   return true;
@@ -125,16 +125,16 @@ bool InputTagSeriesFile::check() {
 
 void InputTagSeriesFile::commit() {
   InputTagFile::commit();
-  const std::string path = seriesPath(getRawText());
+  const std::string opened = path();
   Kestrix::Table& table = getActualParent()->*facts().table;
   GlobalValues& values = GlobalValues::instance();
   if (!values.keepsSeries) {
-    Kestrix::StandardSerie(path).copyTo(table);
+    Kestrix::StandardSerie(opened).copyTo(table);
     return;
   }
-  std::shared_ptr<const Kestrix::Table>& kept = values.readFiles.series[path];
+  std::shared_ptr<const Kestrix::Table>& kept = values.readFiles.series[opened];
   if (kept == nullptr) {
-    Kestrix::StandardSerie(path).copyTo(table);
+    Kestrix::StandardSerie(opened).copyTo(table);
     kept = std::make_shared<const Kestrix::Table>(table);
   } else {
     table = *kept;

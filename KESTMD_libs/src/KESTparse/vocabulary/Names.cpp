@@ -66,15 +66,20 @@ constexpr std::string_view interfaces =
 constexpr std::string_view crossSection = "cross section";
 constexpr std::string_view boundaryOrSource = "BOUNDARY or EXTERNAL_SOURCE";
 
-/// Lists of materials of a 2D region. A table may be made for more meshes than the one at hand.
 constexpr Naming materialsOf(std::string_view block, std::string_view tags) {
   return {.block = block,
           .tags = tags,
           .noun = "material",
           .defined = mesh,
           .part = NamePart::items,
-          .thing = NamedThing::material,
-          .severity = Severity::warning};
+          .thing = NamedThing::material};
+}
+
+/// Lists of materials beside lists of their values.
+constexpr Naming tablesOf(std::string_view block, std::string_view tags) {
+  Naming naming = materialsOf(block, tags);
+  naming.isTable = true;
+  return naming;
 }
 
 constexpr Naming nodesOf(std::string_view block, std::string_view tags) {
@@ -157,17 +162,17 @@ constexpr Naming namings[] = {
     {"/DOMAIN/KESTPLANE_2D/OUTPUT/SPECIAL_OUTPUT", "KESTextern", "KEST_EXTERN", externals},
 
     // Parts of the mesh of a 2D region
-    materialsOf("/DOMAIN/KESTPLANE_2D/HYDRAULICS/FRICTION", "index"),
-    materialsOf("/DOMAIN/KESTPLANE_2D/HYDRAULICS/INITIAL", "index"),
+    tablesOf("/DOMAIN/KESTPLANE_2D/HYDRAULICS/FRICTION", "index"),
+    tablesOf("/DOMAIN/KESTPLANE_2D/HYDRAULICS/INITIAL", "index"),
     materialsOf("/DOMAIN/KESTPLANE_2D/HYDRAULICS/SOURCE/EXTERNAL_SOURCE", "index"),
-    materialsOf("/DOMAIN/KESTPLANE_2D/MORPHOLOGY/PARAMETER",
-                "control_volume_thickness_index distortion_index"),
-    materialsOf("/DOMAIN/KESTPLANE_2D/MORPHOLOGY/BEDMATERIAL/SOIL_ASSIGNMENT", "index"),
-    materialsOf("/DOMAIN/KESTPLANE_2D/MORPHOLOGY/BEDLOAD/FORMULA",
-                "theta_critical_index bedforms_index"),
+    tablesOf("/DOMAIN/KESTPLANE_2D/MORPHOLOGY/PARAMETER",
+             "control_volume_thickness_index distortion_index"),
+    tablesOf("/DOMAIN/KESTPLANE_2D/MORPHOLOGY/BEDMATERIAL/SOIL_ASSIGNMENT", "index"),
+    tablesOf("/DOMAIN/KESTPLANE_2D/MORPHOLOGY/BEDLOAD/FORMULA",
+             "theta_critical_index bedforms_index"),
     materialsOf("/DOMAIN/KESTPLANE_2D/MORPHOLOGY/BEDLOAD/PARAMETER", "upwind_index"),
     materialsOf("/DOMAIN/KESTPLANE_2D/MORPHOLOGY/BEDLOAD/DIRECTION", "lateral_index"),
-    materialsOf("/DOMAIN/KESTPLANE_2D/MORPHOLOGY/SUSPENDED_LOAD/INITIAL", "index"),
+    tablesOf("/DOMAIN/KESTPLANE_2D/MORPHOLOGY/SUSPENDED_LOAD/INITIAL", "index"),
     materialsOf("/DOMAIN/KESTPLANE_2D/MORPHOLOGY/GRAVITATIONAL_TRANSPORT", "index"),
     materialsOf("/DOMAIN/KESTPLANE_2D/MORPHOLOGY/SOURCE/EXTERNAL_SOURCE", "index"),
     materialsOf("/DOMAIN/KESTPLANE_2D/VEGETATION/INITIAL", "indexGrow index"),
@@ -214,8 +219,7 @@ constexpr Naming namings[] = {
      .defined = mesh,
      .part = NamePart::items,
      .thing = NamedThing::material,
-     .scope = NameScope::plane,
-     .severity = Severity::warning},
+     .scope = NameScope::plane},
 
     // Controllers
     {"/DOMAIN/CONTROLLER/MONITORED_VARIABLE", "coefficients", "MANIPULATED_VARIABLE", manipulated,
