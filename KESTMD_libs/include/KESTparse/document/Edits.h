@@ -66,6 +66,7 @@ class TreeEditor {
   struct Target;
 
   [[nodiscard]] Target targetOf(const Path& path) const;
+  [[noreturn]] void refuse(const Path& path) const;
   [[nodiscard]] NodeId tagAt(NodeId block, const Path& path) const;
   void insert(const Target& target, const Path& path, std::string_view value);
   void add(Edit edit);

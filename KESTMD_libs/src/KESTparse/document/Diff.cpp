@@ -71,9 +71,10 @@ class Comparison {
   };
 
   static int reachedOn(const Reached& reached, int step, int diagonal) {
+    const int place = diagonal + step;
     return std::abs(diagonal) > step
                ? -1
-               : reached[static_cast<std::size_t>(step)][static_cast<std::size_t>(diagonal + step)];
+               : reached[static_cast<std::size_t>(step)][static_cast<std::size_t>(place)];
   }
 
   [[nodiscard]] Entry entryOf(const Reached& reached, int step, int diagonal) const {
@@ -106,7 +107,8 @@ class Comparison {
         const int y = x - diagonal;
         x += static_cast<int>(
             agreement(x_ + static_cast<std::size_t>(x), y_ + static_cast<std::size_t>(y)));
-        reached.back()[static_cast<std::size_t>(diagonal + step)] = x;
+        const int place = diagonal + step;
+        reached.back()[static_cast<std::size_t>(place)] = x;
         const int sum = 2 * x - diagonal;
         // Among the farthest the one in the middle takes as much from the one as from the other.
         if (sum > bestSum || (sum == bestSum && std::abs(diagonal) < std::abs(best))) {
@@ -139,13 +141,14 @@ class Comparison {
       steps.push_back(change);
       diagonal = entry.from;
     }
-    for (auto change = steps.rbegin(); change != steps.rend(); ++change) {
-      if (!changes_.empty() && changes_.back().before.end == change->before.begin &&
-          changes_.back().after.end == change->after.begin) {
-        changes_.back().before.end = change->before.end;
-        changes_.back().after.end = change->after.end;
+    std::reverse(steps.begin(), steps.end());
+    for (const LineChange& change : steps) {
+      if (!changes_.empty() && changes_.back().before.end == change.before.begin &&
+          changes_.back().after.end == change.after.begin) {
+        changes_.back().before.end = change.before.end;
+        changes_.back().after.end = change.after.end;
       } else {
-        changes_.push_back(*change);
+        changes_.push_back(change);
       }
     }
     x_ = end.before.end;

@@ -200,7 +200,7 @@ class TreeEditor::Reading {
         const auto place = std::find(like.begin(), like.end(), id) - like.begin();
         key = like.size() > 1 ? std::to_string(place + 1) : "";
       }
-      path = stepText(nameOf(id), key) + (path.empty() ? "" : "/") + path;
+      path.insert(0, stepText(nameOf(id), key) + (path.empty() ? "" : "/"));
     }
     return path;
   }
@@ -405,6 +405,13 @@ TreeEditor::Target TreeEditor::targetOf(const Path& path) const {
       return {found.front(), missing};
     }
   }
+  refuse(path);
+}
+
+/// Says why a tag that the file has no block for cannot be there.
+void TreeEditor::refuse(const Path& path) const {
+  const PathStep& tag = path.steps.back();
+  const std::size_t blocks = path.steps.size() - 1;
   const std::string name = schemaPath(path.steps.data(), path.steps.data() + blocks);
   const std::vector<Place> places = blocks == 0 ? placesOf(*root_) : findPlaces(*root_, name);
   const bool isKnown = std::any_of(places.begin(), places.end(), [&](const Place& place) {
