@@ -10,11 +10,6 @@ using KESTparse::Origin;
 using KESTparse::Severity;
 using nlohmann::ordered_json;
 
-/// On one line; bytes that are not UTF-8 are replaced.
-std::string lineOf(const ordered_json& value) {
-  return value.dump(-1, ' ', false, ordered_json::error_handler_t::replace);
-}
-
 void addLine(std::string& lines, const std::string& line) {
   lines += lines.empty() ? "\n    " : ",\n    ";
   lines += line;
@@ -61,6 +56,10 @@ ordered_json objectOf(const CheckedFile& file, const KESTparse::Diagnostic& told
 }
 
 }  // namespace
+
+std::string lineOf(const ordered_json& value) {
+  return value.dump(-1, ' ', false, ordered_json::error_handler_t::replace);
+}
 
 void JsonReport::render(const CheckedFile& file, Part& part) const {
   const std::optional<bool> converts = file.converts();

@@ -3,10 +3,15 @@
 #pragma once
 
 #include <iosfwd>
+#include <nlohmann/json_fwd.hpp>
+#include <string>
 
 #include "check/CheckedFile.h"
 
 namespace kcf {
+
+/// `value` on one line; bytes that are not UTF-8 are replaced.
+std::string lineOf(const nlohmann::ordered_json& value);
 
 class JsonReport : public Report {
  public:

@@ -14,6 +14,7 @@
 #include "KESTparse/root/KestrixInputRoot.h"
 #include "KESTparse/vocabulary/Places.h"
 #include "KESTparse/vocabulary/RuleTable.h"
+#include "check/JsonReport.h"
 
 namespace kcf {
 namespace {
@@ -25,10 +26,6 @@ using nlohmann::ordered_json;
 #ifndef KESTRIX_VERSION
 #define KESTRIX_VERSION "unversioned"
 #endif
-
-std::string lineOf(const ordered_json& value) {
-  return value.dump(-1, ' ', false, ordered_json::error_handler_t::replace);
-}
 
 std::string sentence(std::string_view text) {
   return text.empty() || text.ends_with('.') ? std::string(text) : std::string(text) + ".";

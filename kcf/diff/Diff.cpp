@@ -134,7 +134,7 @@ nlohmann::ordered_json jsonOf(const Difference& difference) {
   return told;
 }
 
-int run(const Arguments& arguments) {
+int runDiff(const Arguments& arguments) {
   const std::string before = arguments.value("OLD");
   const std::string after = arguments.value("NEW");
   if (before == standardInput && after == standardInput) {
@@ -191,7 +191,7 @@ cannot be told, since a file cannot be read or not all of it is understood.)",
             .help = "How to tell it",
             .value = "FORM",
             .choices = {"text", "json"}}},
-          run,
+          runDiff,
           {{"See what a change means", "kcf diff setup.kcf changed.kcf"},
            {"Compare with the last commit", "git show HEAD:./setup.kcf | kcf diff - setup.kcf"}}};
 }

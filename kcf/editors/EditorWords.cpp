@@ -162,7 +162,7 @@ std::string withWords(std::string_view text, const Lists& lists, const std::stri
   return result;
 }
 
-int run(const Arguments& arguments) {
+int runEditorWords(const Arguments& arguments) {
   const Lists lists = listsOfVocabulary();
   int result = status::done;
   for (const std::string& path : arguments.values("PATH")) {
@@ -201,7 +201,7 @@ which are all that choices can be.)text",
             .required = true,
             .repeatable = true,
             .isPath = true}},
-          run};
+          runEditorWords};
 }
 
 }  // namespace kcf

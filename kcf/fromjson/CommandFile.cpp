@@ -219,9 +219,9 @@ void requireObject(const json& value, const std::string& pointer) {
 }
 
 /// Writes block by block.
-class Writer {
+class CommandFileWriter {
  public:
-  explicit Writer(const WritingOptions& options) : options_(options) {}
+  explicit CommandFileWriter(const WritingOptions& options) : options_(options) {}
 
   void writeProject(const json& title, const InputBlock& project) {
     constexpr std::string_view pointer = "/SETUP/simulation_name";
@@ -391,7 +391,7 @@ WrittenFile written(const json& document, const KESTparse::KestrixInputRoot& sch
       throw DocumentFault("/SETUP", fmt::format("the key '{}' is missing", key));
     }
   }
-  Writer writer(options);
+  CommandFileWriter writer(options);
   writer.writeProject(setup.at("simulation_name"), childOf(schema, "PROJECT"));
   writer.writeDomain(setup.at("KESTMD"), childOf(schema, "DOMAIN"));
   return std::move(writer.file);

@@ -166,7 +166,7 @@ class Return {
   KESTparse::KestrixInputRoot schema_;
 };
 
-int run(const Arguments& arguments) {
+int runFromJson(const Arguments& arguments) {
   const std::string input = arguments.value("DOCUMENT");
   const std::string output = arguments.value("--output", standardInput);
   const std::string& neighbour = output == standardInput ? input : output;
@@ -219,7 +219,7 @@ these files are not there, the rules that look into them are left out.)",
             .letter = 'o',
             .isPath = true},
            {.name = "--force", .help = "Replace the file of --output if it is there"}},
-          run,
+          runFromJson,
           {{"Get a command file back", "kcf from-json setup.json -o setup.kcf"},
            {"See what differs from the defaults", "kcf from-json --minimal setup.json"}}};
 }

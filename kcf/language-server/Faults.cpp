@@ -55,7 +55,7 @@ json relatedOf(Snapshot& file, const Diagnostic& told) {
   return related;
 }
 
-json jsonOf(Snapshot& file, const Diagnostic& told) {
+json faultOf(Snapshot& file, const Diagnostic& told) {
   constexpr int error = 1;
   constexpr int warning = 2;
   constexpr int unnecessary = 1;
@@ -101,7 +101,7 @@ void addFixes(Snapshot& file, const Diagnostic& told, json& actions) {
   for (const Fix& fix : told.fixes) {
     actions.push_back({{"title", fix.message},
                        {"kind", quickFix},
-                       {"diagnostics", {jsonOf(file, told)}},
+                       {"diagnostics", {faultOf(file, told)}},
                        {"isPreferred", isPreferred},
                        {"edit", workspaceEdit(file, fix.edits)}});
     isPreferred = false;
@@ -133,7 +133,7 @@ void addFixAll(Snapshot& file, json& actions) {
 json diagnosticsOf(Snapshot& file) {
   json list = json::array();
   for (const Diagnostic& told : file.check()) {
-    list.push_back(jsonOf(file, told));
+    list.push_back(faultOf(file, told));
   }
   json params{{"uri", file.origin().uri}, {"diagnostics", std::move(list)}};
   if (file.origin().version) {

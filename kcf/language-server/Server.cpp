@@ -22,9 +22,6 @@ using KESTparse::Span;
 
 namespace {
 
-/// A text beyond this size, in bytes, is never read while someone waits for a key stroke.
-constexpr std::size_t largeText = std::size_t{1} << 19;
-
 constexpr int logError = 1;
 
 /// What stands at a JSON pointer; null where nothing does.

@@ -24,8 +24,6 @@ using KESTparse::ValueKind;
 
 namespace {
 
-constexpr std::size_t largeText = std::size_t{1} << 19;
-
 /// The kinds of symbols, by the numbers of the protocol.
 constexpr int symbolOfBlock = 3;
 constexpr int symbolOfTag = 7;

@@ -12,6 +12,9 @@
 
 namespace kcf::server {
 
+/// A text beyond this size, in bytes, is never read while someone waits for a key stroke.
+inline constexpr std::size_t largeText = std::size_t{1} << 19;
+
 /// In what a client counts along a line.
 enum class Encoding : std::uint8_t { utf8, utf16 };
 

@@ -384,7 +384,9 @@ class ModelReader {
 
   /// What is acted on by the boundaries and sources of a block.
   static std::string fieldOf(std::string_view blockName) {
-    return blockName == "BEDLOAD" ? "bed load" : blockName == "MORPHOLOGY" ? "bed" : spoken(blockName);
+    return blockName == "BEDLOAD"      ? "bed load"
+           : blockName == "MORPHOLOGY" ? "bed"
+                                       : spoken(blockName);
   }
 
   /// All boundaries and sources below `block`.
@@ -462,7 +464,7 @@ class ModelReader {
       return;
     }
     const auto add = [this, &block, &region](const SetupBlock& of, const std::string& type,
-                                     std::string_view tag) {
+                                             std::string_view tag) {
       const auto interval = of.numbers(tag);
       constexpr double never = 1e30;
       if (interval.empty() || interval[0] <= 0 || interval[0] >= never) {
@@ -520,8 +522,8 @@ class ModelReader {
   static double componentsOf(const std::string& values) {
     double count = 0;
     for (const std::string& value : listItems(values)) {
-      const bool isVector = std::any_of(
-          vectorValues.begin(), vectorValues.end(), [&value](std::string_view vector) {
+      const bool isVector =
+          std::any_of(vectorValues.begin(), vectorValues.end(), [&value](std::string_view vector) {
             return value == vector || value.find(fmt::format("[{}]", vector)) != std::string::npos;
           });
       count += isVector ? 2 : 1;
@@ -1155,7 +1157,7 @@ class ModelReader {
 
   std::filesystem::path folder_;
   Model model_;
-  std::map<const SetupBlock*, std::string> seriesOf_;  // what shows the series of a block
+  std::map<const SetupBlock*, std::string> seriesOf_;           // what shows the series of a block
   std::map<std::filesystem::path, std::string> subjectOfFile_;  // what shows the content of a file
   std::map<std::string, std::string> contents_;
   std::map<std::string, std::future<std::string>> hashes_;
@@ -1168,12 +1170,25 @@ bool Action::isOne(std::string_view blockName) {
 }
 
 bool Action::isPlace(std::string_view tagName) {
-  constexpr std::array<std::string_view, 19> places{
-      "string_name",    "string_name1",  "string_name2",         "string",
-      "cross_section",  "cross_sections", "cross_section_name_1", "cross_section_name_2",
-      "side",           "element_ids",   "elem_ids",             "node_ids",
-      "index",          "material_index", "face",                 "from_to1",
-      "from_to2",       "x_values",      "y_values"};
+  constexpr std::array<std::string_view, 19> places{"string_name",
+                                                    "string_name1",
+                                                    "string_name2",
+                                                    "string",
+                                                    "cross_section",
+                                                    "cross_sections",
+                                                    "cross_section_name_1",
+                                                    "cross_section_name_2",
+                                                    "side",
+                                                    "element_ids",
+                                                    "elem_ids",
+                                                    "node_ids",
+                                                    "index",
+                                                    "material_index",
+                                                    "face",
+                                                    "from_to1",
+                                                    "from_to2",
+                                                    "x_values",
+                                                    "y_values"};
   return std::find(places.begin(), places.end(), tagName) != places.end();
 }
 

@@ -70,7 +70,7 @@ struct Model {
   std::vector<Region> regions;
   std::vector<Output> outputs;
   std::vector<Action> actions;
-  nlohmann::ordered_json page;       ///< what the scripts of the page draw
+  nlohmann::ordered_json page;  ///< what the scripts of the page draw
   /// Compressed lists of numbers that `page` names.
   std::vector<std::vector<std::uint8_t>> streams;
   std::unique_ptr<KESTparse::KestrixInputRoot> schema;  ///< the master that `setup` reads

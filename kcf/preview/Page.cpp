@@ -230,8 +230,7 @@ class Sections {
   /// The line that a notice is about, with a link to it where it stands in the page.
   void place(const Notice& notice) {
     const std::string line = std::to_string(notice.line);
-    const std::string shown =
-        std::filesystem::path(notice.file).filename().string() + ":" + line;
+    const std::string shown = std::filesystem::path(notice.file).filename().string() + ":" + line;
     html_.text(" ").open("code");
     if (notice.file == model_->path && notice.line <= lineLimit) {
       html_.leaf("a", shown, {{"href", "#line-" + line}});
@@ -333,14 +332,14 @@ class Sections {
         rows.back().push_back(entry.contains(end) ? plain(entry[std::string(end)]) + " " + argument
                                                   : "");
       }
-      std::string range;
+      std::string extremes;
       if (entry.contains("columns")) {
         for (const auto& column : entry["columns"]) {
-          range += (range.empty() ? "" : "; ") + plain(column["lowest"]) + " to " +
-                   plain(column["highest"]);
+          extremes += (extremes.empty() ? "" : "; ") + plain(column["lowest"]) + " to " +
+                      plain(column["highest"]);
         }
       }
-      rows.back().push_back(range);
+      rows.back().push_back(extremes);
       std::string remarks = joined(entry["remarks"]);
       for (const auto& jump : entry.value("jumps", ordered_json::array())) {
         remarks += (remarks.empty() ? "" : ", ") +

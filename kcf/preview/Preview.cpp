@@ -106,7 +106,7 @@ class Preview {
   std::vector<fs::path> watched_;
 };
 
-int run(const Arguments& arguments) {
+int runPreview(const Arguments& arguments) {
   const fs::path setup = arguments.value("PATH");
   const fs::path folder =
       arguments.has("--directory") ? fs::path(arguments.value("--directory")) : setup.parent_path();
@@ -145,7 +145,7 @@ from the folder that it stands in.)",
             .isPath = true},
            {.name = "--watch",
             .help = "Write the page anew when a file changes; an open page shows it"}},
-          run,
+          runPreview,
           {{"Look at a setup", "kcf preview setup.kcf && xdg-open setup.html"},
            {"See each change as it is made", "kcf preview setup.kcf --watch"}}};
 }

@@ -77,7 +77,7 @@ int change(const Arguments& arguments, const std::vector<Change>& changes,
   return status::done;
 }
 
-int run(const Arguments& arguments) {
+int runSet(const Arguments& arguments) {
   std::vector<Change> changes;
   for (const std::string& argument : arguments.values("CHANGE")) {
     changes.push_back(changeOf(argument));
@@ -167,7 +167,7 @@ wrong.)",
         .isPath = true},
        {.name = "--copy", .help = "With --table: copy the files beside, instead of linking them"},
        {.name = "--force", .help = "Replace files of --output and --into that are there"}},
-      run,
+      runSet,
       {{"Give a tag a value", "kcf set setup.kcf FRICTION/default_friction=32"},
        {"Keep the setup, and write another one without a block",
         "kcf set setup.kcf --delete VEGETATION -o bare.kcf"},

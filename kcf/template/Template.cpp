@@ -256,7 +256,7 @@ int writeSkeleton(const std::vector<std::string>& paths) {
   return status::done;
 }
 
-int run(const Arguments& arguments) {
+int runTemplate(const Arguments& arguments) {
   const std::vector<std::string> names = arguments.values("PATH");
   if (arguments.has("--list")) {
     return list();
@@ -310,7 +310,7 @@ repeated stands there as often as it is named.)",
             .value = "PATH",
             .repeatable = true,
             .suggestions = knownNames}},
-          run,
+          runTemplate,
           {{"Begin with a flood in 2D, and convert it",
             "kcf template flood-2d -o my-flood && cd my-flood && main-converter setup.kcf"},
            {"Begin a setup with one 2D region", "kcf template PROJECT KESTPLANE_2D > setup.kcf"},
