@@ -40,7 +40,7 @@ class Peer(unittest.TestCase):
                 self.assertIn(right, messages)
                 messages = messages.replace(right, wrong, 1)
             (folder / "messages.ts").write_text(messages)
-            self.assertEqual(self.compile(folder).count("error TS"), 3)
+            self.assertGreaterEqual(self.compile(folder).count("error TS"), 3)
 
     def compile(self, folder):
         (folder / "tsconfig.json").write_text(json.dumps({
