@@ -44,6 +44,7 @@ bool leavesMeaning(const Diagnostic& told) {
       KESTparse::code::stopped};
   const bool isRule = told.code.find('/') != std::string::npos;
   return told.severity != KESTparse::Severity::error || isRule ||
+         told.origin == KESTparse::Origin::checker ||
          std::find(gaps.begin(), gaps.end(), told.code) != gaps.end();
 }
 

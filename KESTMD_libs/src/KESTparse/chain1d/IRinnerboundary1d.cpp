@@ -14,8 +14,8 @@ void IRinnerboundary1d::getDescription(std::ostream& out) const {
 
 namespace {
 
-constexpr Words gates{"gate", "coupling_gate"};
-constexpr Words weirsAndGates{"weir", "coupling_weir", "gate", "coupling_gate"};
+constexpr Words innerGates{"gate", "coupling_gate"};
+constexpr Words innerWeirsAndGates{"weir", "coupling_weir", "gate", "coupling_gate"};
 constexpr Words gatesWithFlap{"gate_with_flap", "radial_gate_with_flap"};
 
 }  // namespace
@@ -37,69 +37,69 @@ void IRinnerboundary1d::createTags() {
       .preset("-100.0")
       .unit("[m]")
       .above(0)
-      .usedIf("type", weirsAndGates)
+      .usedIf("type", innerWeirsAndGates)
       .exclusiveWith("width_file");
   seriesFile<&Self::width_file, &Self::width_file_table>(
       "Name of the file containing the time evolution of the weir width or gate width.")
       .preset("unspecified_widthfile.txt")
-      .usedIf("type", weirsAndGates)
+      .usedIf("type", innerWeirsAndGates)
       .exclusiveWith("width");
   real<&Self::weir_level>("Constant level of weir crest.")
       .preset("-100.0")
       .unit("[m a.s.l.]")
-      .usedIf("type", weirsAndGates)
+      .usedIf("type", innerWeirsAndGates)
       .exclusiveWith("weir_level_file");
   seriesFile<&Self::weir_level_file, &Self::weir_level_file_table>(
       "Name of the file containing the time evolution of the weir level.")
       .preset("unspecified_levelfile.txt")
-      .usedIf("type", weirsAndGates)
+      .usedIf("type", innerWeirsAndGates)
       .exclusiveWith("weir_level");
   real<&Self::weir_bottom_level>(
       "Bottom level of weir cross section (minimal weir level and level for fully opened gate)")
       .preset("0.0")
       .unit("[m a.s.l.]")
       .above(0)
-      .usedIf("type", weirsAndGates);
+      .usedIf("type", innerWeirsAndGates);
   real<&Self::embankement_slope>(
       "Slope of weir embankments = 1:embankement_slope (symmetric). A value of 999 corresponds to rectangular embankements.")
       .defaultsTo("999")
       .preset("NO_EMBANKEMENT_SLOPE")
       .above(0)
-      .usedIf("type", weirsAndGates);
+      .usedIf("type", innerWeirsAndGates);
   real<&Self::weir_my>("Weir factor μ according to Poleni.")
       .defaultsTo("0.65")
       .preset("-100000.0")
       .above(0)
-      .usedIf("type", weirsAndGates);
+      .usedIf("type", innerWeirsAndGates);
   real<&Self::num_piers>("Number of piers at weir cross section.")
       .defaultsTo("0.0")
       .atLeast(0)
-      .usedIf("type", weirsAndGates);
+      .usedIf("type", innerWeirsAndGates);
   real<&Self::c_pier>("Pier coefficient for calculation of reduced width.")
       .defaultsTo("0.0")
       .atLeast(0)
-      .usedIf("type", weirsAndGates);
+      .usedIf("type", innerWeirsAndGates);
   real<&Self::c_abutments>("Abutment coefficient for calculation of reduced width.")
       .defaultsTo("0.0")
       .atLeast(0)
-      .usedIf("type", weirsAndGates);
+      .usedIf("type", innerWeirsAndGates);
   text<&Self::calculation_type>("Type for control of momentum balance at weir:critical")
       .defaultsTo("critical")
       .oneOf({"critical", "standard"})
-      .usedIf("type", weirsAndGates);
+      .usedIf("type", innerWeirsAndGates);
   real<&Self::zweir_fac_a>(
       "Scaling factor for weir water level (calculation_type = critical, zCorr = zCritWeir + F * (z - zCritWeir)): F = zweir_fac_a + zweir_fac_b * flowdepth")
       .defaultsTo("1.0")
       .preset("0.0")
-      .usedIf("type", weirsAndGates);
+      .usedIf("type", innerWeirsAndGates);
   real<&Self::zweir_fac_b>(
       "Scaling factor for weir water level (calculation_type = critical, zCorr = zCritWeir + F * (z - zCritWeir))): F = zweir_fac_a + zweir_fac_b * flowdepth")
       .defaultsTo("0.0")
-      .usedIf("type", weirsAndGates);
+      .usedIf("type", innerWeirsAndGates);
   text<&Self::gate_type>("Type of gate: sluice gate: simple sluice gate gate with flap")
       .preset("no_gate_type")
       .oneOf({"sluice_gate", "gate_with_flap", "radial_gate_with_flap"})
-      .usedIf("type", gates);
+      .usedIf("type", innerGates);
   real<&Self::gate_my>(
       "Weir coefficient μ used in discharge formula for flow over gate with flap. Can be used for calibration of the discharge.")
       .defaultsTo("0.65")
@@ -109,19 +109,19 @@ void IRinnerboundary1d::createTags() {
   real<&Self::gate_level>("Level of gate bottom, i.e. top of gate opening.")
       .preset("-100.0")
       .unit("[m rel.]")
-      .usedIf("type", gates)
+      .usedIf("type", innerGates)
       .exclusiveWith("gate_level_file");
   seriesFile<&Self::gate_level_file, &Self::gate_level_file_table>(
       "Name of the file containing the evolution of the gate level (i.e. top of gate opening) in time.")
       .preset("unspecified_levelfile.txt")
-      .usedIf("type", gates)
+      .usedIf("type", innerGates)
       .exclusiveWith("gate_level");
   real<&Self::gate_bottom_level>(
       "Level of bottom sill of gate cross section (level for closed gate).")
       .preset("-100.0")
       .unit("[m a.s.l.]")
       .above(0)
-      .usedIf("type", gates);
+      .usedIf("type", innerGates);
   real<&Self::gate_size>(
       "Size of gate is used for definition of the level of the flap; level of the flap = gate_level + gate_size")
       .preset("-100.0")

@@ -38,9 +38,9 @@ std::string_view contentOf(std::string_view card) {
   return "an element has its number, its nodes and its material";
 }
 
-class Check {
+class MeshCheck {
  public:
-  Check(std::string_view text, Mesh mesh, FaultList faults)
+  MeshCheck(std::string_view text, Mesh mesh, FaultList faults)
       : text_(text),
         mesh_(std::move(mesh)),
         nodes_(mesh_.nodeIds),
@@ -442,7 +442,7 @@ std::shared_ptr<const CheckedMesh> checkMesh(std::string_view text) {
     return std::make_shared<CheckedMesh>(
         CheckedMesh{faults.placed(text), MeshNodeIndex({}), MeshNodeIndex({}), {}, {}, {}});
   }
-  return Check(text, Kestrix::readMesh(text, true), std::move(faults)).run();
+  return MeshCheck(text, Kestrix::readMesh(text, true), std::move(faults)).run();
 }
 
 }  // namespace KESTparse

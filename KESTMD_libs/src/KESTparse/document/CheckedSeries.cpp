@@ -14,13 +14,13 @@ namespace {
 
 constexpr std::string_view blanks = " \t\r\v\f";
 
-bool isDigit(char c) {
+bool isFigure(char c) {
   return c >= '0' && c <= '9';
 }
 
-class Check {
+class SeriesCheck {
  public:
-  Check(std::string_view text, const SeriesUse& use) : text_(text), use_(&use) {}
+  SeriesCheck(std::string_view text, const SeriesUse& use) : text_(text), use_(&use) {}
 
   std::vector<PlacedFault> run() {
     if (findForeignText(text_, faults_)) {
@@ -84,7 +84,7 @@ class Check {
     const std::size_t end =
         std::min(text_.find_first_of(" \t\r\v\f\n", std::max(restBegin, begin)), text_.size());
     const Span word{begin, end};
-    const bool isBehindDigit = restBegin > line.begin && isDigit(text_[restBegin - 1]);
+    const bool isBehindDigit = restBegin > line.begin && isFigure(text_[restBegin - 1]);
     if (isBehindDigit && (rest.front() == ',' || rest.front() == ';')) {
       tellSeparator(word, rest);
     } else if (faults_.wants(code::textInSeries)) {
@@ -102,7 +102,7 @@ class Check {
     if (!faults_.wants(code::seriesSeparator)) {
       return;
     }
-    const bool isDecimal = rest.front() == ',' && rest.size() > 1 && isDigit(rest[1]) &&
+    const bool isDecimal = rest.front() == ',' && rest.size() > 1 && isFigure(rest[1]) &&
                            std::count(word.in(text_).begin(), word.in(text_).end(), ',') == 1 &&
                            text_.find(';') == std::string_view::npos;
     const auto at = static_cast<std::size_t>(rest.data() - text_.data());
@@ -225,7 +225,7 @@ class Check {
 }  // namespace
 
 std::vector<PlacedFault> checkSeries(std::string_view text, const SeriesUse& use) {
-  return Check(text, use).run();
+  return SeriesCheck(text, use).run();
 }
 
 bool needsALook(const Kestrix::Table& rows, const SeriesUse& use) {

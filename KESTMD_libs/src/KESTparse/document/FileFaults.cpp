@@ -52,7 +52,7 @@ class LineCounter {
   std::uint32_t line_ = 1;
 };
 
-bool isBlank(char c) {
+bool isGap(char c) {
   return c == ' ' || c == '\t' || c == '\r' || c == '"';
 }
 
@@ -109,14 +109,14 @@ Span wordAt(std::string_view text, std::size_t lineBegin, std::size_t number) {
   const Span line = lineAt(text, lineBegin);
   std::size_t at = line.begin;
   for (std::size_t i = 0;; ++i) {
-    while (at < line.end && isBlank(text[at])) {
+    while (at < line.end && isGap(text[at])) {
       ++at;
     }
     if (at == line.end) {
       return line;
     }
     std::size_t end = at;
-    while (end < line.end && !isBlank(text[end])) {
+    while (end < line.end && !isGap(text[end])) {
       ++end;
     }
     if (i == number) {

@@ -401,12 +401,12 @@ SyntaxTree::SyntaxTree(std::string text, const BlockOracle& mayStand) : text_(st
 
 Span SyntaxTree::valueOf(const SyntaxNode& tag) const {
   Span value = tag.value();
-  const std::string_view blanks = blanked();
-  const auto isGap = [](char c) { return c == ' ' || c == '\t' || c == '\n'; };
-  while (value.begin < value.end && isGap(blanks[value.begin])) {
+  const std::string_view covered = blanked();
+  const auto isBlank = [](char c) { return c == ' ' || c == '\t' || c == '\n'; };
+  while (value.begin < value.end && isBlank(covered[value.begin])) {
     ++value.begin;
   }
-  while (value.end > value.begin && isGap(blanks[value.end - 1])) {
+  while (value.end > value.begin && isBlank(covered[value.end - 1])) {
     --value.end;
   }
   return value;

@@ -13,7 +13,7 @@
 namespace KESTparse {
 namespace {
 
-const TagMessages noMessages;
+const TagMessages noTagMessages;
 
 }  // namespace
 
@@ -159,7 +159,7 @@ bool InputTag::admits(InputTag& /*instance*/) const {
 }
 
 const TagMessages& InputTag::messages() const {
-  return hasMessages_ ? block_->messagesOf(*this) : noMessages;
+  return hasMessages_ ? block_->messagesOf(*this) : noTagMessages;
 }
 
 std::size_t InputTag::getIndex() const {

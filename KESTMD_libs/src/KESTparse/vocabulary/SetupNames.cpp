@@ -226,8 +226,8 @@ const InputTag* SetupNames::meshFor(const Naming& naming, const InputTag& tag) {
       continue;
     }
     for (const InputBlock* const block : blocksAt(*scopes.front(), defined.block.substr(length))) {
-      if (const InputTag* const mesh = KESTparse::tagOf(*block, defined.tag)) {
-        return mesh;
+      if (const InputTag* const found = KESTparse::tagOf(*block, defined.tag)) {
+        return found;
       }
     }
   }
