@@ -1,5 +1,7 @@
 #include "manual/Manual.h"
 
+#include <fmt/format.h>
+
 #include <algorithm>
 #include <cctype>
 #include <fstream>
@@ -381,7 +383,7 @@ class ManualWriter {
       const std::size_t end = page.html.find('"', at);
       const std::string value = page.html.substr(at, end - at);
       html += found;
-      html += found != href ? self + "--" + value : linkInBook(value, self, files);
+      html += found != href ? fmt::format("{}--{}", self, value) : linkInBook(value, self, files);
       at = end;
     }
     return html;

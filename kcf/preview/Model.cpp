@@ -272,6 +272,23 @@ class ModelReader {
     return known == subjectOfFile_.end() ? "files" : known->second;
   }
 
+  /// The part of the page that shows a block; that of the block around it, `outer`, when it has
+  /// none of its own.
+  [[nodiscard]] std::string subjectOf(const SetupBlock& block, const std::string& outer) const {
+    static const std::map<std::string_view, std::string_view> parts{{"KESTCHAIN_1D", "chain"},
+                                                                    {"COUPLINGS", "links"},
+                                                                    {"CONTROLLER", "links"},
+                                                                    {"BEDMATERIAL", "bed"},
+                                                                    {"OUTPUT", "outputs"}};
+    if (const auto series = seriesOf_.find(&block); series != seriesOf_.end()) {
+      return series->second;
+    }
+    if (const auto part = parts.find(block.name); part != parts.end()) {
+      return std::string(part->second);
+    }
+    return Action::isOne(block.name) && outer.empty() ? "actions" : outer;
+  }
+
   /// The part of the page that shows what stands at a line; empty when none does.
   [[nodiscard]] std::string subjectOf(std::size_t line) const {
     std::string subject;
@@ -289,21 +306,8 @@ class ModelReader {
       }
       numPlanes = mesh;
       block = inner;
-      if (block->name == "KESTPLANE_2D") {
-        subject = "mesh-" + std::to_string(numPlanes - 1);
-      } else if (block->name == "KESTCHAIN_1D") {
-        subject = "chain";
-      } else if (block->name == "COUPLINGS" || block->name == "CONTROLLER") {
-        subject = "links";
-      } else if (block->name == "BEDMATERIAL") {
-        subject = "bed";
-      } else if (block->name == "OUTPUT") {
-        subject = "outputs";
-      } else if (Action::isOne(block->name)) {
-        subject = subject.empty() ? "actions" : subject;
-      }
-      const auto series = seriesOf_.find(block);
-      subject = series == seriesOf_.end() ? subject : series->second;
+      subject = block->name == "KESTPLANE_2D" ? "mesh-" + std::to_string(numPlanes - 1)
+                                              : subjectOf(*block, subject);
     }
     return subject == "links" && model_.page["graph"]["nodes"].size() < 2 ? "" : subject;
   }
@@ -389,6 +393,17 @@ class ModelReader {
                                        : spoken(blockName);
   }
 
+  /// Adds to an action what one of its tags says.
+  static void tellOf(const SetupTag& tag, Action& action) {
+    if (tag.name == "type" || tag.name == "name") {
+      return;
+    }
+    const bool isPlace = Action::isPlace(tag.name);
+    std::string& text = isPlace ? action.place : action.by;
+    text += (text.empty() ? "" : ", ") + (isPlace ? "" : tag.name + " ") +
+            utf8(fmt::format("{}", fmt::join(listItems(tag.value), " ")));
+  }
+
   /// All boundaries and sources below `block`.
   void readActions(const SetupBlock& block, const std::string& region,
                    const SetupBlock* regionBlock) {
@@ -408,13 +423,7 @@ class ModelReader {
                     "",
                     child.line};
       for (const SetupTag& tag : child.tags) {
-        if (tag.name == "type" || tag.name == "name") {
-          continue;
-        }
-        const bool isPlace = Action::isPlace(tag.name);
-        std::string& text = isPlace ? action.place : action.by;
-        text += (text.empty() ? "" : ", ") + (isPlace ? "" : tag.name + " ") +
-                utf8(fmt::format("{}", fmt::join(listItems(tag.value), " ")));
+        tellOf(tag, action);
       }
       model_.actions.push_back(std::move(action));
     }
@@ -653,17 +662,22 @@ class ModelReader {
       }
     }
     mesh["strings"] = std::move(strings);
-    mesh["inner"] = ordered_json::array();
+    mesh["inner"] = innerBoundariesOf(block);
+  }
+
+  static ordered_json innerBoundariesOf(const SetupBlock& block) {
+    ordered_json all = ordered_json::array();
     for (const std::string_view path : {"HYDRAULICS", "MORPHOLOGY/BEDLOAD"}) {
       if (const SetupBlock* const holder = block.find(path); holder != nullptr) {
         for (const SetupBlock* inner : holder->all("INNER_BOUNDARY")) {
-          mesh["inner"].push_back({{"type", utf8(inner->value("type"))},
-                                   {"first", utf8(inner->value("string_name1"))},
-                                   {"second", utf8(inner->value("string_name2"))},
-                                   {"field", path == "HYDRAULICS" ? "hydraulics" : "bed load"}});
+          all.push_back({{"type", utf8(inner->value("type"))},
+                         {"first", utf8(inner->value("string_name1"))},
+                         {"second", utf8(inner->value("string_name2"))},
+                         {"field", path == "HYDRAULICS" ? "hydraulics" : "bed load"}});
         }
       }
     }
+    return all;
   }
 
   /// What acts on a string: field, kind and type.
@@ -866,6 +880,13 @@ class ModelReader {
         }
       }
     }
+    addBands(block, chain);
+    readBed(block, region);
+    model_.page["chains"].push_back(std::move(chain));
+  }
+
+  /// What holds along the chain.
+  static void addBands(const SetupBlock& block, ordered_json& chain) {
     if (const SetupBlock* const friction = block.find("HYDRAULICS/FRICTION"); friction != nullptr) {
       chain["bands"].push_back({{"label", "friction (" + utf8(friction->value("type")) + ")"},
                                 {"text", utf8(friction->value("default_friction")) +
@@ -881,8 +902,6 @@ class ModelReader {
       }
       chain["bands"].push_back({{"label", "soils by index"}, {"text", utf8(text)}});
     }
-    readBed(block, region);
-    model_.page["chains"].push_back(std::move(chain));
   }
 
   // The ground.

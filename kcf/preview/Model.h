@@ -61,6 +61,7 @@ struct Region {
   const SetupBlock* block = nullptr;
 };
 
+// NOLINTNEXTLINE(bugprone-exception-escape): a path does not throw when it is moved.
 struct Model {
   std::string title;
   std::filesystem::path path;

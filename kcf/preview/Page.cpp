@@ -598,9 +598,9 @@ std::string filled(std::string_view text, std::size_t size,
 
 /// The data of the page, which the scripts read.
 void appendData(std::string& out, const ordered_json& page, const Model& model) {
-  out += "<script type=\"application/json\" id=\"setup-data\">" + embedded(page) + "</script>\n";
+  out += R"(<script type="application/json" id="setup-data">)" + embedded(page) + "</script>\n";
   for (std::size_t i = 0; i < model.streams.size(); ++i) {
-    out += "<script type=\"text/plain\" id=\"stream-" + std::to_string(i) + "\">";
+    out += R"(<script type="text/plain" id="stream-)" + std::to_string(i) + "\">";
     appendBase64(out, model.streams[i]);
     out += "</script>\n";
   }

@@ -1,5 +1,7 @@
 #include "schema/Schema.h"
 
+#include <fmt/format.h>
+
 #include <algorithm>
 #include <iostream>
 #include <map>
@@ -282,7 +284,8 @@ void Builder::addTags(const InputBlock& block, const std::string& path, ordered_
     }
     const std::string more = supplement_.description(path, tag.getName());
     const std::string own = withSigns(std::string(tag.getDescription()));
-    schema["description"] = own.empty() || more.empty() ? own + more : own + " " + more;
+    schema["description"] =
+        fmt::format("{}{}{}", own, own.empty() || more.empty() ? "" : " ", more);
     if (!tag.getUnit().empty()) {
       schema["unit"] = tag.getUnit();
     }
@@ -354,7 +357,7 @@ class Definitions {
 
   // What is within a repeated schema is the same each time and is replaced once.
   void replace(ordered_json& node, const std::string& name) {
-    for (auto& [key, child] : node.items()) {
+    for (const auto& [key, child] : node.items()) {
       if (!child.is_structured()) {
         continue;
       }

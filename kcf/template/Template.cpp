@@ -239,6 +239,7 @@ Place placeOf(const KestrixInputRoot& root, const std::string& path) {
                                          fmt::join(nearestPaths(root, path), ", ")));
   }
   std::vector<std::string> paths;
+  paths.reserve(found.size());
   for (const Place& place : found) {
     paths.push_back("\n  " + place.path);
   }
@@ -249,6 +250,7 @@ Place placeOf(const KestrixInputRoot& root, const std::string& path) {
 int writeSkeleton(const std::vector<std::string>& paths) {
   const KestrixInputRoot root;
   std::vector<Place> places;
+  places.reserve(paths.size());
   for (const std::string& path : paths) {
     places.push_back(placeOf(root, path));
   }

@@ -18,12 +18,7 @@ Supplement::Supplement() {
       }
       for (const auto& [tags, told] : tellings.items()) {
         for (const std::string& tag : KESTparse::split("|", tags)) {
-          if (told.contains("description")) {
-            descriptions_[{path, tag}] = told["description"];
-          }
-          if (told.contains("choices")) {
-            meanings_[{path, tag}].merge(told["choices"].get<std::map<std::string, std::string>>());
-          }
+          add(path, tag, told);
         }
       }
       for (const auto& [choice, all] : needs.items()) {
@@ -32,6 +27,15 @@ Supplement::Supplement() {
         }
       }
     }
+  }
+}
+
+void Supplement::add(const std::string& path, const std::string& tag, const nlohmann::json& told) {
+  if (told.contains("description")) {
+    descriptions_[{path, tag}] = told["description"];
+  }
+  if (told.contains("choices")) {
+    meanings_[{path, tag}].merge(told["choices"].get<std::map<std::string, std::string>>());
   }
 }
 

@@ -3,6 +3,7 @@
 #pragma once
 
 #include <map>
+#include <nlohmann/json_fwd.hpp>
 #include <string>
 #include <string_view>
 #include <utility>
@@ -30,6 +31,9 @@ class Supplement {
   [[nodiscard]] std::vector<Need> needs(const std::string& path, const std::string& choice) const;
 
  private:
+  /// Takes in what is told of a tag.
+  void add(const std::string& path, const std::string& tag, const nlohmann::json& told);
+
   using TagKey = std::pair<std::string, std::string>;  // path and tag
   std::map<std::string, std::string> blockDescriptions_;
   std::map<TagKey, std::string> descriptions_;
