@@ -125,7 +125,7 @@ Verb setVerb() {
   return {
       "set",
       "Work with command files",
-      "Change tags of a command file by their paths, or make one file for each row of a table",
+      "Change tags by their paths, or make a command file for each row of a table",
       R"(A PATH names a tag and the blocks around it, such as FRICTION/type. Blocks at
 its front may be left out as long as one place is meant. Of blocks that repeat,
 the name or the number stands in brackets: KESTPLANE_2D[reach]/GEOMETRY/file,

@@ -84,7 +84,7 @@ class Extension(tables.Folder):
             told = json.loads(subprocess.run([KCF, "check", "--no-files", "--format", "json", "-"], **options).stdout)
             # What lies around a snippet lacks its content here, and the rules ask for what the snippet names.
             errors = [each for each in told["diagnostics"] if each["severity"] == "error"
-                      and len(around) < each["line"] and "/" not in each["code"]]
+                      and len(around) < each["line"] and "/" not in each["code"] and each["code"] != "unknown-name"]
             self.assertEqual(errors, [], name)
 
     def test_what_is_packed_works(self):

@@ -54,7 +54,7 @@ class Study(unittest.TestCase):
         done = self.run_here("snakemake", "-s", STUDY / "Snakefile", "-d", "study", "--cores", "1", "--config", f"setup={setup}", "batches=100",
                              "--", "checked/7")
         self.assertNotEqual(done.returncode, 0)
-        self.assertIn("10 errors, 20 warnings in 10 files", done.stderr)
+        self.assertRegex(done.stderr, "10 errors, [0-9]+ warnings in 10 files")
         self.assertIn("error[not-a-choice]: 'expp' is none of the choices", (self.folder / "study/checked/7.txt").read_text())
         self.assertFalse((self.folder / "study/checked/7").exists())
 
