@@ -359,6 +359,7 @@ class Fixes(Checks):
         self.assertEqual(run("--fix", "-").returncode, 2)
 
 
+@unittest.skipIf("KESTRIX_SANITIZED" in os.environ, "sanitizers take most of the time")
 class Scale(Checks):
     def test_a_fault_in_each_of_many_lines_takes_linear_time(self):
         def seconds(count):
