@@ -25,8 +25,8 @@ extern "C" int LLVMFuzzerTestOneInput(const std::uint8_t* data, std::size_t size
   static const KESTparse::KestrixInputRoot schema;
   fuzz::beginRun();
   const auto read = [](std::string text) {
-    return std::make_unique<KESTparse::Document>(
-        std::move(text), schema, KESTparse::DocumentOptions{.directory = "."});
+    return std::make_unique<KESTparse::Document>(std::move(text), schema,
+                                                 KESTparse::DocumentOptions{.directory = "."});
   };
   const std::string text(fuzz::asText(data, size));
   const auto before = errorsOf(*read(text));

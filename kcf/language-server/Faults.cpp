@@ -109,16 +109,10 @@ void addFixes(Snapshot& file, const Diagnostic& told, json& actions) {
 }
 
 void addFixAll(Snapshot& file, json& actions) {
-  const Snapshot::Origin& origin = file.origin();
   const std::string& text = file.tree().text();
   const Mended mended = mend(text, [&](std::string content) {
-    KESTparse::DocumentOptions options{.directory = origin.directory,
-                                       .readsFiles = origin.readsFiles,
-                                       .keepsSeries = true,
-                                       .readFiles = origin.memory->known(origin.directory),
-                                       .stop = {}};
     return std::make_unique<KESTparse::Document>(std::move(content), file.session().schema,
-                                                 std::move(options));
+                                                 file.options());
   });
   if (!mended.done.empty()) {
     actions.push_back({{"title", "apply all certain fixes"},

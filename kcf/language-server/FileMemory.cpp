@@ -2,6 +2,7 @@
 
 #include <chrono>
 #include <system_error>
+#include <utility>
 
 namespace kcf::server {
 
@@ -11,39 +12,67 @@ FileMemory::Stamp FileMemory::stampOf(const std::string& directory, const std::s
   return {std::filesystem::last_write_time(whole, none), std::filesystem::file_size(whole, none)};
 }
 
-KESTparse::ReadFiles FileMemory::known(const std::string& directory) {
+namespace {
+
+/// The lists of files, each with its like in `other`.
+template <class Known, class Other, class Step>
+void forEachList(Known& known, Other& other, Step&& step) {
+  step(known.read.meshes, other.read.meshes);
+  step(known.read.solutionTimes, other.read.solutionTimes);
+  step(known.read.series, other.read.series);
+  step(known.checked.meshes, other.checked.meshes);
+  step(known.checked.plainSeries, other.checked.plainSeries);
+}
+
+template <class Content>
+const std::string& pathOf(const std::pair<const std::string, Content>& file) {
+  return file.first;
+}
+const std::string& pathOf(const std::string& file) {
+  return file;
+}
+
+/// Whether something is known of a file at all.
+template <class Content>
+bool isRead(const std::pair<const std::string, Content>& file) {
+  return file.second != nullptr;
+}
+bool isRead(const std::string& /*file*/) {
+  return true;
+}
+
+}  // namespace
+
+KnownFiles FileMemory::known(const std::string& directory) {
   const std::lock_guard lock(mutex_);
-  const auto forgetChanged = [&](auto& files) {
+  forEachList(files_, files_, [&](auto& files, auto& /*same*/) {
     std::erase_if(files, [&](const auto& file) {
-      const auto stamp = stamps_.find(file.first);
-      return stamp == stamps_.end() || stamp->second != stampOf(directory, file.first);
+      const auto stamp = stamps_.find(pathOf(file));
+      return stamp == stamps_.end() || stamp->second != stampOf(directory, pathOf(file));
     });
-  };
-  forgetChanged(files_.meshes);
-  forgetChanged(files_.solutionTimes);
-  forgetChanged(files_.series);
+  });
   return files_;
 }
 
-void FileMemory::learn(const std::string& directory, const KESTparse::ReadFiles& read, Time begin) {
+void FileMemory::learn(const std::string& directory, const KnownFiles& fresh, Time begin) {
   // Within the time that clocks of file systems are coarse, a file may change unseen.
   constexpr std::chrono::milliseconds coarseness{50};
   const std::lock_guard lock(mutex_);
-  const auto keep = [&](auto& files, const auto& fresh) {
-    std::erase_if(files, [&fresh](const auto& file) { return !fresh.contains(file.first); });
-    for (const auto& [path, content] : fresh) {
-      const auto known = files.find(path);
-      const Stamp stamp = stampOf(directory, path);
-      const bool isOld = known != files.end() && known->second == content;
-      if (content != nullptr && !isOld && stamp.changed + coarseness < begin) {
-        files[path] = content;
-        stamps_[path] = stamp;
+  forEachList(files_, fresh, [&](auto& files, const auto& read) {
+    std::erase_if(files, [&](const auto& file) { return !read.contains(pathOf(file)); });
+    for (const auto& file : read) {
+      const auto known = files.find(pathOf(file));
+      const Stamp stamp = stampOf(directory, pathOf(file));
+      const bool isOld = known != files.end() && *known == file;
+      if (isRead(file) && !isOld && stamp.changed + coarseness < begin) {
+        if (known != files.end()) {
+          files.erase(known);
+        }
+        files.insert(file);
+        stamps_[pathOf(file)] = stamp;
       }
     }
-  };
-  keep(files_.meshes, read.meshes);
-  keep(files_.solutionTimes, read.solutionTimes);
-  keep(files_.series, read.series);
+  });
 }
 
 }  // namespace kcf::server

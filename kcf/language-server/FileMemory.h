@@ -9,8 +9,15 @@
 #include <string>
 
 #include "KESTparse/base/GlobalValues.h"
+#include "KESTparse/document/SetupFindings.h"
 
 namespace kcf::server {
+
+/// What was read from files, and what the checker found in them.
+struct KnownFiles {
+  KESTparse::ReadFiles read;
+  KESTparse::CheckedFiles checked;
+};
 
 /// Lets each mesh, series and result file be read once for each change of it. May be used from any
 /// thread.
@@ -19,9 +26,9 @@ class FileMemory {
   using Time = std::filesystem::file_time_type;
 
   /// What is known of files below `directory` that did not change.
-  KESTparse::ReadFiles known(const std::string& directory);
+  KnownFiles known(const std::string& directory);
   /// Keeps what was read since `begin`.
-  void learn(const std::string& directory, const KESTparse::ReadFiles& read, Time begin);
+  void learn(const std::string& directory, const KnownFiles& fresh, Time begin);
 
  private:
   struct Stamp {
@@ -32,7 +39,7 @@ class FileMemory {
   static Stamp stampOf(const std::string& directory, const std::string& path);
 
   std::mutex mutex_;
-  KESTparse::ReadFiles files_;
+  KnownFiles files_;
   std::map<std::string, Stamp, std::less<>> stamps_;
 };
 

@@ -24,14 +24,14 @@ namespace {
 
 constexpr int logError = 1;
 
-/// What stands at a JSON pointer; null where nothing does.
-json at(const json& object, const char* pointer) {
-  const json::json_pointer place(pointer);
+/// What stands below names with slashes between them; null where nothing does.
+json at(const json& object, const std::string& names) {
+  const json::json_pointer place("/" + names);
   return object.contains(place) ? object.at(place) : json();
 }
 
-bool isTrue(const json& object, const char* pointer) {
-  const json found = at(object, pointer);
+bool isTrue(const json& object, const std::string& names) {
+  const json found = at(object, names);
   return found.is_boolean() && found.get<bool>();
 }
 
@@ -83,14 +83,14 @@ void Server::registerLife() {
     if (session_.sendsConfiguration) {
       askConfiguration();
     } else {
-      configure(at(params, "/settings/kcf"));
+      configure(at(params, "settings/kcf"));
     }
   });
   dispatcher_.onNotification("workspace/didChangeWorkspaceFolders", [this](const json& params) {
-    for (const json& removed : at(params, "/event/removed")) {
+    for (const json& removed : at(params, "event/removed")) {
       std::erase(folders_, pathOfUri(removed.at("uri")));
     }
-    for (const json& added : at(params, "/event/added")) {
+    for (const json& added : at(params, "event/added")) {
       folders_.push_back(pathOfUri(added.at("uri")));
     }
   });
@@ -126,8 +126,7 @@ void Server::registerQueries() {
     return definitionOf(file, offsetIn(file, params));
   });
   onQuery("textDocument/references", [offsetIn](Snapshot& file, const json& params) {
-    return referencesOf(file, offsetIn(file, params),
-                        isTrue(params, "/context/includeDeclaration"));
+    return referencesOf(file, offsetIn(file, params), isTrue(params, "context/includeDeclaration"));
   });
   onQuery("textDocument/documentHighlight", [offsetIn](Snapshot& file, const json& params) {
     return highlightsOf(file, offsetIn(file, params));
@@ -196,13 +195,13 @@ void Server::ask(const Query& query, const json& params, const std::shared_ptr<C
 }
 
 json Server::initialize(const json& params) {
-  readClient(at(params, "/capabilities"));
-  configure(at(params, "/initializationOptions"));
-  const json folders = at(params, "/workspaceFolders");
+  readClient(at(params, "capabilities"));
+  configure(at(params, "initializationOptions"));
+  const json folders = at(params, "workspaceFolders");
   for (const json& folder : folders.is_array() ? folders : json::array()) {
     folders_.push_back(pathOfUri(folder.at("uri")));
   }
-  const json root = at(params, "/rootUri");
+  const json root = at(params, "rootUri");
   if (folders_.empty() && root.is_string()) {
     folders_.push_back(pathOfUri(root));
   }
@@ -211,18 +210,18 @@ json Server::initialize(const json& params) {
 }
 
 void Server::readClient(const json& client) {
-  if (holds(at(client, "/general/positionEncodings"), "utf-8")) {
+  if (holds(at(client, "general/positionEncodings"), "utf-8")) {
     session_.encoding = Encoding::utf8;
   }
-  const char* const item = "/textDocument/completion/completionItem";
-  session_.takesSnippets = isTrue(client, (std::string(item) + "/snippetSupport").c_str());
+  const std::string item = "textDocument/completion/completionItem";
+  session_.takesSnippets = isTrue(client, item + "/snippetSupport");
   session_.takesNestedSymbols =
-      isTrue(client, "/textDocument/documentSymbol/hierarchicalDocumentSymbolSupport");
-  session_.takesRelated = isTrue(client, "/textDocument/publishDiagnostics/relatedInformation");
-  session_.takesVersionedEdits = isTrue(client, "/workspace/workspaceEdit/documentChanges");
-  session_.takesProgress = isTrue(client, "/window/workDoneProgress");
-  session_.sendsConfiguration = isTrue(client, "/workspace/configuration");
-  session_.watchesFiles = isTrue(client, "/workspace/didChangeWatchedFiles/dynamicRegistration");
+      isTrue(client, "textDocument/documentSymbol/hierarchicalDocumentSymbolSupport");
+  session_.takesRelated = isTrue(client, "textDocument/publishDiagnostics/relatedInformation");
+  session_.takesVersionedEdits = isTrue(client, "workspace/workspaceEdit/documentChanges");
+  session_.takesProgress = isTrue(client, "window/workDoneProgress");
+  session_.sendsConfiguration = isTrue(client, "workspace/configuration");
+  session_.watchesFiles = isTrue(client, "workspace/didChangeWatchedFiles/dynamicRegistration");
 }
 
 json Server::capabilities() const {
@@ -320,7 +319,7 @@ void Server::change(const json& params) {
   for (const json& each : params.at("contentChanges")) {
     apply(file, each);
   }
-  const json version = at(params, "/textDocument/version");
+  const json version = at(params, "textDocument/version");
   if (version.is_number_integer()) {
     file.version = version.get<std::int64_t>();
   }
@@ -519,7 +518,7 @@ void Server::completeAt(const json& params, const std::shared_ptr<Call>& call) {
   Typing typing = typingAt(params, false);
   // A blank asks for values; in front of a name it is mere indentation.
   if (typing.cursor.stands == Cursor::Stands::inName &&
-      at(params, "/context/triggerCharacter") == " ") {
+      at(params, "context/triggerCharacter") == " ") {
     call->answer(nullptr);
     return;
   }

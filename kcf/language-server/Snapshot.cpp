@@ -78,6 +78,16 @@ const KESTparse::SyntaxTree& Snapshot::tree() {
   return *tree_;
 }
 
+KESTparse::DocumentOptions Snapshot::options() const {
+  KnownFiles known = origin_.memory->known(origin_.directory);
+  return {.directory = origin_.directory,
+          .readsFiles = origin_.readsFiles,
+          .keepsSeries = true,
+          .readFiles = std::move(known.read),
+          .stop = {},
+          .checkedFiles = std::move(known.checked)};
+}
+
 const std::vector<KESTparse::Diagnostic>& Snapshot::check() {
   tree();
   const std::lock_guard lock(checking_);
@@ -86,14 +96,12 @@ const std::vector<KESTparse::Diagnostic>& Snapshot::check() {
   }
   if (!found_) {
     const FileMemory::Time begin = FileMemory::Time::clock::now();
-    KESTparse::Document document(tree_, session_->schema,
-                                 {.directory = origin_.directory,
-                                  .readsFiles = origin_.readsFiles,
-                                  .keepsSeries = true,
-                                  .readFiles = origin_.memory->known(origin_.directory),
-                                  .stop = stop_.get_token()});
+    KESTparse::DocumentOptions options = this->options();
+    options.stop = stop_.get_token();
+    KESTparse::Document document(tree_, session_->schema, std::move(options));
     const auto learn = [&] {
-      origin_.memory->learn(origin_.directory, document.values().readFiles, begin);
+      origin_.memory->learn(origin_.directory,
+                            {document.values().readFiles, document.checkedFiles()}, begin);
     };
     try {
       found_ = document.check();

@@ -45,6 +45,8 @@ class Snapshot {
 
   [[nodiscard]] const Origin& origin() const { return origin_; }
   [[nodiscard]] const Session& session() const { return *session_; }
+  /// How its text, or one made of it, is checked: what is known of its files is not read again.
+  [[nodiscard]] KESTparse::DocumentOptions options() const;
   [[nodiscard]] std::size_t size() const { return size_; }
 
   const KESTparse::SyntaxTree& tree();

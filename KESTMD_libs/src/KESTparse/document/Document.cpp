@@ -1114,9 +1114,8 @@ class Document::Checker {
 std::shared_ptr<const SyntaxTree> Document::readTree(std::string text,
                                                      const KestrixInputRoot& schema) {
   return std::make_shared<const SyntaxTree>(
-      std::move(text), [&schema](const auto& open, std::string_view name) {
-        return mayStand(schema, open, name);
-      });
+      std::move(text),
+      [&schema](const auto& open, std::string_view name) { return mayStand(schema, open, name); });
 }
 
 Document::Document(std::string text, const KestrixInputRoot& schema, DocumentOptions options)
