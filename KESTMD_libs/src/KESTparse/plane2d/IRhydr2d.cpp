@@ -72,20 +72,13 @@ void IRhydr2d::checkRules() {
   for (const auto& [i, j] : equalPairs(bndr_ptrV, &IRbndr2d::string_name)) {
     const IRbndr2d& earlier = *bndr_ptrV[i];
     const IRbndr2d& later = *bndr_ptrV[j];
-    constexpr const char* text =
-        "Two hydraulic boundaries share the same boundary_string_name '{}' Every BOUNDARY needs a unique boundary_string_name assigned.";
-    if (later.hasTag("string_name")) {
-      report(Severity::error, *this,
-             {about<&IRbndr2d::string_name>(later), about<&IRbndr2d::string_name>(earlier)},
-             {"shared-string", "two BOUNDARY blocks stand on the string '{0}'",
-              "give each BOUNDARY a string of its own"},
-             text, later.string_name);
-    } else {
-      report(Severity::error, *this, {about(later), about(earlier)},
-             {"no-string", "more than one BOUNDARY is without a 'string_name'",
-              "name a string of its own for each BOUNDARY"},
-             text, later.string_name);
-    }
+    report(
+        Severity::error, *this,
+        {about<&IRbndr2d::string_name>(later), about<&IRbndr2d::string_name>(earlier)},
+        {"shared-string", "two BOUNDARY blocks stand on the string '{0}'",
+         "give each BOUNDARY a string of its own"},
+        "Two hydraulic boundaries share the same boundary_string_name '{}' Every BOUNDARY needs a unique boundary_string_name assigned.",
+        later.string_name);
   }
   for (const auto& [i, j] : pairsSharingName(innerbndr_ptrV, &IRinnerboundary2d::string_name1,
                                              &IRinnerboundary2d::string_name2)) {
