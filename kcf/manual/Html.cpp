@@ -21,29 +21,6 @@ std::string rendered(std::string_view name, const kainjow::mustache::data& value
   return html;
 }
 
-std::string escaped(std::string_view text) {
-  std::string html;
-  for (const char c : text) {
-    switch (c) {
-      case '&':
-        html += "&amp;";
-        break;
-      case '<':
-        html += "&lt;";
-        break;
-      case '>':
-        html += "&gt;";
-        break;
-      case '"':
-        html += "&quot;";
-        break;
-      default:
-        html += c;
-    }
-  }
-  return html;
-}
-
 std::string prose(std::string_view text) {
   std::string signs = KESTparse::withSigns(std::string(text));
   replaceAll(signs, "<=", "≤");

@@ -8,13 +8,12 @@
 #include <vector>
 
 #include "KESTparse/vocabulary/Places.h"
+#include "Markup.h"
 
 namespace kcf {
 
 /// A template of the pages with its values.
 std::string rendered(std::string_view name, const kainjow::mustache::data& values);
-
-std::string escaped(std::string_view text);
 
 /// A text of the schema, with the signs of a printed text.
 std::string prose(std::string_view text);

@@ -2,31 +2,9 @@
 
 #include <stdexcept>
 
+#include "Markup.h"
+
 namespace kcf {
-namespace {
-
-void appendEscaped(std::string& out, std::string_view text) {
-  for (const char c : text) {
-    switch (c) {
-      case '&':
-        out += "&amp;";
-        break;
-      case '<':
-        out += "&lt;";
-        break;
-      case '>':
-        out += "&gt;";
-        break;
-      case '"':
-        out += "&quot;";
-        break;
-      default:
-        out += c;
-    }
-  }
-}
-
-}  // namespace
 
 Html& Html::open(std::string_view name, Attributes attributes) {
   out_ += '<';
@@ -35,7 +13,7 @@ Html& Html::open(std::string_view name, Attributes attributes) {
     out_ += ' ';
     out_ += key;
     out_ += "=\"";
-    appendEscaped(out_, value);
+    out_ += escaped(value);
     out_ += '"';
   }
   out_ += '>';
@@ -55,7 +33,7 @@ Html& Html::close() {
 }
 
 Html& Html::text(std::string_view text) {
-  appendEscaped(out_, text);
+  out_ += escaped(text);
   return *this;
 }
 

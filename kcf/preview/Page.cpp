@@ -11,6 +11,7 @@
 #include <span>
 #include <string_view>
 
+#include "Markup.h"
 #include "preview/Bytes.h"
 #include "preview/Html.h"
 
@@ -45,10 +46,6 @@ using nlohmann::ordered_json;
 
 std::string_view asset(const char* begin, const char* end) {
   return {begin, static_cast<std::size_t>(end - begin)};
-}
-
-std::string escaped(std::string_view text) {
-  return Html().text(text).take();
 }
 
 std::string duration(double seconds) {
