@@ -209,7 +209,9 @@ class Explanations {
         code.origin == KESTparse::Origin::checker ? ", found by kcf check alone" : "");
     text += paragraph(std::string(code.summary) + ".") + "\n" + paragraph(code.meaning);
     if (!code.example.empty()) {
-      text += "\nExample:\n\n" + indented(code.example);
+      const std::string_view file = code.exampleOf();
+      text += fmt::format("\nExample{}{}:\n\n", file.empty() ? "" : ", in ", file);
+      text += indented(code.example);
     }
     if (!code.mended.empty()) {
       text += "\nMended:\n\n" + indented(code.mended);

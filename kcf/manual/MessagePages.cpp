@@ -72,6 +72,7 @@ data codeData(const ToldCode& code) {
   row.set("summary", std::string(facts.summary));
   row.set("meaning", std::string(facts.meaning));
   row.set("hasExample", data(!facts.example.empty()));
+  row.set("exampleOf", facts.exampleOf().empty() ? "" : ", in " + std::string(facts.exampleOf()));
   row.set("example", std::string(facts.example));
   row.set("hasMended", data(!facts.mended.empty()));
   row.set("mended", std::string(facts.mended));
@@ -182,7 +183,8 @@ std::string rulesHtml(const InputBlock& block, const std::string& page, const st
 std::vector<ToldCode> toldCodes(const KESTparse::KestrixInputRoot& root) {
   std::vector<ToldCode> codes;
   for (const CodeFacts& facts : KESTparse::codeFacts()) {
-    codes.push_back({&facts, stopIn(facts.example, root)});
+    codes.push_back(
+        {&facts, facts.exampleOf().empty() ? stopIn(facts.example, root) : std::string()});
   }
   return codes;
 }

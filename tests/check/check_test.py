@@ -7,6 +7,7 @@ import json
 import os
 import pty
 import re
+import shutil
 import subprocess
 import sys
 import tempfile
@@ -379,13 +380,18 @@ class Explained(Checks):
         for code in listed:
             text = run(code, verb="explain").stdout.decode()
             self.assertTrue(text.startswith(code + " ("), text)
-            pieces = dict(re.findall(r"^(Example|Mended):\n\n((?:    .*\n)+)", text, re.M))
-            for kind, piece in pieces.items():
-                self.write("x.kcf", re.sub("^    ", "", piece, flags=re.M))
-                found = codes(self.checked("x.kcf"))
+            pieces = re.findall(r"^(Example|Mended)(?:, in a (mesh|series))?:\n\n((?:    .*\n)+)", text, re.M)
+            of = pieces[0][1] if pieces else ""
+            for kind, _, piece in pieces:
+                piece = re.sub("^    ", "", piece, flags=re.M)
+                # A setup of which the mesh, or the series of a boundary, is replaced by the piece.
+                shutil.copytree(PROJECT / "tests/check/setup", self.folder, dirs_exist_ok=True)
+                name = {"": "x.kcf", "mesh": "reach.2dm", "series": "inflow.txt"}[of]
+                self.write(name, piece)
+                found = codes(self.checked("setup.kcf" if of else name))
                 self.assertEqual(code in found, kind == "Example", (code, kind, found))
                 shown += 1
-        self.assertGreater(shown, 40)
+        self.assertGreater(shown, 90)
 
     def test_all_rules_of_the_sources_are_told(self):
         words = re.compile(r'\{\s*"([a-z0-9-]+)"(?:,(?:\s*"[^" ]* (?:[^"\\]|\\.)*")+){2}\s*\}')

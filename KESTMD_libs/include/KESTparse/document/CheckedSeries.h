@@ -7,6 +7,7 @@
 #include <string_view>
 #include <vector>
 
+#include "KESTcore/Mesh.h"
 #include "KESTcore/Table.h"
 #include "KESTparse/document/FileFaults.h"
 
@@ -24,6 +25,10 @@ struct SeriesUse {
   std::string_view quantity = "value";
   double least = -std::numeric_limits<double>::infinity();
   double greatest = std::numeric_limits<double>::infinity();
+  /// Whether the first row is a zero and behind it the numbers of the nodes that the columns are
+  /// about.
+  bool namesNodes = false;
+  const Kestrix::MeshNodeIndex* nodes = nullptr;  ///< those of the mesh; null when not known
 };
 
 /// What is wrong in the series `text`. The first fault for which the library refuses to read it, if

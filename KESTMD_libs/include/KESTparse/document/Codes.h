@@ -80,6 +80,7 @@ inline constexpr std::string_view seriesOrder = "series-order";
 inline constexpr std::string_view seriesEndsEarly = "series-ends-early";
 inline constexpr std::string_view seriesBeginsLate = "series-begins-late";
 inline constexpr std::string_view impossibleValue = "impossible-value";
+inline constexpr std::string_view rowOfNodes = "row-of-nodes";
 
 // Encodings and line ends.
 inline constexpr std::string_view foreignEncoding = "foreign-encoding";
@@ -100,8 +101,13 @@ struct CodeFacts {
   Origin origin = Origin::converter;
   std::string_view summary;  ///< one line, without a full stop
   std::string_view meaning;  ///< a paragraph
-  std::string_view example;  ///< a piece of a command file that has it; empty where none shows it
+  std::string_view example;  ///< a piece of a file that has it; empty where none shows it
   std::string_view mended;   ///< the same without it
+
+  /// What `example` is a piece of, such as "a mesh"; empty for a command file.
+  [[nodiscard]] std::string_view exampleOf() const {
+    return group == "Meshes" ? "a mesh" : group == "Series" ? "a series" : "";
+  }
 };
 
 /// The kinds of diagnostics that are no rules of blocks, group by group.

@@ -124,6 +124,10 @@ class SeriesCheck {
     if (columns_ == 0) {
       columns_ = row_.size();
       firstRow_ = row_.front();
+      if (use_->namesNodes) {
+        checkNodes();
+        return;
+      }
     } else if (row_.size() != columns_) {
       if (faults_.wants(code::unequalRows)) {
         const Span at = row_.size() > columns_ ? row_[columns_].at : row_.back().at;
@@ -138,8 +142,30 @@ class SeriesCheck {
     }
     checkArgument();
     checkValues();
+    begin_ = rows_ == 0 ? row_.front() : begin_;
     lastRow_ = row_.front();
     ++rows_;
+  }
+
+  void checkNodes() {
+    if (row_.front().value != 0) {
+      static_cast<void>(faults_.wants(code::rowOfNodes));
+      faults_.add({code::rowOfNodes, row_.front().at,
+                   fmt::format("the first row begins with {} instead of 0", row_.front().value),
+                   "begin the file with a row of 0 and the numbers of the nodes that move"});
+      hasForeignHead_ = true;
+      return;
+    }
+    for (std::size_t i = 1; use_->nodes != nullptr && i < row_.size(); ++i) {
+      const Extracted<int> node = extractInt(row_[i].at.in(text_));
+      const bool isWhole = node.ok && node.consumed == row_[i].at.end - row_[i].at.begin;
+      if ((!isWhole || use_->nodes->find(node.value) == Kestrix::MeshNodeIndex::none) &&
+          faults_.wants(code::unknownNode)) {
+        faults_.add({code::unknownNode, row_[i].at,
+                     fmt::format("the mesh has no node {}", row_[i].at.in(text_)),
+                     "name in the first row, behind the 0, nodes of the mesh that move"});
+      }
+    }
   }
 
   static std::string counted(std::size_t numbers) {
@@ -179,7 +205,7 @@ class SeriesCheck {
       addAtFront(code::emptySeries, "the series is empty",
                  "write a row for each time: the time, and behind it the value");
     }
-    if (rows_ == 0 || hasStrayText_ || faults_.has(code::unequalRows)) {
+    if (rows_ == 0 || hasStrayText_ || hasForeignHead_ || faults_.has(code::unequalRows)) {
       return;
     }
     if (columns_ == 1) {
@@ -195,10 +221,10 @@ class SeriesCheck {
                                lastRow_.value, *use_->end),
                    "add rows up to there: behind the last row its values stay as they are"});
     }
-    if (use_->begin && firstRow_.value > *use_->begin && faults_.wants(code::seriesBeginsLate)) {
-      faults_.add({code::seriesBeginsLate, firstRow_.at,
+    if (use_->begin && begin_.value > *use_->begin && faults_.wants(code::seriesBeginsLate)) {
+      faults_.add({code::seriesBeginsLate, begin_.at,
                    fmt::format("the series begins at {} s, but the simulation at {} s",
-                               firstRow_.value, *use_->begin),
+                               begin_.value, *use_->begin),
                    "add a row for the start: in front of the first row its values hold"});
     }
   }
@@ -215,11 +241,13 @@ class SeriesCheck {
   std::vector<Number> row_;
   std::size_t columns_ = 0;
   std::size_t rows_ = 0;  // of the length of the first
-  Number firstRow_{};     // the arguments of the first and the last row
+  Number firstRow_{};     // the first number of all
+  Number begin_{};        // the arguments of the first and the last of these rows
   Number lastRow_{};
   bool hasText_ = false;
   bool hasRows_ = false;
   bool hasStrayText_ = false;
+  bool hasForeignHead_ = false;
 };
 
 }  // namespace
@@ -229,7 +257,7 @@ std::vector<PlacedFault> checkSeries(std::string_view text, const SeriesUse& use
 }
 
 bool needsALook(const Kestrix::Table& rows, const SeriesUse& use) {
-  if (rows.empty() || rows[0].size() < 2) {
+  if (rows.empty() || rows[0].size() < 2 || use.namesNodes) {
     return true;
   }
   const double first = rows[0][0];

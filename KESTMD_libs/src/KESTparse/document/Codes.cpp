@@ -525,8 +525,22 @@ DOMAIN {
      .group = "Values",
      .summary = "A value does not tell a position",
      .meaning = "The tag takes a place in another region in the form that the help shows.",
-     .example = "",
-     .mended = ""},
+     .example = R"(DOMAIN {
+  CONTROLLER {
+    MANIPULATED_VARIABLE {
+      position = main_weir
+    }
+  }
+}
+)",
+     .mended = R"(DOMAIN {
+  CONTROLLER {
+    MANIPULATED_VARIABLE {
+      position = river.main_weir
+    }
+  }
+}
+)"},
     {.name = code::notAList,
      .group = "Values",
      .summary = "A value is not a list",
@@ -555,15 +569,49 @@ DOMAIN {
      .group = "Values",
      .summary = "A list has too few or too many items",
      .meaning = "The tag takes a list of a certain number of items, which the message names.",
-     .example = "",
-     .mended = ""},
+     .example = R"(DOMAIN {
+  KESTPLANE_2D {
+    OUTPUT {
+      SPECIAL_OUTPUT {
+        value_range = ( 3.5 )
+      }
+    }
+  }
+}
+)",
+     .mended = R"(DOMAIN {
+  KESTPLANE_2D {
+    OUTPUT {
+      SPECIAL_OUTPUT {
+        value_range = ( 0.0 3.5 )
+      }
+    }
+  }
+}
+)"},
     {.name = code::listNameTwice,
      .group = "Values",
      .summary = "A name stands twice in a list of named lists",
      .meaning = "Each name of such a list has one list of numbers. Remove one of them, or give it "
                 "another name.",
-     .example = "",
-     .mended = ""},
+     .example = R"(DOMAIN {
+  CONTROLLER {
+    MONITORED_VARIABLE {
+      coefficients = crest:( 0.5 0.01 0 )
+      coefficients = crest:( 0.4 0.01 0 )
+    }
+  }
+}
+)",
+     .mended = R"(DOMAIN {
+  CONTROLLER {
+    MONITORED_VARIABLE {
+      coefficients = crest:( 0.5 0.01 0 )
+      coefficients = gate:( 0.4 0.01 0 )
+    }
+  }
+}
+)"},
     {.name = code::missingFile,
      .group = "Files",
      .summary = "A file that is named does not exist",
@@ -584,13 +632,6 @@ DOMAIN {
      .group = "Files",
      .summary = "A file that is named cannot be opened",
      .meaning = "The file exists, but the user who runs the program may not read it.",
-     .example = "",
-     .mended = ""},
-    {.name = code::unequalRows,
-     .group = "Files",
-     .summary = "The lines of a time series have different numbers of columns",
-     .meaning = "Each line of a time series has as many numbers as the first one. Empty lines and "
-                "half lines at the end are frequent causes.",
      .example = "",
      .mended = ""},
     {.name = code::stopped,
@@ -626,8 +667,14 @@ DOMAIN {
      .meaning = "The file holds no lines 'ND' or no lines 'E3T' or 'E4Q' that could be "
                 "read. It may be another file than the one that is meant, or one that "
                 "was cut off.",
-     .example = "",
-     .mended = ""},
+     .example = R"(MESH2D
+)",
+     .mended = R"(MESH2D
+E3T 1 1 2 3 1
+ND 1 0.0 0.0 412.5
+ND 2 5.0 0.0 412.4
+ND 3 5.0 5.0 412.4
+)"},
     {.name = code::unreadableMeshLine,
      .group = "Meshes",
      .origin = Origin::checker,
@@ -635,39 +682,80 @@ DOMAIN {
      .meaning = "The line begins as a node, an element or a node string, but holds a "
                 "word in place of a number, a decimal comma, or fewer numbers than it "
                 "needs.",
-     .example = "",
-     .mended = ""},
+     .example = R"(E3T 1 1 2 3
+ND 1 0.0 0.0 412.5
+ND 2 5.0 0.0 412.4
+ND 3 5.0 5.0 412.4
+)",
+     .mended = R"(E3T 1 1 2 3 1
+ND 1 0.0 0.0 412.5
+ND 2 5.0 0.0 412.4
+ND 3 5.0 5.0 412.4
+)"},
     {.name = code::secondNode,
      .group = "Meshes",
      .origin = Origin::checker,
      .summary = "Two nodes of a mesh have the same number",
      .meaning = "Elements and node strings name nodes by their numbers, so that each "
                 "node needs a number of its own.",
-     .example = "",
-     .mended = ""},
+     .example = R"(E3T 1 1 2 3 1
+ND 1 0.0 0.0 412.5
+ND 2 5.0 0.0 412.4
+ND 2 5.0 5.0 412.4
+)",
+     .mended = R"(E3T 1 1 2 3 1
+ND 1 0.0 0.0 412.5
+ND 2 5.0 0.0 412.4
+ND 3 5.0 5.0 412.4
+)"},
     {.name = code::unknownNode,
      .group = "Meshes",
      .origin = Origin::checker,
-     .summary = "An element, a node string or a connection names a node that is not there",
+     .summary =
+         "An element, a node string, a connection or a moving bed names a node that is not there",
      .meaning = "The mesh has no line 'ND' with that number. A part of the file may be "
                 "missing, or the numbers of the nodes were changed.",
-     .example = "",
-     .mended = ""},
+     .example = R"(E3T 1 1 2 7 1
+ND 1 0.0 0.0 412.5
+ND 2 5.0 0.0 412.4
+ND 3 5.0 5.0 412.4
+)",
+     .mended = R"(E3T 1 1 2 3 1
+ND 1 0.0 0.0 412.5
+ND 2 5.0 0.0 412.4
+ND 3 5.0 5.0 412.4
+)"},
     {.name = code::repeatedNode,
      .group = "Meshes",
      .origin = Origin::checker,
      .summary = "An element names a node twice",
      .meaning = "The corners of an element are different nodes.",
-     .example = "",
-     .mended = ""},
+     .example = R"(E3T 1 1 2 2 1
+ND 1 0.0 0.0 412.5
+ND 2 5.0 0.0 412.4
+ND 3 5.0 5.0 412.4
+)",
+     .mended = R"(E3T 1 1 2 3 1
+ND 1 0.0 0.0 412.5
+ND 2 5.0 0.0 412.4
+ND 3 5.0 5.0 412.4
+)"},
     {.name = code::flatElement,
      .group = "Meshes",
      .origin = Origin::checker,
      .summary = "An element has no area",
      .meaning = "The corners of the element lie on one line or at one place. Water "
                 "cannot stand on it.",
-     .example = "",
-     .mended = ""},
+     .example = R"(E3T 1 1 2 3 1
+ND 1 0.0 0.0 412.5
+ND 2 5.0 0.0 412.4
+ND 3 10.0 0.0 412.4
+)",
+     .mended = R"(E3T 1 1 2 3 1
+ND 1 0.0 0.0 412.5
+ND 2 5.0 0.0 412.4
+ND 3 5.0 5.0 412.4
+)"},
     {.name = code::turnedElement,
      .group = "Meshes",
      .severity = Severity::warning,
@@ -676,8 +764,20 @@ DOMAIN {
      .meaning = "The corners of most elements of the mesh are named counter-clockwise, "
                 "those of this one clockwise, or the other way round. Some programs "
                 "compute a negative area from it.",
-     .example = "",
-     .mended = ""},
+     .example = R"(E3T 1 1 2 3 1
+E3T 2 1 4 3 1
+ND 1 0.0 0.0 412.5
+ND 2 5.0 0.0 412.4
+ND 3 5.0 5.0 412.4
+ND 4 0.0 5.0 412.6
+)",
+     .mended = R"(E3T 1 1 2 3 1
+E3T 2 1 3 4 1
+ND 1 0.0 0.0 412.5
+ND 2 5.0 0.0 412.4
+ND 3 5.0 5.0 412.4
+ND 4 0.0 5.0 412.6
+)"},
     {.name = code::sharedPlace,
      .group = "Meshes",
      .severity = Severity::warning,
@@ -685,23 +785,50 @@ DOMAIN {
      .summary = "Two nodes of a mesh lie at one place",
      .meaning = "Elements that meet there but name different nodes are not connected, so "
                 "that no water flows between them.",
-     .example = "",
-     .mended = ""},
+     .example = R"(E3T 1 1 2 3 1
+E3T 2 1 5 4 1
+ND 1 0.0 0.0 412.5
+ND 2 5.0 0.0 412.4
+ND 3 5.0 5.0 412.4
+ND 4 0.0 5.0 412.6
+ND 5 5.0 5.0 412.4
+)",
+     .mended = R"(E3T 1 1 2 3 1
+E3T 2 1 3 4 1
+ND 1 0.0 0.0 412.5
+ND 2 5.0 0.0 412.4
+ND 3 5.0 5.0 412.4
+ND 4 0.0 5.0 412.6
+)"},
     {.name = code::idleNode,
      .group = "Meshes",
      .severity = Severity::warning,
      .origin = Origin::checker,
      .summary = "A node belongs to no element",
      .meaning = "The node has no effect. It may be left over, or an element is missing.",
-     .example = "",
-     .mended = ""},
+     .example = R"(E3T 1 1 2 3 1
+ND 1 0.0 0.0 412.5
+ND 2 5.0 0.0 412.4
+ND 3 5.0 5.0 412.4
+ND 4 0.0 5.0 412.6
+)",
+     .mended = R"(E3T 1 1 2 3 1
+ND 1 0.0 0.0 412.5
+ND 2 5.0 0.0 412.4
+ND 3 5.0 5.0 412.4
+)"},
     {.name = code::emptySeries,
      .group = "Series",
      .origin = Origin::checker,
      .summary = "A series has no rows",
      .meaning = "The file is empty, or holds comments alone.",
-     .example = "",
-     .mended = ""},
+     .example = R"(# time [s], discharge [m3/s]
+)",
+     .mended = R"(# time [s], discharge [m3/s]
+0 12.5
+600 14.0
+7200 14.0
+)"},
     {.name = code::textInSeries,
      .group = "Series",
      .origin = Origin::checker,
@@ -709,8 +836,16 @@ DOMAIN {
      .meaning = "Each row of a series is made of numbers, with blanks between them. What "
                 "stands behind '#' or '//' is a comment; a heading needs one of them in "
                 "front.",
-     .example = "",
-     .mended = ""},
+     .example = R"(time discharge
+0 12.5
+600 14.0
+7200 14.0
+)",
+     .mended = R"(# time discharge
+0 12.5
+600 14.0
+7200 14.0
+)"},
     {.name = code::seriesSeparator,
      .group = "Series",
      .origin = Origin::checker,
@@ -718,16 +853,41 @@ DOMAIN {
      .meaning = "A point is the decimal mark, and blanks or tabs stand between the "
                 "numbers of a row. Tables are often saved with commas or semicolons in "
                 "their place; of such a row only the beginning is read.",
-     .example = "",
-     .mended = ""},
+     .example = R"(0 12,5
+600 14,0
+7200 14,0
+)",
+     .mended = R"(0 12.5
+600 14.0
+7200 14.0
+)"},
+    {.name = code::unequalRows,
+     .group = "Series",
+     .summary = "The lines of a time series have different numbers of columns",
+     .meaning = "Each line of a time series has as many numbers as the first one. Empty lines and "
+                "half lines at the end are frequent causes.",
+     .example = R"(0 12.5
+600 14.0 13.5
+7200 14.0
+)",
+     .mended = R"(0 12.5
+600 14.0
+7200 14.0
+)"},
     {.name = code::oneColumn,
      .group = "Series",
      .origin = Origin::checker,
      .summary = "A series has one column",
      .meaning = "A row holds the time, or what the values depend on, and behind it at "
                 "least one value.",
-     .example = "",
-     .mended = ""},
+     .example = R"(12.5
+14.0
+14.0
+)",
+     .mended = R"(0 12.5
+600 14.0
+7200 14.0
+)"},
     {.name = code::seriesOrder,
      .group = "Series",
      .origin = Origin::checker,
@@ -735,8 +895,14 @@ DOMAIN {
      .meaning = "Each row has a later time than the row above it, since values in "
                 "between are worked out from the two. The same holds for levels and "
                 "discharges in the first column.",
-     .example = "",
-     .mended = ""},
+     .example = R"(0 12.5
+7200 14.0
+600 14.0
+)",
+     .mended = R"(0 12.5
+600 14.0
+7200 14.0
+)"},
     {.name = code::seriesEndsEarly,
      .group = "Series",
      .severity = Severity::warning,
@@ -744,16 +910,26 @@ DOMAIN {
      .summary = "A series ends before the simulation does",
      .meaning = "Behind the last row its values stay as they are up to the end, "
                 "'total_run_time'.",
-     .example = "",
-     .mended = ""},
+     .example = R"(0 12.5
+600 14.0
+)",
+     .mended = R"(0 12.5
+600 14.0
+7200 14.0
+)"},
     {.name = code::seriesBeginsLate,
      .group = "Series",
      .severity = Severity::warning,
      .origin = Origin::checker,
      .summary = "A series begins after the simulation does",
      .meaning = "In front of the first row its values hold from the start on.",
-     .example = "",
-     .mended = ""},
+     .example = R"(600 14.0
+7200 14.0
+)",
+     .mended = R"(0 12.5
+600 14.0
+7200 14.0
+)"},
     {.name = code::impossibleValue,
      .group = "Series",
      .severity = Severity::warning,
@@ -762,6 +938,21 @@ DOMAIN {
      .meaning = "Discharges that flow in, widths and the like are not negative, and a "
                 "concentration lies between 0 and 1. The sign, the unit or the column "
                 "may be another one.",
+     .example = R"(0 -12.5
+600 14.0
+7200 14.0
+)",
+     .mended = R"(0 12.5
+600 14.0
+7200 14.0
+)"},
+    {.name = code::rowOfNodes,
+     .group = "Series",
+     .origin = Origin::checker,
+     .summary = "The first row of a moving bed does not begin with 0",
+     .meaning = "The file of a MOVABLE_BED begins with a row of 0 and the numbers of the "
+                "nodes that move. Each row below holds a time and the elevations of these "
+                "nodes at that time.",
      .example = "",
      .mended = ""},
     {.name = code::silencesNothing,

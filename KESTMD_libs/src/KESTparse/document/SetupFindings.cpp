@@ -79,8 +79,7 @@ constexpr SeriesMeaning seriesMeanings[] = {
      ofConcentrations},
     {"/DOMAIN/KESTCHAIN_1D/MORPHOLOGY/SOURCE/EXTERNAL_SOURCE", "file", "bed_load_function",
      ofNothingKnown},
-    // Its first row holds the numbers of nodes.
-    {"/DOMAIN/KESTPLANE_2D/GEOMETRY/MOVABLE_BED", "file", "", ofNothingKnown},
+    {"/DOMAIN/KESTPLANE_2D/GEOMETRY/MOVABLE_BED", "file", "", {.namesNodes = true}},
     {"/DOMAIN/KESTPLANE_2D/HYDRAULICS/BOUNDARY", "file", "hydrograph", ofDischarges},
     {"/DOMAIN/KESTPLANE_2D/HYDRAULICS/BOUNDARY", "file", "hqrelation coupling_hqrelation",
      ofLevels},
@@ -550,6 +549,11 @@ class Finder {
     }
     if (use.argument == "time") {
       setTimes(use, regionAround(block));
+    }
+    if (use.namesNodes) {
+      const InputTag* const file = tagOf(*block.getActualParent(), "file");
+      const CheckedMesh* const mesh = file == nullptr ? nullptr : meshAt(file->getRawText());
+      use.nodes = mesh == nullptr || mesh->materials.empty() ? nullptr : &mesh->nodes;
     }
     return use;
   }

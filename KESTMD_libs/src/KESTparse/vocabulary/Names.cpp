@@ -100,6 +100,18 @@ constexpr Naming elementsOf(std::string_view block, std::string_view tags) {
           .thing = NamedThing::element};
 }
 
+/// The tag `ids`, whose numbers are those of nodes or of elements by the type of the output.
+constexpr Naming rangeOf(std::string_view block, std::string_view noun, NamedThing thing,
+                         std::string_view type) {
+  return {.block = block,
+          .tags = "ids",
+          .noun = noun,
+          .defined = mesh,
+          .part = NamePart::items,
+          .thing = thing,
+          .onlyForType = type};
+}
+
 constexpr Naming interfacesOf(std::string_view block, std::span<const DefiningTag> defined) {
   return {.block = block,
           .tags = interfaces,
@@ -182,6 +194,10 @@ constexpr Naming namings[] = {
     nodesOf("/DOMAIN/KESTPLANE_2D/OUTPUT/SPECIAL_OUTPUT", "node_ids"),
     {"/DOMAIN/KESTPLANE_2D/OUTPUT/SPECIAL_OUTPUT", "edge_ids", "node", mesh, NamePart::ends,
      NamedThing::node},
+    rangeOf("/DOMAIN/KESTPLANE_2D/OUTPUT/SPECIAL_OUTPUT", "node", NamedThing::node,
+            "node_centered"),
+    rangeOf("/DOMAIN/KESTPLANE_2D/OUTPUT/SPECIAL_OUTPUT", "element", NamedThing::element,
+            "element_centered"),
     elementsOf("/DOMAIN/KESTPLANE_2D/HYDRAULICS/SOURCE/EXTERNAL_SOURCE", "element_ids"),
     elementsOf("/DOMAIN/KESTPLANE_2D/MORPHOLOGY/SUSPENDED_LOAD/SOURCE/EXTERNAL_SOURCE",
                "element_ids"),
@@ -191,6 +207,7 @@ constexpr Naming namings[] = {
 
     // Subsurface regions
     {"/DOMAIN/KESTSUB/MATERIAL/SOIL_DEF", "zone", "ZONE", zones},
+    materialsOf("/DOMAIN/KESTSUB/BOUNDARY", "material_index"),
 
     // Couplings
     {"/DOMAIN/COUPLINGS/COUPLING",

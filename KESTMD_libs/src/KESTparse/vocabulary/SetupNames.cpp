@@ -225,10 +225,10 @@ const InputTag* SetupNames::meshFor(const Naming& naming, const InputTag& tag) {
     if (scopes.size() != 1) {
       continue;
     }
-    for (const InputBlock* const block : blocksAt(*scopes.front(), defined.block.substr(length))) {
-      if (const InputTag* const found = KESTparse::tagOf(*block, defined.tag)) {
-        return found;
-      }
+    // Of several regions any may be meant.
+    const Scopes blocks = blocksAt(*scopes.front(), defined.block.substr(length));
+    if (blocks.size() == 1) {
+      return KESTparse::tagOf(*blocks.front(), defined.tag);
     }
   }
   return nullptr;
