@@ -5,6 +5,7 @@
 INPUT is a function of this file. Numbers and names are of usual length and the same in each run.
 """
 
+import random
 import sys
 from pathlib import Path
 
@@ -68,14 +69,17 @@ def number_list(folder, count):
 
 
 def mesh(folder, elements, strings=200):
-    nodes = elements // 2
+    """Squares of two triangles each, in rows."""
+    columns = 1000
     with open(folder / "g.2dm", "w") as out:
         out.write("MESH2D\n")
         for i in range(elements):
-            node = 1 + i // 2
-            out.write(f"E3T {i + 1} {node} {node + 1} {node + 1000 + i % 2} {1 + i % 5}\n")
-        for i in range(nodes):
-            out.write(f"ND {i + 1} {600000 + i % 1000}.250 {200000 + i // 1000}.500 {400 + i % 37}.125\n")
+            row, column = divmod(i // 2, columns - 1)
+            node = row * columns + column + 1
+            others = f"{node + 1} {node + 1001}" if i % 2 == 0 else f"{node + 1001} {node + 1000}"
+            out.write(f"E3T {i + 1} {node} {others} {1 + i % 2}\n")
+        for i in range((row + 2) * columns):
+            out.write(f"ND {i + 1} {600000 + i % columns}.250 {200000 + i // columns}.500 {400 + i % 37}.125\n")
         for i in range(strings):
             out.write(f"NS {i + 1} {i + 2} {i + 3} -{i + 4} s{i + 3}\n")
     definitions = "".join(f"      STRINGDEF {{\n        name = s{i + 3}\n        upstream_direction = left\n      }}\n"
@@ -83,6 +87,14 @@ def mesh(folder, elements, strings=200):
     setup = example("first-region")
     (folder / "setup.kcf").write_text(
         setup[:setup.index("      STRINGDEF")] + definitions + setup[setup.index("    }\n    HYDRAULICS"):])
+
+
+def shuffled_mesh(folder, elements):
+    """The mesh with its nodes and elements in any order."""
+    mesh(folder, elements)
+    lines = (folder / "g.2dm").read_text().splitlines(keepends=True)[1:]
+    random.Random(1).shuffle(lines)
+    (folder / "g.2dm").write_text("MESH2D\n" + "".join(lines))
 
 
 def series(folder, rows, files=26):
