@@ -15,6 +15,7 @@
 #include "KESTcore/Mesh.h"
 #include "KESTparse/base/Conversions.h"
 #include "KESTparse/base/Files.h"
+#include "KESTparse/document/CheckedMesh.h"
 #include "KESTparse/document/Document.h"
 #include "KESTparse/root/KestrixInputRoot.h"
 #include "KESTparse/vocabulary/TagTraits.h"
@@ -135,12 +136,17 @@ class ModelReader {
   }
 
   Model run() {
-    const std::string& text = contentOf(model_.path);
-    model_.text = utf8(text);
-    KESTparse::Document document(text, *model_.schema, {.directory = folder_.string()});
-    model_.setup = readSetup(document.syntax(), document.lines(), *model_.schema);
+    const std::string* const text = textAt(model_.path);
+    if (text == nullptr) {
+      throw std::runtime_error("'" + model_.path.string() + "' cannot be read");
+    }
+    model_.text = utf8(*text);
+    const auto tree = KESTparse::Document::readTree(*text, *model_.schema);
+    const KESTparse::LineTable lines(tree->text());
+    model_.setup = readSetup(*tree, lines, *model_.schema);
+    readMeshes();
     // The check reads files of its own, which takes a while.
-    auto check = std::async(std::launch::async, [&document] { return document.check(); });
+    auto check = std::async(std::launch::async, [this, &tree] { return findingsOf(tree); });
     model_.files.push_back(
         describe(utf8(model_.path.filename().string()), "the command file", model_.path));
     const SetupBlock* const project = model_.setup->find("PROJECT");
@@ -162,7 +168,7 @@ class ModelReader {
            1, "");
     }
     finishFiles();
-    addDiagnostics(check.get(), document.lines());
+    addDiagnostics(check.get(), lines);
     return std::move(model_);
   }
 
@@ -172,21 +178,52 @@ class ModelReader {
     return std::filesystem::path(name).is_absolute() ? std::filesystem::path(name) : folder_ / name;
   }
 
-  /// The text of a file that must be there.
-  const std::string& contentOf(const std::filesystem::path& path) {
-    KESTparse::FileText text = KESTparse::readFile(path.string());
-    if (!text.wasRead) {
-      throw std::runtime_error("'" + path.string() + "' cannot be read");
+  /// The text of the file at `path`, which is read once; null when it cannot be read.
+  const std::string* textAt(const std::filesystem::path& path) {
+    const auto [it, isNew] = contents_.try_emplace(path.string());
+    KESTparse::FileText& text = it->second;
+    if (isNew) {
+      model_.watched.push_back(path);
+      text = KESTparse::readFile(path.string());
     }
-    return keep(path, std::move(text.content));
+    if (isNew && text.wasRead) {
+      hashes_.emplace(path.string(), std::async(std::launch::async,
+                                                [&text] { return hex(sha256(text.content)); }));
+    }
+    return text.wasRead ? &text.content : nullptr;
   }
 
-  const std::string& keep(const std::filesystem::path& path, std::string content) {
-    model_.watched.push_back(path);
-    const std::string& kept = contents_.emplace(path.string(), std::move(content)).first->second;
-    hashes_.emplace(path.string(),
-                    std::async(std::launch::async, [&kept] { return hex(sha256(kept)); }));
-    return kept;
+  /// The tag of a 2D region that names its mesh; null when there is none.
+  static const SetupTag* meshTagOf(const SetupBlock& plane) {
+    const SetupBlock* const geometry = plane.find("GEOMETRY");
+    return geometry == nullptr ? nullptr : geometry->tag("file");
+  }
+
+  /// Reads the meshes before all else, since the check looks into them, too.
+  void readMeshes() {
+    const SetupBlock* const domain = model_.setup->find("DOMAIN");
+    for (const SetupBlock* plane :
+         domain == nullptr ? std::vector<const SetupBlock*>() : domain->all("KESTPLANE_2D")) {
+      const SetupTag* const file = meshTagOf(*plane);
+      const std::string* const text = file == nullptr ? nullptr : textAt(resolved(file->value));
+      if (text != nullptr) {
+        const auto [it, isNew] = meshes_.try_emplace(text);
+        if (isNew) {
+          it->second = Kestrix::readMesh(*text, true);
+        }
+        meshNames_.emplace(KESTparse::Document::pathOf(file->value, folder_.string()), text);
+      }
+    }
+  }
+
+  /// All that the checker finds. Runs beside the reading, and looks at nothing that changes.
+  [[nodiscard]] std::vector<KESTparse::Diagnostic> findingsOf(
+      const std::shared_ptr<const KESTparse::SyntaxTree>& tree) const {
+    KESTparse::DocumentOptions options{.directory = folder_.string()};
+    for (const auto& [name, text] : meshNames_) {
+      options.checkedFiles.meshes.emplace(name, KESTparse::checkMesh(*text, meshes_.at(text)));
+    }
+    return KESTparse::Document(tree, *model_.schema, std::move(options)).check();
   }
 
   /// The text of a file that the setup names; null when it cannot be read, which is told.
@@ -194,25 +231,21 @@ class ModelReader {
                            const std::string& subject) {
     const std::filesystem::path path = resolved(tag.value);
     subjectOfFile_.emplace(path.lexically_normal(), subject);
-    const auto known = contents_.find(path.string());
-    if (known != contents_.end()) {
-      return &known->second;
-    }
-    KESTparse::FileText text = KESTparse::readFile(path.string());
-    if (!text.wasRead) {
-      model_.watched.push_back(path);
+    const std::string* const text = textAt(path);
+    if (text == nullptr) {
       tell(Severity::error, "the file '" + tag.value + "' of " + whereOf(block) + " cannot be read",
            "names count from the folder '" + folder_.string() + "'", tag.line, subject);
-      return nullptr;
     }
-    return &keep(path, std::move(text.content));
+    return text;
   }
 
   NamedFile describe(const std::string& name, const std::string& usedBy,
                      const std::filesystem::path& path) {
-    NamedFile file{name, usedBy, contents_.contains(path.string()), 0, path.string()};
+    const auto known = contents_.find(path.string());
+    NamedFile file{name, usedBy, known != contents_.end() && known->second.wasRead, 0,
+                   path.string()};
     if (file.exists) {
-      file.size = contents_.at(path.string()).size();
+      file.size = known->second.content.size();
     } else {
       std::error_code fault;
       const auto size = std::filesystem::file_size(path, fault);
@@ -547,12 +580,12 @@ class ModelReader {
                          {"subject", "mesh-" + std::to_string(model_.page["meshes"].size())},
                          {"label", region.name}};
     const std::string subject = mesh["subject"];
-    const SetupBlock* const geometry = block.find("GEOMETRY");
-    const SetupTag* const file = geometry == nullptr ? nullptr : geometry->tag("file");
+    const SetupTag* const file = meshTagOf(block);
     std::set<std::string> names;
     if (file != nullptr) {
       mesh["file"] = utf8(file->value);
-      if (const std::string* const text = named(*geometry, *file, subject); text != nullptr) {
+      if (const std::string* const text = named(*block.find("GEOMETRY"), *file, subject);
+          text != nullptr) {
         addMesh(*text, file->value, mesh, block, names);
         addOutputSizes(region, mesh);
       }
@@ -578,7 +611,7 @@ class ModelReader {
 
   void addMesh(const std::string& text, const std::string& fileName, ordered_json& mesh,
                const SetupBlock& block, std::set<std::string>& names) {
-    const Kestrix::Mesh read = Kestrix::readMesh(text);
+    const Kestrix::Mesh& read = meshes_.at(&text);
     const Kestrix::MeshNodeIndex index(read.nodeIds);
     PackedMesh packed = packMesh(read, index);
     const std::string subject = mesh["subject"];
@@ -1178,7 +1211,9 @@ class ModelReader {
   Model model_;
   std::map<const SetupBlock*, std::string> seriesOf_;           // what shows the series of a block
   std::map<std::filesystem::path, std::string> subjectOfFile_;  // what shows the content of a file
-  std::map<std::string, std::string> contents_;
+  std::map<std::string, KESTparse::FileText> contents_;         // by paths
+  std::map<const std::string*, Kestrix::Mesh> meshes_;          // by their texts
+  std::map<std::string, const std::string*> meshNames_;  // their texts, as the check opens them
   std::map<std::string, std::future<std::string>> hashes_;
 };
 

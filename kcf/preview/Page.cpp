@@ -47,10 +47,6 @@ std::string_view asset(const char* begin, const char* end) {
   return {begin, static_cast<std::size_t>(end - begin)};
 }
 
-std::string escaped(std::string_view text) {
-  return Html().text(text).take();
-}
-
 std::string duration(double seconds) {
   constexpr double minute = 60;
   constexpr double hour = 3600;
@@ -642,11 +638,14 @@ std::string pageOf(const Model& model, const std::string& stampName, const std::
   const auto text = [](std::string part) -> Filling {
     return [part = std::move(part)](std::string& out) { out += part; };
   };
+  const auto escapedText = [&text](std::string_view part) {
+    return text(Html().text(part).take());
+  };
   return filled(asset(kcf_page, kcf_page_end), size,
-                {{"policy", text(escaped(policy))},
-                 {"title", text(escaped(page["title"].get<std::string>()))},
+                {{"policy", escapedText(policy)},
+                 {"title", escapedText(page["title"].get<std::string>())},
                  {"style", text(style)},
-                 {"subtitle", text(escaped("Setup preview of " + model.files.front().name))},
+                 {"subtitle", escapedText("Setup preview of " + model.files.front().name)},
                  {"navigation", text(sections.takeNavigation())},
                  {"sections", text(sections.takeSections())},
                  {"version", text(KESTRIX_VERSION)},

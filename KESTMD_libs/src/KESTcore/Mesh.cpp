@@ -1,9 +1,12 @@
 #include "KESTcore/Mesh.h"
 
 #include <algorithm>
+#include <array>
 #include <charconv>
 #include <cmath>
 #include <cstring>
+#include <future>
+#include <thread>
 #include <utility>
 
 namespace Kestrix {
@@ -29,14 +32,42 @@ class Line {
   }
 
   /// Reads the next word as a number; false, and nothing is taken, when it is none.
-  template <class Number>
-  bool number(Number& value) {
+  bool number(std::int32_t& value) {
     skip();
-    const char* const begin = here_ + (here_ != end_ && *here_ == '+' ? 1 : 0);
-    const auto [stop, error] = std::from_chars(begin, end_, value);
-    if (error != std::errc{} || (stop != end_ && !isSeparator(*stop))) {
-      return false;
+    const char* stop = here_;
+    const std::uint64_t digits = digitsFrom(stop);
+    constexpr std::ptrdiff_t most = 9;
+    const bool isPlain = stop != here_ && stop - here_ <= most && isEnd(stop);
+    if (!isPlain) {
+      return unusual(value);
     }
+    value = static_cast<std::int32_t>(digits);
+    here_ = stop;
+    return true;
+  }
+
+  bool number(double& value) {
+    skip();
+    const bool isNegative = here_ != end_ && *here_ == '-';
+    const char* const begin = here_ + (isNegative ? 1 : 0);
+    const char* stop = begin;
+    std::uint64_t digits = digitsFrom(stop);
+    std::size_t decimals = 0;
+    if (stop != begin && stop != end_ && *stop == '.') {
+      const char* const point = ++stop;
+      digits = digitsFrom(stop, digits);
+      decimals = static_cast<std::size_t>(stop - point);
+    }
+    // So few digits and the power of ten are exact, and their quotient is the nearest number.
+    constexpr std::ptrdiff_t most = 15;
+    constexpr std::array powers{1e0, 1e1, 1e2,  1e3,  1e4,  1e5,  1e6, 1e7,
+                                1e8, 1e9, 1e10, 1e11, 1e12, 1e13, 1e14};
+    const bool isPlain = stop != begin && stop - begin <= most && isEnd(stop);
+    if (!isPlain) {
+      return unusual(value);
+    }
+    value = static_cast<double>(digits) / powers[decimals];
+    value = isNegative ? -value : value;
     here_ = stop;
     return true;
   }
@@ -53,17 +84,50 @@ class Line {
     }
   }
 
+  [[nodiscard]] bool isEnd(const char* place) const { return place == end_ || isSeparator(*place); }
+
+  /// Takes digits from `place` on, which moves behind them, and puts them behind those of `value`.
+  std::uint64_t digitsFrom(const char*& place, std::uint64_t value = 0) const {
+    constexpr unsigned base = 10;
+    while (place != end_ && static_cast<unsigned char>(*place - '0') < base) {
+      value = value * base + static_cast<unsigned char>(*place++ - '0');
+    }
+    return value;
+  }
+
+  template <class Number>
+  bool unusual(Number& value) {
+    const char* const begin = here_ + (here_ != end_ && *here_ == '+' ? 1 : 0);
+    const auto [stop, error] = std::from_chars(begin, end_, value);
+    if (error != std::errc{} || !isEnd(stop)) {
+      return false;
+    }
+    here_ = stop;
+    return true;
+  }
+
   const char* here_;
   const char* end_;
 };
 
+template <class T>
+void append(std::vector<T>& list, std::vector<T> tail) {
+  if (list.empty()) {
+    list = std::move(tail);
+  } else {
+    list.insert(list.end(), tail.begin(), tail.end());
+  }
+}
+
+/// Reads a part of a text, which begins and ends between lines, but for the node strings: they run
+/// over lines, and are few.
 class Reading {
  public:
   Reading(std::string_view text, bool withPlaces) : text_(text), withPlaces_(withPlaces) {}
 
-  Mesh run() {
-    const char* const end = text_.data() + text_.size();
-    for (const char* begin = text_.data(); begin != end;) {
+  void readLines(std::size_t from, std::size_t to) {
+    const char* const end = text_.data() + to;
+    for (const char* begin = text_.data() + from; begin != end;) {
       const auto* const feed =
           static_cast<const char*>(std::memchr(begin, '\n', static_cast<std::size_t>(end - begin)));
       const char* const stop = feed == nullptr ? end : feed;
@@ -74,7 +138,36 @@ class Reading {
       }
       begin = feed == nullptr ? end : feed + 1;
     }
+  }
+
+  /// Adds what was read of the next part.
+  void join(Reading next) {
+    for (MeshSideNode& side : next.mesh_.sideNodes) {
+      side.element += static_cast<std::uint32_t>(mesh_.elementIds.size());
+    }
+    append(mesh_.nodeIds, std::move(next.mesh_.nodeIds));
+    append(mesh_.nodes, std::move(next.mesh_.nodes));
+    append(mesh_.elementIds, std::move(next.mesh_.elementIds));
+    append(mesh_.corners, std::move(next.mesh_.corners));
+    append(mesh_.materials, std::move(next.mesh_.materials));
+    append(mesh_.sideNodes, std::move(next.mesh_.sideNodes));
+    append(mesh_.faults, std::move(next.mesh_.faults));
+    append(mesh_.nodePlaces, std::move(next.mesh_.nodePlaces));
+    append(mesh_.elementPlaces, std::move(next.mesh_.elementPlaces));
+    append(stringLines_, std::move(next.stringLines_));
+  }
+
+  /// The mesh, when all parts are joined.
+  Mesh finish() {
+    for (const std::string_view line : stringLines_) {
+      place_ = static_cast<std::size_t>(line.data() - text_.data());
+      if (!readString(Line(line.data(), line.data() + line.size()))) {
+        mesh_.faults.push_back({place_});
+      }
+    }
     endString({});
+    std::sort(mesh_.faults.begin(), mesh_.faults.end(),
+              [](const MeshFault& a, const MeshFault& b) { return a.place < b.place; });
     return std::move(mesh_);
   }
 
@@ -92,7 +185,8 @@ class Reading {
       return readElement<3, 1>(line);
     }
     if (card == "NS") {
-      return readString(line);
+      stringLines_.push_back(text_.substr(place_, length_));
+      return true;
     }
     if (card == "E6T") {
       return readElement<3, 2>(line);
@@ -174,7 +268,8 @@ class Reading {
     return true;
   }
 
-  bool readString(Line& line) {
+  bool readString(Line line) {
+    line.word();
     std::int32_t id = 0;
     while (line.number(id)) {
       if (id == INT32_MIN) {
@@ -212,6 +307,7 @@ class Reading {
   bool withPlaces_;
   std::size_t place_ = 0;
   std::size_t length_ = 0;  // of the line at hand
+  std::vector<std::string_view> stringLines_;
   std::vector<std::int32_t> stringIds_;
   std::size_t stringPlace_ = 0;
   Mesh mesh_;
@@ -220,7 +316,28 @@ class Reading {
 }  // namespace
 
 Mesh readMesh(std::string_view text, bool withPlaces) {
-  return Reading(text, withPlaces).run();
+  constexpr std::size_t leastPart = 1 << 20;
+  const std::size_t parts = std::max<std::size_t>(
+      std::min<std::size_t>(text.size() / leastPart, std::thread::hardware_concurrency()), 1);
+  const auto beginOf = [text, parts](std::size_t part) {
+    const std::size_t about = text.size() / parts * part;
+    const std::size_t feed = part == parts ? std::string_view::npos : text.find('\n', about);
+    return part == 0 ? 0 : feed == std::string_view::npos ? text.size() : feed + 1;
+  };
+  const auto read = [&](std::size_t part) {
+    Reading reading(text, withPlaces);
+    reading.readLines(beginOf(part), beginOf(part + 1));
+    return reading;
+  };
+  std::vector<std::future<Reading>> others;
+  for (std::size_t part = 1; part < parts; ++part) {
+    others.push_back(std::async(std::launch::async, read, part));
+  }
+  Reading reading = read(0);
+  for (std::future<Reading>& other : others) {
+    reading.join(other.get());
+  }
+  return reading.finish();
 }
 
 MeshPosition meshPosition(std::string_view text, std::size_t offset) {

@@ -40,9 +40,9 @@ std::string_view contentOf(std::string_view card) {
 
 class MeshCheck {
  public:
-  MeshCheck(std::string_view text, Mesh mesh, FaultList faults)
+  MeshCheck(std::string_view text, const Mesh& mesh, FaultList faults)
       : text_(text),
-        mesh_(std::move(mesh)),
+        mesh_(mesh),
         nodes_(mesh_.nodeIds),
         isUsed_(mesh_.nodes.size(), 0),
         faults_(std::move(faults)) {}
@@ -426,7 +426,7 @@ class MeshCheck {
   };
 
   std::string_view text_;
-  Mesh mesh_;
+  const Mesh& mesh_;
   MeshNodeIndex nodes_;
   std::vector<char> isUsed_;
   Sense counterClockwise_;
@@ -437,12 +437,16 @@ class MeshCheck {
 }  // namespace
 
 std::shared_ptr<const CheckedMesh> checkMesh(std::string_view text) {
+  return checkMesh(text, Kestrix::readMesh(text, true));
+}
+
+std::shared_ptr<const CheckedMesh> checkMesh(std::string_view text, const Mesh& mesh) {
   FaultList faults;
   if (!findForeignText(text, faults)) {
     return std::make_shared<CheckedMesh>(
         CheckedMesh{faults.placed(text), MeshNodeIndex({}), MeshNodeIndex({}), {}, {}, {}});
   }
-  return MeshCheck(text, Kestrix::readMesh(text, true), std::move(faults)).run();
+  return MeshCheck(text, mesh, std::move(faults)).run();
 }
 
 }  // namespace KESTparse
