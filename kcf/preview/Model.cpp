@@ -136,7 +136,7 @@ class ModelReader {
   }
 
   Model run() {
-    const std::string* const text = textAt(model_.path);
+    const auto text = textAt(model_.path);
     if (text == nullptr) {
       throw std::runtime_error("'" + model_.path.string() + "' cannot be read");
     }
@@ -178,19 +178,43 @@ class ModelReader {
     return std::filesystem::path(name).is_absolute() ? std::filesystem::path(name) : folder_ / name;
   }
 
-  /// The text of the file at `path`, which is read once; null when it cannot be read.
-  const std::string* textAt(const std::filesystem::path& path) {
-    const auto [it, isNew] = contents_.try_emplace(path.string());
-    KESTparse::FileText& text = it->second;
-    if (isNew) {
+  /// A file that was read.
+  struct ReadFile {
+    std::uint64_t size = 0;
+    std::weak_ptr<const std::string> text;  ///< gone once nobody needs it
+    std::future<std::string> hash;          ///< worked out beside all else
+  };
+
+  /// A mesh with the text that it stands in.
+  struct ReadMesh {
+    std::shared_ptr<const std::string> text;
+    Kestrix::Mesh mesh;
+  };
+
+  /// The text of the file at `path`; null when it cannot be read.
+  std::shared_ptr<const std::string> textAt(const std::filesystem::path& path) {
+    const auto known = files_.find(path.string());
+    if (known != files_.end() && !known->second.text.expired()) {
+      return known->second.text.lock();
+    }
+    KESTparse::FileText read = KESTparse::readFile(path.string());
+    if (known == files_.end()) {
       model_.watched.push_back(path);
-      text = KESTparse::readFile(path.string());
     }
-    if (isNew && text.wasRead) {
-      hashes_.emplace(path.string(), std::async(std::launch::async,
-                                                [&text] { return hex(sha256(text.content)); }));
+    if (!read.wasRead) {
+      return nullptr;
     }
-    return text.wasRead ? &text.content : nullptr;
+    const auto text = std::make_shared<const std::string>(std::move(read.content));
+    if (known != files_.end()) {
+      known->second.text = text;
+      return text;
+    }
+    // The text is given up when it is hashed, and not with the hash.
+    files_[path.string()] = {text->size(), text,
+                             std::async(std::launch::async, [hashed = text]() mutable {
+                               return hex(sha256(*std::exchange(hashed, nullptr)));
+                             })};
+    return text;
   }
 
   /// The tag of a 2D region that names its mesh; null when there is none.
@@ -205,13 +229,14 @@ class ModelReader {
     for (const SetupBlock* plane :
          domain == nullptr ? std::vector<const SetupBlock*>() : domain->all("KESTPLANE_2D")) {
       const SetupTag* const file = meshTagOf(*plane);
-      const std::string* const text = file == nullptr ? nullptr : textAt(resolved(file->value));
+      const std::filesystem::path path = file == nullptr ? "" : resolved(file->value);
+      const auto text = file == nullptr ? nullptr : textAt(path);
       if (text != nullptr) {
-        const auto [it, isNew] = meshes_.try_emplace(text);
+        const auto [it, isNew] = meshes_.try_emplace(path.string());
         if (isNew) {
-          it->second = Kestrix::readMesh(*text, true);
+          it->second = {text, Kestrix::readMesh(*text, true)};
         }
-        meshNames_.emplace(KESTparse::Document::pathOf(file->value, folder_.string()), text);
+        meshNames_.emplace(KESTparse::Document::pathOf(file->value, folder_.string()), &it->second);
       }
     }
   }
@@ -219,19 +244,19 @@ class ModelReader {
   /// All that the checker finds. Runs beside the reading, and looks at nothing that changes.
   [[nodiscard]] std::vector<KESTparse::Diagnostic> findingsOf(
       const std::shared_ptr<const KESTparse::SyntaxTree>& tree) const {
-    KESTparse::DocumentOptions options{.directory = folder_.string()};
-    for (const auto& [name, text] : meshNames_) {
-      options.checkedFiles.meshes.emplace(name, KESTparse::checkMesh(*text, meshes_.at(text)));
+    KESTparse::DocumentOptions options{.directory = folder_.string(), .keepsSeries = true};
+    for (const auto& [name, read] : meshNames_) {
+      options.checkedFiles.meshes.emplace(name, KESTparse::checkMesh(*read->text, read->mesh));
     }
     return KESTparse::Document(tree, *model_.schema, std::move(options)).check();
   }
 
   /// The text of a file that the setup names; null when it cannot be read, which is told.
-  const std::string* named(const SetupBlock& block, const SetupTag& tag,
-                           const std::string& subject) {
+  std::shared_ptr<const std::string> named(const SetupBlock& block, const SetupTag& tag,
+                                           const std::string& subject) {
     const std::filesystem::path path = resolved(tag.value);
     subjectOfFile_.emplace(path.lexically_normal(), subject);
-    const std::string* const text = textAt(path);
+    auto text = textAt(path);
     if (text == nullptr) {
       tell(Severity::error, "the file '" + tag.value + "' of " + whereOf(block) + " cannot be read",
            "names count from the folder '" + folder_.string() + "'", tag.line, subject);
@@ -241,11 +266,10 @@ class ModelReader {
 
   NamedFile describe(const std::string& name, const std::string& usedBy,
                      const std::filesystem::path& path) {
-    const auto known = contents_.find(path.string());
-    NamedFile file{name, usedBy, known != contents_.end() && known->second.wasRead, 0,
-                   path.string()};
+    const auto known = files_.find(path.string());
+    NamedFile file{name, usedBy, known != files_.end(), 0, path.string()};
     if (file.exists) {
-      file.size = known->second.content.size();
+      file.size = known->second.size;
     } else {
       std::error_code fault;
       const auto size = std::filesystem::file_size(path, fault);
@@ -261,11 +285,11 @@ class ModelReader {
     for (NamedFile& file : model_.files) {
       const std::string path = std::exchange(file.sha256, "");
       if (!known.contains(path)) {
-        const auto it = hashes_.find(path);
+        const auto it = files_.find(path);
         const KESTparse::FileText text =
-            it == hashes_.end() && file.exists ? KESTparse::readFile(path) : KESTparse::FileText();
-        known[path] = it != hashes_.end() ? it->second.get()
-                                          : (text.wasRead ? hex(sha256(text.content)) : "");
+            it == files_.end() && file.exists ? KESTparse::readFile(path) : KESTparse::FileText();
+        known[path] = it != files_.end() ? it->second.hash.get()
+                                         : (text.wasRead ? hex(sha256(text.content)) : "");
       }
       file.sha256 = known[path];
     }
@@ -584,9 +608,12 @@ class ModelReader {
     std::set<std::string> names;
     if (file != nullptr) {
       mesh["file"] = utf8(file->value);
-      if (const std::string* const text = named(*block.find("GEOMETRY"), *file, subject);
-          text != nullptr) {
-        addMesh(*text, file->value, mesh, block, names);
+      // A file that has come only now is read when it is looked at again.
+      const auto read = named(*block.find("GEOMETRY"), *file, subject) == nullptr
+                            ? meshes_.end()
+                            : meshes_.find(resolved(file->value).string());
+      if (read != meshes_.end()) {
+        addMesh(read->second, file->value, mesh, block, names);
         addOutputSizes(region, mesh);
       }
     } else {
@@ -609,9 +636,9 @@ class ModelReader {
     }
   }
 
-  void addMesh(const std::string& text, const std::string& fileName, ordered_json& mesh,
+  void addMesh(const ReadMesh& file, const std::string& fileName, ordered_json& mesh,
                const SetupBlock& block, std::set<std::string>& names) {
-    const Kestrix::Mesh& read = meshes_.at(&text);
+    const Kestrix::Mesh& read = file.mesh;
     const Kestrix::MeshNodeIndex index(read.nodeIds);
     PackedMesh packed = packMesh(read, index);
     const std::string subject = mesh["subject"];
@@ -644,7 +671,7 @@ class ModelReader {
            "they are not drawn", 0, subject);
     }
     for (const Kestrix::MeshFault& fault : read.faults) {
-      const Kestrix::MeshPosition at = Kestrix::meshPosition(text, fault.place);
+      const Kestrix::MeshPosition at = Kestrix::meshPosition(*file.text, fault.place);
       model_.notices.push_back(
           {Severity::error,
            fmt::format(
@@ -1012,7 +1039,7 @@ class ModelReader {
       // A controller's files belong to no region.
       addFile(describe(utf8(tag.value), utf8(whereOf(block)), resolved(tag.value)));
     }
-    if (const std::string* const text = named(block, tag, subject); text != nullptr) {
+    if (const auto text = named(block, tag, subject); text != nullptr) {
       const Series series = readSeries(*text);
       describeSeries(series, entry, region, block, tag);
     }
@@ -1211,10 +1238,10 @@ class ModelReader {
   Model model_;
   std::map<const SetupBlock*, std::string> seriesOf_;           // what shows the series of a block
   std::map<std::filesystem::path, std::string> subjectOfFile_;  // what shows the content of a file
-  std::map<std::string, KESTparse::FileText> contents_;         // by paths
-  std::map<const std::string*, Kestrix::Mesh> meshes_;          // by their texts
-  std::map<std::string, const std::string*> meshNames_;  // their texts, as the check opens them
-  std::map<std::string, std::future<std::string>> hashes_;
+  std::map<std::string, ReadFile> files_;                       // by paths
+  std::map<std::string, ReadMesh> meshes_;                      // by paths
+  std::map<std::string, const ReadMesh*>
+      meshNames_;  // by the paths under which the check opens them
 };
 
 }  // namespace

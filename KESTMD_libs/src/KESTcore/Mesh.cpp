@@ -1,13 +1,14 @@
 #include "KESTcore/Mesh.h"
 
 #include <algorithm>
-#include <array>
 #include <charconv>
 #include <cmath>
 #include <cstring>
 #include <future>
 #include <thread>
 #include <utility>
+
+#include "KESTcore/PlainNumbers.h"
 
 namespace Kestrix {
 namespace {
@@ -32,42 +33,18 @@ class Line {
   }
 
   /// Reads the next word as a number; false, and nothing is taken, when it is none.
-  bool number(std::int32_t& value) {
+  template <class Number>
+  bool number(Number& value) {
     skip();
-    const char* stop = here_;
-    const std::uint64_t digits = digitsFrom(stop);
-    constexpr std::ptrdiff_t most = 9;
-    const bool isPlain = stop != here_ && stop - here_ <= most && isEnd(stop);
-    if (!isPlain) {
-      return unusual(value);
+    const char* stop = readPlainNumber(here_, end_, value);
+    if (stop == nullptr || !isEnd(stop)) {
+      const char* const begin = here_ + (here_ != end_ && *here_ == '+' ? 1 : 0);
+      const auto [end, error] = std::from_chars(begin, end_, value);
+      if (error != std::errc{} || !isEnd(end)) {
+        return false;
+      }
+      stop = end;
     }
-    value = static_cast<std::int32_t>(digits);
-    here_ = stop;
-    return true;
-  }
-
-  bool number(double& value) {
-    skip();
-    const bool isNegative = here_ != end_ && *here_ == '-';
-    const char* const begin = here_ + (isNegative ? 1 : 0);
-    const char* stop = begin;
-    std::uint64_t digits = digitsFrom(stop);
-    std::size_t decimals = 0;
-    if (stop != begin && stop != end_ && *stop == '.') {
-      const char* const point = ++stop;
-      digits = digitsFrom(stop, digits);
-      decimals = static_cast<std::size_t>(stop - point);
-    }
-    // So few digits and the power of ten are exact, and their quotient is the nearest number.
-    constexpr std::ptrdiff_t most = 15;
-    constexpr std::array powers{1e0, 1e1, 1e2,  1e3,  1e4,  1e5,  1e6, 1e7,
-                                1e8, 1e9, 1e10, 1e11, 1e12, 1e13, 1e14};
-    const bool isPlain = stop != begin && stop - begin <= most && isEnd(stop);
-    if (!isPlain) {
-      return unusual(value);
-    }
-    value = static_cast<double>(digits) / powers[decimals];
-    value = isNegative ? -value : value;
     here_ = stop;
     return true;
   }
@@ -85,26 +62,6 @@ class Line {
   }
 
   [[nodiscard]] bool isEnd(const char* place) const { return place == end_ || isSeparator(*place); }
-
-  /// Takes digits from `place` on, which moves behind them, and puts them behind those of `value`.
-  std::uint64_t digitsFrom(const char*& place, std::uint64_t value = 0) const {
-    constexpr unsigned base = 10;
-    while (place != end_ && static_cast<unsigned char>(*place - '0') < base) {
-      value = value * base + static_cast<unsigned char>(*place++ - '0');
-    }
-    return value;
-  }
-
-  template <class Number>
-  bool unusual(Number& value) {
-    const char* const begin = here_ + (here_ != end_ && *here_ == '+' ? 1 : 0);
-    const auto [stop, error] = std::from_chars(begin, end_, value);
-    if (error != std::errc{} || !isEnd(stop)) {
-      return false;
-    }
-    here_ = stop;
-    return true;
-  }
 
   const char* here_;
   const char* end_;
@@ -351,11 +308,18 @@ MeshNodeIndex::MeshNodeIndex(std::span<const std::int32_t> ids) {
   if (ids.empty()) {
     return;
   }
+  const auto isGap = [](std::int64_t id, std::int64_t next) { return next != id + 1; };
+  if (std::adjacent_find(ids.begin(), ids.end(), isGap) == ids.end()) {
+    first_ = ids.front();
+    count_ = ids.size();
+    return;
+  }
   const auto [lowest, highest] = std::minmax_element(ids.begin(), ids.end());
   first_ = *lowest;
   const auto range = static_cast<std::size_t>(std::int64_t{*highest} - first_ + 1);
   constexpr std::size_t sparse = 8;
   if (range <= sparse * ids.size()) {
+    count_ = range;
     places_.assign(range, none);
     for (std::size_t i = ids.size(); i-- > 0;) {
       places_[static_cast<std::size_t>(ids[i] - first_)] = static_cast<std::uint32_t>(i);

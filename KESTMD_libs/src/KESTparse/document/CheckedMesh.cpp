@@ -44,7 +44,7 @@ class MeshCheck {
       : text_(text),
         mesh_(mesh),
         nodes_(mesh_.nodeIds),
-        isUsed_(mesh_.nodes.size(), 0),
+        isUsed_(mesh_.nodes.size(), false),
         faults_(std::move(faults)) {}
 
   std::shared_ptr<const CheckedMesh> run() {
@@ -117,7 +117,7 @@ class MeshCheck {
     for (std::uint32_t i = 0; i < mesh_.nodeIds.size(); ++i) {
       const std::uint32_t first = nodes_.find(mesh_.nodeIds[i]);
       if (first != i) {
-        isUsed_[i] = 1;
+        isUsed_[i] = true;
         if (faults_.wants(code::secondNode)) {
           faults_.add({code::secondNode,
                        nodeAt(i),
@@ -169,7 +169,7 @@ class MeshCheck {
         isWhole = false;
         tellUnknown(element, k);
       } else {
-        isUsed_[places[k]] = 1;
+        isUsed_[places[k]] = true;
       }
     }
     if (isWhole) {
@@ -268,7 +268,7 @@ class MeshCheck {
     for (const Kestrix::MeshSideNode& side : mesh_.sideNodes) {
       const std::uint32_t place = nodes_.find(side.nodeId);
       if (place != MeshNodeIndex::none) {
-        isUsed_[place] = 1;
+        isUsed_[place] = true;
       } else if (faults_.wants(code::unknownNode)) {
         addUnknown(numberAt(mesh_.elementPlaces[side.element], side.nodeId, 2),
                    fmt::format("the element {}", mesh_.elementIds[side.element]), side.nodeId);
@@ -307,10 +307,11 @@ class MeshCheck {
     for (std::size_t i = 0; i < count; ++i) {
       const std::size_t place = placeOf(i);
       const std::uint64_t bit = std::uint64_t{1} << (place % bitsOfWord);
-      const bool isAgain = (taken[place / bitsOfWord] & bit) != 0;
-      again[place / bitsOfWord] |= isAgain ? bit : 0;
+      if ((taken[place / bitsOfWord] & bit) != 0) {
+        again[place / bitsOfWord] |= bit;
+        isAnyAgain = true;
+      }
       taken[place / bitsOfWord] |= bit;
-      isAnyAgain = isAnyAgain || isAgain;
     }
     std::unordered_multimap<std::size_t, std::uint32_t> candidates;
     for (std::uint32_t i = 0; isAnyAgain && i < count; ++i) {
@@ -359,7 +360,7 @@ class MeshCheck {
       return;
     }
     for (std::size_t i = 0; i < isUsed_.size(); ++i) {
-      if (isUsed_[i] == 0 && faults_.wants(code::idleNode)) {
+      if (!isUsed_[i] && faults_.wants(code::idleNode)) {
         faults_.add({code::idleNode, nodeAt(i),
                      fmt::format("the node {} belongs to no element", mesh_.nodeIds[i]),
                      "remove it, or add the element that it is a corner of"});
@@ -428,7 +429,7 @@ class MeshCheck {
   std::string_view text_;
   const Mesh& mesh_;
   MeshNodeIndex nodes_;
-  std::vector<char> isUsed_;
+  std::vector<bool> isUsed_;
   Sense counterClockwise_;
   Sense clockwise_;
   FaultList faults_;
