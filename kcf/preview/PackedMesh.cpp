@@ -6,12 +6,14 @@
 #include <limits>
 #include <numeric>
 
+#include "KESTcore/LargeLists.h"
 #include "preview/Bytes.h"
 
 namespace kcf {
 namespace {
 
 using Kestrix::Mesh;
+using Kestrix::reserveLarge;
 using Corners = std::array<std::uint32_t, 4>;  // places of nodes; `none` for no fourth corner
 using Point = std::array<std::int32_t, 3>;
 
@@ -187,7 +189,7 @@ class Packing {
     }
     const double scale = ((1U << cellBits) - 1) / width;
     std::vector<std::uint32_t> cellOfNode;
-    cellOfNode.reserve(mesh_->nodes.size());
+    reserveLarge(cellOfNode, mesh_->nodes.size());
     for (const auto& node : mesh_->nodes) {
       cellOfNode.push_back(alongCurve(static_cast<std::uint32_t>((node[0] - box.low[0]) * scale),
                                       static_cast<std::uint32_t>((node[1] - box.low[1]) * scale)));
@@ -214,6 +216,7 @@ class Packing {
 
   void packCorners(const std::vector<std::uint32_t>& order) {
     const std::size_t count = mesh_->corners.size();
+    reserveLarge(packed_.placeOfNode, mesh_->nodes.size());
     packed_.placeOfNode.assign(mesh_->nodes.size(), none);
     sources_.reserve(mesh_->nodes.size());
     elements_.reserve(count);

@@ -8,6 +8,7 @@
 #include <thread>
 #include <utility>
 
+#include "KESTcore/LargeLists.h"
 #include "KESTcore/PlainNumbers.h"
 
 namespace Kestrix {
@@ -36,14 +37,9 @@ class Line {
   template <class Number>
   bool number(Number& value) {
     skip();
-    const char* stop = readPlainNumber(here_, end_, value);
+    const char* const stop = readPlainNumber(here_, end_, value);
     if (stop == nullptr || !isEnd(stop)) {
-      const char* const begin = here_ + (here_ != end_ && *here_ == '+' ? 1 : 0);
-      const auto [end, error] = std::from_chars(begin, end_, value);
-      if (error != std::errc{} || !isEnd(end)) {
-        return false;
-      }
-      stop = end;
+      return unusualNumber(value);
     }
     here_ = stop;
     return true;
@@ -62,6 +58,17 @@ class Line {
   }
 
   [[nodiscard]] bool isEnd(const char* place) const { return place == end_ || isSeparator(*place); }
+
+  template <class Number>
+  bool unusualNumber(Number& value) {
+    const char* const begin = here_ + (here_ != end_ && *here_ == '+' ? 1 : 0);
+    const auto [stop, error] = std::from_chars(begin, end_, value);
+    if (error != std::errc{} || !isEnd(stop)) {
+      return false;
+    }
+    here_ = stop;
+    return true;
+  }
 
   const char* here_;
   const char* end_;
@@ -166,7 +173,10 @@ class Reading {
       return false;
     }
     if (mesh_.nodes.empty()) {
-      expect(mesh_.nodeIds, mesh_.nodes);
+      const std::size_t count = expected();
+      mesh_.nodeIds.reserve(count);
+      reserveLarge(mesh_.nodes, count);
+      mesh_.nodePlaces.reserve(withPlaces_ ? count : 0);
     }
     mesh_.nodeIds.push_back(id);
     mesh_.nodes.push_back(node);
@@ -190,7 +200,11 @@ class Reading {
       return false;
     }
     if (mesh_.corners.empty()) {
-      expect(mesh_.elementIds, mesh_.corners, mesh_.materials);
+      const std::size_t count = expected();
+      mesh_.elementIds.reserve(count);
+      reserveLarge(mesh_.corners, count);
+      mesh_.materials.reserve(count);
+      mesh_.elementPlaces.reserve(withPlaces_ ? count : 0);
     }
     mesh_.elementIds.push_back(id);
     mesh_.corners.push_back(corners);
@@ -201,13 +215,9 @@ class Reading {
     return true;
   }
 
-  /// Makes room as if all that follows were such lines: room that stays empty costs nothing, and
-  /// lists that move as they grow take a third of the time.
-  template <class... Lists>
-  void expect(Lists&... lists) const {
-    const std::size_t count = (text_.size() - place_) / (length_ + 1) + 1;
-    (lists.reserve(count), ...);
-  }
+  /// How many lines there are if all that follow are as long as this one. Room for so many costs
+  /// nothing where it stays empty, and lists that move as they grow take a third of the time.
+  [[nodiscard]] std::size_t expected() const { return (text_.size() - place_) / (length_ + 1) + 1; }
 
   template <int Corners, int Step, int Inner>
   bool readNodesOf(Line& line, std::array<std::int32_t, 4>& corners) {
