@@ -536,9 +536,11 @@ class ModelReader {
       if (interval.empty() || interval[0] <= 0 || interval[0] >= never) {
         return;
       }
-      Output entry{region.name, type, "", interval[0], 0, 0};
+      // Drawn while the simulation runs, or written once: the interval means nothing.
+      const bool isTimed = type != "KESTviz" && type != "sediment_grid";
+      Output entry{region.name, type, "", isTimed ? interval[0] : 0, 0, 0};
       const double span = region.end - region.start;
-      entry.times = region.hasTime && span >= 0
+      entry.times = isTimed && region.hasTime && span >= 0
                         ? static_cast<std::size_t>(std::min(span / interval[0], 1e15)) + 1
                         : 0;
       for (const std::string_view values :
@@ -574,6 +576,13 @@ class ModelReader {
       numbers += static_cast<double>(hydraulics->all("BOUNDARY").size() *
                                      output.items("boundary_values").size());
     }
+    if (output.tag("ids") != nullptr) {
+      numbers +=
+          static_cast<double>(output.items("ids").size()) * componentsOf(output.value("values"));
+    }
+    if (output.value("type") == "cut_plane") {
+      numbers += cellsOfCut(output, region) * componentsOf(output.value("values"));
+    }
     for (const SetupTag& tag : output.tags) {
       // Of a chain: what is written over time at cross sections, rather than once.
       const auto items = listItems(tag.value);
@@ -582,6 +591,21 @@ class ModelReader {
       }
     }
     return numbers;
+  }
+
+  /// How many cells of the ground lie in the plane of an output.
+  static double cellsOfCut(const SetupBlock& output, const SetupBlock& region) {
+    const SetupBlock* const geometry = region.find("GEOMETRY");
+    const std::string plane = output.value("cut_plane");
+    double cells = geometry == nullptr ? 0 : 1;
+    for (const auto& [axis, tag] :
+         {std::pair{'x', "no_cells_i"}, {'y', "no_cells_j"}, {'z', "no_cells_k"}}) {
+      if (cells > 0 && plane.find(axis) != std::string::npos) {
+        const auto along = geometry->numbers(tag);
+        cells *= along.empty() ? 0 : std::max(along[0], 0.0);
+      }
+    }
+    return plane.size() == 2 ? cells : 0;
   }
 
   /// How many numbers the values of an output take at one place.
@@ -628,7 +652,7 @@ class ModelReader {
 
   void addOutputSizes(const Region& region, const ordered_json& mesh) {
     for (Output& output : model_.outputs) {
-      if (output.region == region.name &&
+      if (output.region == region.name && output.numbers == 0 &&
           (output.type == "node_centered" || output.type == "element_centered")) {
         output.numbers = mesh[output.type == "node_centered" ? "nodes" : "elements"].get<double>() *
                          componentsOf(output.values);

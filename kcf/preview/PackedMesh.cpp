@@ -196,7 +196,9 @@ class Packing {
     }
     std::vector<std::uint32_t> cells;
     cells.reserve(mesh_->corners.size());
-    std::vector<std::uint32_t> begins(cellCount + 1);
+    std::vector<std::uint32_t> begins;
+    reserveLarge(begins, cellCount + 1);
+    begins.resize(cellCount + 1);
     for (std::size_t e = 0; e < mesh_->corners.size(); ++e) {
       const std::uint32_t later = firstNode(std::min(e + ahead, mesh_->corners.size() - 1));
       if (later != none) {
@@ -401,8 +403,9 @@ class Packing {
     std::vector<std::uint8_t>& ids = packed_.streams[3];
     ids.reserve(sources_.size() * 2);
     std::int64_t lastId = 0;
-    for (const std::uint32_t source : sources_) {
-      const std::int32_t id = mesh_->nodeIds[source];
+    for (std::size_t i = 0; i < sources_.size(); ++i) {
+      fetch(mesh_->nodeIds[sources_[std::min(i + ahead, sources_.size() - 1)]]);
+      const std::int32_t id = mesh_->nodeIds[sources_[i]];
       appendInteger(ids, id - lastId - 1);
       lastId = id;
     }

@@ -173,10 +173,7 @@ class Reading {
       return false;
     }
     if (mesh_.nodes.empty()) {
-      const std::size_t count = expected();
-      mesh_.nodeIds.reserve(count);
-      reserveLarge(mesh_.nodes, count);
-      mesh_.nodePlaces.reserve(withPlaces_ ? count : 0);
+      expect(mesh_.nodePlaces, mesh_.nodeIds, mesh_.nodes);
     }
     mesh_.nodeIds.push_back(id);
     mesh_.nodes.push_back(node);
@@ -200,11 +197,7 @@ class Reading {
       return false;
     }
     if (mesh_.corners.empty()) {
-      const std::size_t count = expected();
-      mesh_.elementIds.reserve(count);
-      reserveLarge(mesh_.corners, count);
-      mesh_.materials.reserve(count);
-      mesh_.elementPlaces.reserve(withPlaces_ ? count : 0);
+      expect(mesh_.elementPlaces, mesh_.elementIds, mesh_.corners, mesh_.materials);
     }
     mesh_.elementIds.push_back(id);
     mesh_.corners.push_back(corners);
@@ -215,9 +208,14 @@ class Reading {
     return true;
   }
 
-  /// How many lines there are if all that follow are as long as this one. Room for so many costs
-  /// nothing where it stays empty, and lists that move as they grow take a third of the time.
-  [[nodiscard]] std::size_t expected() const { return (text_.size() - place_) / (length_ + 1) + 1; }
+  /// Makes room as if all that follows were such lines: room that stays empty costs nothing, and
+  /// lists that move as they grow take a third of the time.
+  template <class... Lists>
+  void expect(std::vector<std::size_t>& places, Lists&... lists) const {
+    const std::size_t count = (text_.size() - place_) / (length_ + 1) + 1;
+    places.reserve(withPlaces_ ? count : 0);
+    (reserveLarge(lists, count), ...);
+  }
 
   template <int Corners, int Step, int Inner>
   bool readNodesOf(Line& line, std::array<std::int32_t, 4>& corners) {

@@ -7,7 +7,6 @@
 #include <bit>
 #include <set>
 #include <string>
-#include <unordered_map>
 
 #include "KESTparse/base/Conversions.h"
 #include "KESTparse/document/Codes.h"
@@ -300,12 +299,9 @@ class MeshCheck {
     const std::size_t size = std::bit_ceil(std::max<std::size_t>(count * bitsForEach, bitsOfWord));
     std::vector<std::uint64_t> taken(size / bitsOfWord);
     std::vector<std::uint64_t> again(size / bitsOfWord);
-    const auto placeOf = [this, size](std::size_t i) {
-      return hashOf(mesh_.nodes[i]) & (size - 1);
-    };
     bool isAnyAgain = false;
     for (std::size_t i = 0; i < count; ++i) {
-      const std::size_t place = placeOf(i);
+      const std::size_t place = hashOf(mesh_.nodes[i]) & (size - 1);
       const std::uint64_t bit = std::uint64_t{1} << (place % bitsOfWord);
       if ((taken[place / bitsOfWord] & bit) != 0) {
         again[place / bitsOfWord] |= bit;
@@ -313,23 +309,29 @@ class MeshCheck {
       }
       taken[place / bitsOfWord] |= bit;
     }
-    std::unordered_multimap<std::size_t, std::uint32_t> candidates;
+    std::vector<std::pair<std::size_t, std::uint32_t>> candidates;  // with their hashes
     for (std::uint32_t i = 0; isAnyAgain && i < count; ++i) {
-      const std::size_t place = placeOf(i);
-      if ((again[place / bitsOfWord] >> (place % bitsOfWord) & 1U) == 0) {
-        continue;
-      }
       const std::size_t hash = hashOf(mesh_.nodes[i]);
-      const auto [begin, end] = candidates.equal_range(hash);
-      const auto first = std::find_if(begin, end, [this, i](const auto& other) {
-        return mesh_.nodes[other.second][0] == mesh_.nodes[i][0] &&
-               mesh_.nodes[other.second][1] == mesh_.nodes[i][1];
-      });
-      if (first == end) {
-        candidates.emplace(hash, i);
-      } else {
-        tellSharedPlace(first->second, i);
+      const std::size_t place = hash & (size - 1);
+      if ((again[place / bitsOfWord] >> (place % bitsOfWord) & 1U) != 0) {
+        candidates.emplace_back(hash, i);
       }
+    }
+    std::sort(candidates.begin(), candidates.end());
+    std::vector<std::pair<std::uint32_t, std::uint32_t>> shared;  // the later node and the first
+    for (auto begin = candidates.begin(), next = begin; next != candidates.end(); ++next) {
+      begin = begin->first == next->first ? begin : next;
+      const auto first = std::find_if(begin, next, [this, &next](const auto& other) {
+        return mesh_.nodes[other.second][0] == mesh_.nodes[next->second][0] &&
+               mesh_.nodes[other.second][1] == mesh_.nodes[next->second][1];
+      });
+      if (first != next) {
+        shared.emplace_back(next->second, first->second);
+      }
+    }
+    std::sort(shared.begin(), shared.end());
+    for (const auto& [later, first] : shared) {
+      tellSharedPlace(first, later);
     }
   }
 
