@@ -16,13 +16,15 @@ std::vector<std::uint8_t> deflated(std::span<const std::uint8_t> bytes) {
   if (compressor == nullptr) {
     throw std::bad_alloc();
   }
-  std::vector<std::uint8_t> out(libdeflate_zlib_compress_bound(compressor.get(), bytes.size()));
-  out.resize(libdeflate_zlib_compress(compressor.get(), bytes.data(), bytes.size(), out.data(),
-                                      out.size()));
-  if (out.empty()) {
+  // Most of the room that may be needed is not, and costs nothing as long as nothing is put there.
+  const std::size_t room = libdeflate_zlib_compress_bound(compressor.get(), bytes.size());
+  const auto out = std::make_unique_for_overwrite<std::uint8_t[]>(room);
+  const std::size_t size =
+      libdeflate_zlib_compress(compressor.get(), bytes.data(), bytes.size(), out.get(), room);
+  if (size == 0) {
     throw std::runtime_error("compressing the data of the page failed");
   }
-  return out;
+  return {out.get(), out.get() + size};
 }
 
 void appendBase64(std::string& text, std::span<const std::uint8_t> bytes) {

@@ -15,6 +15,7 @@
 #include "KESTcore/Mesh.h"
 #include "KESTparse/base/Conversions.h"
 #include "KESTparse/base/Files.h"
+#include "KESTparse/document/CheckedMesh.h"
 #include "KESTparse/document/Document.h"
 #include "KESTparse/root/KestrixInputRoot.h"
 #include "KESTparse/vocabulary/TagTraits.h"
@@ -135,12 +136,17 @@ class ModelReader {
   }
 
   Model run() {
-    const std::string& text = contentOf(model_.path);
-    model_.text = utf8(text);
-    KESTparse::Document document(text, *model_.schema, {.directory = folder_.string()});
-    model_.setup = readSetup(document.syntax(), document.lines(), *model_.schema);
+    const auto text = textAt(model_.path);
+    if (text == nullptr) {
+      throw std::runtime_error("'" + model_.path.string() + "' cannot be read");
+    }
+    model_.text = utf8(*text);
+    const auto tree = KESTparse::Document::readTree(*text, *model_.schema);
+    const KESTparse::LineTable lines(tree->text());
+    model_.setup = readSetup(*tree, lines, *model_.schema);
+    readMeshes();
     // The check reads files of its own, which takes a while.
-    auto check = std::async(std::launch::async, [&document] { return document.check(); });
+    auto check = std::async(std::launch::async, [this, &tree] { return findingsOf(tree); });
     model_.files.push_back(
         describe(utf8(model_.path.filename().string()), "the command file", model_.path));
     const SetupBlock* const project = model_.setup->find("PROJECT");
@@ -162,7 +168,7 @@ class ModelReader {
            1, "");
     }
     finishFiles();
-    addDiagnostics(check.get(), document.lines());
+    addDiagnostics(check.get(), lines);
     return std::move(model_);
   }
 
@@ -172,47 +178,98 @@ class ModelReader {
     return std::filesystem::path(name).is_absolute() ? std::filesystem::path(name) : folder_ / name;
   }
 
-  /// The text of a file that must be there.
-  const std::string& contentOf(const std::filesystem::path& path) {
-    KESTparse::FileText text = KESTparse::readFile(path.string());
-    if (!text.wasRead) {
-      throw std::runtime_error("'" + path.string() + "' cannot be read");
+  /// A file that was read.
+  struct ReadFile {
+    std::uint64_t size = 0;
+    std::weak_ptr<const std::string> text;  ///< gone once nobody needs it
+    std::future<std::string> hash;          ///< worked out beside all else
+  };
+
+  /// A mesh with the text that it stands in.
+  struct ReadMesh {
+    std::shared_ptr<const std::string> text;
+    Kestrix::Mesh mesh;
+  };
+
+  /// The text of the file at `path`; null when it cannot be read.
+  std::shared_ptr<const std::string> textAt(const std::filesystem::path& path) {
+    const auto known = files_.find(path.string());
+    if (known != files_.end() && !known->second.text.expired()) {
+      return known->second.text.lock();
     }
-    return keep(path, std::move(text.content));
+    KESTparse::FileText read = KESTparse::readFile(path.string());
+    if (known == files_.end()) {
+      model_.watched.push_back(path);
+    }
+    if (!read.wasRead) {
+      return nullptr;
+    }
+    const auto text = std::make_shared<const std::string>(std::move(read.content));
+    if (known != files_.end()) {
+      known->second.text = text;
+      return text;
+    }
+    // The text is given up when it is hashed, and not with the hash.
+    files_[path.string()] = {text->size(), text,
+                             std::async(std::launch::async, [hashed = text]() mutable {
+                               return hex(sha256(*std::exchange(hashed, nullptr)));
+                             })};
+    return text;
   }
 
-  const std::string& keep(const std::filesystem::path& path, std::string content) {
-    model_.watched.push_back(path);
-    const std::string& kept = contents_.emplace(path.string(), std::move(content)).first->second;
-    hashes_.emplace(path.string(),
-                    std::async(std::launch::async, [&kept] { return hex(sha256(kept)); }));
-    return kept;
+  /// The tag of a 2D region that names its mesh; null when there is none.
+  static const SetupTag* meshTagOf(const SetupBlock& plane) {
+    const SetupBlock* const geometry = plane.find("GEOMETRY");
+    return geometry == nullptr ? nullptr : geometry->tag("file");
+  }
+
+  /// Reads the meshes before all else, since the check looks into them, too.
+  void readMeshes() {
+    const SetupBlock* const domain = model_.setup->find("DOMAIN");
+    for (const SetupBlock* plane :
+         domain == nullptr ? std::vector<const SetupBlock*>() : domain->all("KESTPLANE_2D")) {
+      const SetupTag* const file = meshTagOf(*plane);
+      const std::filesystem::path path = file == nullptr ? "" : resolved(file->value);
+      const auto text = file == nullptr ? nullptr : textAt(path);
+      if (text != nullptr) {
+        const auto [it, isNew] = meshes_.try_emplace(path.string());
+        if (isNew) {
+          it->second = {text, Kestrix::readMesh(*text, true)};
+        }
+        meshNames_.emplace(KESTparse::Document::pathOf(file->value, folder_.string()), &it->second);
+      }
+    }
+  }
+
+  /// All that the checker finds. Runs beside the reading, and looks at nothing that changes.
+  [[nodiscard]] std::vector<KESTparse::Diagnostic> findingsOf(
+      const std::shared_ptr<const KESTparse::SyntaxTree>& tree) const {
+    KESTparse::DocumentOptions options{.directory = folder_.string(), .keepsSeries = true};
+    for (const auto& [name, read] : meshNames_) {
+      options.checkedFiles.meshes.emplace(name, KESTparse::checkMesh(*read->text, read->mesh));
+    }
+    return KESTparse::Document(tree, *model_.schema, std::move(options)).check();
   }
 
   /// The text of a file that the setup names; null when it cannot be read, which is told.
-  const std::string* named(const SetupBlock& block, const SetupTag& tag,
-                           const std::string& subject) {
+  std::shared_ptr<const std::string> named(const SetupBlock& block, const SetupTag& tag,
+                                           const std::string& subject) {
     const std::filesystem::path path = resolved(tag.value);
     subjectOfFile_.emplace(path.lexically_normal(), subject);
-    const auto known = contents_.find(path.string());
-    if (known != contents_.end()) {
-      return &known->second;
-    }
-    KESTparse::FileText text = KESTparse::readFile(path.string());
-    if (!text.wasRead) {
-      model_.watched.push_back(path);
+    auto text = textAt(path);
+    if (text == nullptr) {
       tell(Severity::error, "the file '" + tag.value + "' of " + whereOf(block) + " cannot be read",
            "names count from the folder '" + folder_.string() + "'", tag.line, subject);
-      return nullptr;
     }
-    return &keep(path, std::move(text.content));
+    return text;
   }
 
   NamedFile describe(const std::string& name, const std::string& usedBy,
                      const std::filesystem::path& path) {
-    NamedFile file{name, usedBy, contents_.contains(path.string()), 0, path.string()};
+    const auto known = files_.find(path.string());
+    NamedFile file{name, usedBy, known != files_.end(), 0, path.string()};
     if (file.exists) {
-      file.size = contents_.at(path.string()).size();
+      file.size = known->second.size;
     } else {
       std::error_code fault;
       const auto size = std::filesystem::file_size(path, fault);
@@ -228,11 +285,11 @@ class ModelReader {
     for (NamedFile& file : model_.files) {
       const std::string path = std::exchange(file.sha256, "");
       if (!known.contains(path)) {
-        const auto it = hashes_.find(path);
+        const auto it = files_.find(path);
         const KESTparse::FileText text =
-            it == hashes_.end() && file.exists ? KESTparse::readFile(path) : KESTparse::FileText();
-        known[path] = it != hashes_.end() ? it->second.get()
-                                          : (text.wasRead ? hex(sha256(text.content)) : "");
+            it == files_.end() && file.exists ? KESTparse::readFile(path) : KESTparse::FileText();
+        known[path] = it != files_.end() ? it->second.hash.get()
+                                         : (text.wasRead ? hex(sha256(text.content)) : "");
       }
       file.sha256 = known[path];
     }
@@ -479,9 +536,11 @@ class ModelReader {
       if (interval.empty() || interval[0] <= 0 || interval[0] >= never) {
         return;
       }
-      Output entry{region.name, type, "", interval[0], 0, 0};
+      // Drawn while the simulation runs, or written once: the interval means nothing.
+      const bool isTimed = type != "KESTviz" && type != "sediment_grid";
+      Output entry{region.name, type, "", isTimed ? interval[0] : 0, 0, 0};
       const double span = region.end - region.start;
-      entry.times = region.hasTime && span >= 0
+      entry.times = isTimed && region.hasTime && span >= 0
                         ? static_cast<std::size_t>(std::min(span / interval[0], 1e15)) + 1
                         : 0;
       for (const std::string_view values :
@@ -517,6 +576,13 @@ class ModelReader {
       numbers += static_cast<double>(hydraulics->all("BOUNDARY").size() *
                                      output.items("boundary_values").size());
     }
+    if (output.tag("ids") != nullptr) {
+      numbers +=
+          static_cast<double>(output.items("ids").size()) * componentsOf(output.value("values"));
+    }
+    if (output.value("type") == "cut_plane") {
+      numbers += cellsOfCut(output, region) * componentsOf(output.value("values"));
+    }
     for (const SetupTag& tag : output.tags) {
       // Of a chain: what is written over time at cross sections, rather than once.
       const auto items = listItems(tag.value);
@@ -525,6 +591,21 @@ class ModelReader {
       }
     }
     return numbers;
+  }
+
+  /// How many cells of the ground lie in the plane of an output.
+  static double cellsOfCut(const SetupBlock& output, const SetupBlock& region) {
+    const SetupBlock* const geometry = region.find("GEOMETRY");
+    const std::string plane = output.value("cut_plane");
+    double cells = geometry == nullptr ? 0 : 1;
+    for (const auto& [axis, tag] :
+         {std::pair{'x', "no_cells_i"}, {'y', "no_cells_j"}, {'z', "no_cells_k"}}) {
+      if (cells > 0 && plane.find(axis) != std::string::npos) {
+        const auto along = geometry->numbers(tag);
+        cells *= along.empty() ? 0 : std::max(along[0], 0.0);
+      }
+    }
+    return plane.size() == 2 ? cells : 0;
   }
 
   /// How many numbers the values of an output take at one place.
@@ -547,13 +628,16 @@ class ModelReader {
                          {"subject", "mesh-" + std::to_string(model_.page["meshes"].size())},
                          {"label", region.name}};
     const std::string subject = mesh["subject"];
-    const SetupBlock* const geometry = block.find("GEOMETRY");
-    const SetupTag* const file = geometry == nullptr ? nullptr : geometry->tag("file");
+    const SetupTag* const file = meshTagOf(block);
     std::set<std::string> names;
     if (file != nullptr) {
       mesh["file"] = utf8(file->value);
-      if (const std::string* const text = named(*geometry, *file, subject); text != nullptr) {
-        addMesh(*text, file->value, mesh, block, names);
+      // A file that has come only now is read when it is looked at again.
+      const auto read = named(*block.find("GEOMETRY"), *file, subject) == nullptr
+                            ? meshes_.end()
+                            : meshes_.find(resolved(file->value).string());
+      if (read != meshes_.end()) {
+        addMesh(read->second, file->value, mesh, block, names);
         addOutputSizes(region, mesh);
       }
     } else {
@@ -568,7 +652,7 @@ class ModelReader {
 
   void addOutputSizes(const Region& region, const ordered_json& mesh) {
     for (Output& output : model_.outputs) {
-      if (output.region == region.name &&
+      if (output.region == region.name && output.numbers == 0 &&
           (output.type == "node_centered" || output.type == "element_centered")) {
         output.numbers = mesh[output.type == "node_centered" ? "nodes" : "elements"].get<double>() *
                          componentsOf(output.values);
@@ -576,9 +660,9 @@ class ModelReader {
     }
   }
 
-  void addMesh(const std::string& text, const std::string& fileName, ordered_json& mesh,
+  void addMesh(const ReadMesh& file, const std::string& fileName, ordered_json& mesh,
                const SetupBlock& block, std::set<std::string>& names) {
-    const Kestrix::Mesh read = Kestrix::readMesh(text);
+    const Kestrix::Mesh& read = file.mesh;
     const Kestrix::MeshNodeIndex index(read.nodeIds);
     PackedMesh packed = packMesh(read, index);
     const std::string subject = mesh["subject"];
@@ -611,7 +695,7 @@ class ModelReader {
            "they are not drawn", 0, subject);
     }
     for (const Kestrix::MeshFault& fault : read.faults) {
-      const Kestrix::MeshPosition at = Kestrix::meshPosition(text, fault.place);
+      const Kestrix::MeshPosition at = Kestrix::meshPosition(*file.text, fault.place);
       model_.notices.push_back(
           {Severity::error,
            fmt::format(
@@ -979,7 +1063,7 @@ class ModelReader {
       // A controller's files belong to no region.
       addFile(describe(utf8(tag.value), utf8(whereOf(block)), resolved(tag.value)));
     }
-    if (const std::string* const text = named(block, tag, subject); text != nullptr) {
+    if (const auto text = named(block, tag, subject); text != nullptr) {
       const Series series = readSeries(*text);
       describeSeries(series, entry, region, block, tag);
     }
@@ -1178,8 +1262,10 @@ class ModelReader {
   Model model_;
   std::map<const SetupBlock*, std::string> seriesOf_;           // what shows the series of a block
   std::map<std::filesystem::path, std::string> subjectOfFile_;  // what shows the content of a file
-  std::map<std::string, std::string> contents_;
-  std::map<std::string, std::future<std::string>> hashes_;
+  std::map<std::string, ReadFile> files_;                       // by paths
+  std::map<std::string, ReadMesh> meshes_;                      // by paths
+  std::map<std::string, const ReadMesh*>
+      meshNames_;  // by the paths under which the check opens them
 };
 
 }  // namespace

@@ -28,7 +28,7 @@ struct Output {
   std::string region;
   std::string type;
   std::string values;
-  double interval = 0;    ///< [s]
+  double interval = 0;    ///< [s]; 0 when it is not written by time
   std::size_t times = 0;  ///< over the run
   double numbers = 0;     ///< that are written over the run; 0 when that cannot be told
 };

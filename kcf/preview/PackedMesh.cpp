@@ -6,12 +6,14 @@
 #include <limits>
 #include <numeric>
 
+#include "KESTcore/LargeLists.h"
 #include "preview/Bytes.h"
 
 namespace kcf {
 namespace {
 
 using Kestrix::Mesh;
+using Kestrix::reserveLarge;
 using Corners = std::array<std::uint32_t, 4>;  // places of nodes; `none` for no fourth corner
 using Point = std::array<std::int32_t, 3>;
 
@@ -135,22 +137,24 @@ class Packing {
     packCorners(orderOf(box));
     packed_.numElements = elements_.size();
     packed_.numLost = mesh_->corners.size() - packed_.numElements;
+    std::vector<std::future<void>> others;
+    const auto begin = [&others](auto task) {
+      others.push_back(std::async(std::launch::async, task));
+    };
+    begin([this] { compress(2); });
+    begin([this] { packNodeIds(); });
     gatherPoints();
-    std::future<void> materials = std::async(std::launch::async, [this] { packMaterials(); });
+    begin([this] { packMaterials(); });
     packNodes();
-    materials.get();
-    std::vector<std::future<void>> compressions;
-    for (auto& stream : packed_.streams) {
-      compressions.push_back(
-          std::async(std::launch::async, [&stream] { stream = deflated(stream); }));
-    }
-    for (auto& compression : compressions) {
-      compression.get();
+    for (auto& other : others) {
+      other.get();
     }
     return std::move(packed_);
   }
 
  private:
+  void compress(std::size_t stream) { packed_.streams[stream] = deflated(packed_.streams[stream]); }
+
   /// The place in the mesh of the first corner of an element; `none` when it is not there.
   [[nodiscard]] std::uint32_t firstNode(std::size_t element) const {
     return index_->find(mesh_->corners[element][0]);
@@ -185,15 +189,21 @@ class Packing {
     }
     const double scale = ((1U << cellBits) - 1) / width;
     std::vector<std::uint32_t> cellOfNode;
-    cellOfNode.reserve(mesh_->nodes.size());
+    reserveLarge(cellOfNode, mesh_->nodes.size());
     for (const auto& node : mesh_->nodes) {
       cellOfNode.push_back(alongCurve(static_cast<std::uint32_t>((node[0] - box.low[0]) * scale),
                                       static_cast<std::uint32_t>((node[1] - box.low[1]) * scale)));
     }
     std::vector<std::uint32_t> cells;
     cells.reserve(mesh_->corners.size());
-    std::vector<std::uint32_t> begins(cellCount + 1);
+    std::vector<std::uint32_t> begins;
+    reserveLarge(begins, cellCount + 1);
+    begins.resize(cellCount + 1);
     for (std::size_t e = 0; e < mesh_->corners.size(); ++e) {
+      const std::uint32_t later = firstNode(std::min(e + ahead, mesh_->corners.size() - 1));
+      if (later != none) {
+        fetch(cellOfNode[later]);
+      }
       const std::uint32_t node = firstNode(e);
       cells.push_back(node == none ? 0 : cellOfNode[node]);
       ++begins[cells.back() + 1];
@@ -208,6 +218,7 @@ class Packing {
 
   void packCorners(const std::vector<std::uint32_t>& order) {
     const std::size_t count = mesh_->corners.size();
+    reserveLarge(packed_.placeOfNode, mesh_->nodes.size());
     packed_.placeOfNode.assign(mesh_->nodes.size(), none);
     sources_.reserve(mesh_->nodes.size());
     elements_.reserve(count);
@@ -286,8 +297,8 @@ class Packing {
     auto& list = packed_.materials;
     std::int32_t last = 0;
     for (std::size_t i = 0; i < elements_.size(); ++i) {
-      fetch(mesh_->materials[elements_[std::min(i + ahead, elements_.size() - 1)]]);
-      const std::int32_t material = mesh_->materials[elements_[i]];
+      // In the order of the file, unless elements are left out.
+      const std::int32_t material = mesh_->materials[packed_.numLost == 0 ? i : elements_[i]];
       if (list.empty() || material != last) {
         const auto it = std::lower_bound(list.begin(), list.end(), material);
         if (it == list.end() || *it != material) {
@@ -323,6 +334,8 @@ class Packing {
       packed_.materialAreas[place] += areaOf(corners_[i]);
     }
     packed_.area = std::accumulate(packed_.materialAreas.begin(), packed_.materialAreas.end(), 0.0);
+    compress(0);
+    compress(1);
   }
 
   [[nodiscard]] double areaOf(const Corners& corners) const {
@@ -377,14 +390,26 @@ class Packing {
         appendInteger(packed_.streams[4 + k], points_[node][k] - guess[k]);
       }
     });
+    std::array<std::future<void>, 3> compressions;
+    for (std::size_t k = 0; k < 3; ++k) {
+      compressions[k] = std::async(std::launch::async, [this, k] { compress(4 + k); });
+    }
+    for (auto& compression : compressions) {
+      compression.get();
+    }
+  }
+
+  void packNodeIds() {
     std::vector<std::uint8_t>& ids = packed_.streams[3];
     ids.reserve(sources_.size() * 2);
     std::int64_t lastId = 0;
-    for (const std::uint32_t source : sources_) {
-      const std::int32_t id = mesh_->nodeIds[source];
+    for (std::size_t i = 0; i < sources_.size(); ++i) {
+      fetch(mesh_->nodeIds[sources_[std::min(i + ahead, sources_.size() - 1)]]);
+      const std::int32_t id = mesh_->nodeIds[sources_[i]];
       appendInteger(ids, id - lastId - 1);
       lastId = id;
     }
+    compress(3);
   }
 
   /// The prediction that leaves the least to tell, by a sample of nodes.

@@ -458,8 +458,10 @@ class Sections {
     for (const Output& output : model_->outputs) {
       const double size = output.numbers * static_cast<double>(output.times) * sizeof(double);
       total += size;
-      rows.push_back({output.region, output.type, output.values, plain(output.interval),
-                      grouped(static_cast<double>(output.times)), size > 0 ? bytesOf(size) : "–"});
+      rows.push_back({output.region, output.type, output.values,
+                      output.interval > 0 ? plain(output.interval) : "–",
+                      output.interval > 0 ? grouped(static_cast<double>(output.times)) : "–",
+                      size > 0 ? bytesOf(size) : "–"});
     }
     writeTable(html_, "Outputs over the run",
                {"Region", "Output", "Values", "#Every [s]", "#Times", "#About"}, rows);

@@ -4,6 +4,8 @@
 #include <charconv>
 #include <cstring>
 
+#include "KESTcore/PlainNumbers.h"
+
 namespace kcf {
 namespace {
 
@@ -25,9 +27,13 @@ bool readRow(std::string_view line, std::vector<double>& row) {
     }
     here += *here == '+' ? 1 : 0;
     double value = 0;
-    const auto [stop, error] = std::from_chars(here, end, value);
-    if (error != std::errc{} || !(value - value == 0)) {
-      return false;
+    const char* stop = Kestrix::readPlainNumber(here, end, value);
+    if (stop == nullptr || (stop != end && !isBlank(*stop))) {
+      const auto [other, error] = std::from_chars(here, end, value);
+      if (error != std::errc{} || !(value - value == 0)) {
+        return false;
+      }
+      stop = other;
     }
     row.push_back(value);
     here = stop;

@@ -1,6 +1,7 @@
 #include <gtest/gtest.h>
 
 #include <array>
+#include <bit>
 #include <cstdint>
 #include <string>
 #include <vector>
@@ -56,9 +57,67 @@ TEST(Mesh, joinsNodeStringsAndTakesTheirNames) {
   EXPECT_EQ(mesh.faults.size(), 1U);
 }
 
+TEST(Mesh, joinsWhatIsReadOfALargeTextInParts) {
+  // One string runs through the whole text, with all else between its lines.
+  constexpr std::int32_t count = 60000;
+  std::string text;
+  for (std::int32_t i = 1; i <= count; ++i) {
+    const std::string id = std::to_string(i);
+    text += "ND " + id + " " + id + ".125 -" + id + " 1e-3\nE6T " + id + " 1 " + id +
+            " 2 5 3 6 7\nNS " + id + "\nND faulty\n";
+  }
+  text += "NS -1 \"long\"\n";
+  const Mesh mesh = Kestrix::readMesh(text, true);
+  ASSERT_EQ(mesh.nodes.size(), count);
+  ASSERT_EQ(mesh.elementIds.size(), count);
+  ASSERT_EQ(mesh.sideNodes.size(), 3U * count);
+  ASSERT_EQ(mesh.faults.size(), count);
+  ASSERT_EQ(mesh.strings.size(), 1U);
+  EXPECT_EQ(mesh.strings[0].name, "long");
+  ASSERT_EQ(mesh.strings[0].nodeIds.size(), count + 1U);
+  for (std::uint32_t i = 0; i < count; ++i) {
+    const auto id = static_cast<std::int32_t>(i + 1);
+    ASSERT_EQ(mesh.nodeIds[i], id);
+    ASSERT_EQ(mesh.nodes[i], (std::array{id + 0.125, -1.0 * id, 0.001}));
+    ASSERT_EQ(mesh.sideNodes[3U * i].element, i);
+    ASSERT_EQ(mesh.sideNodes[3U * i].nodeId, id);
+    ASSERT_EQ(mesh.strings[0].nodeIds[i], id);
+    ASSERT_LT(mesh.nodePlaces[i], mesh.elementPlaces[i]);
+    ASSERT_LT(mesh.elementPlaces[i], mesh.faults[i].place);
+  }
+}
+
+TEST(Mesh, readsEachNumberAsTheNearestOne) {
+  const std::vector<std::string> written{"0",
+                                         "-0.0",
+                                         "0.1",
+                                         "123456.789012345",
+                                         "2600000.17",
+                                         "5.",
+                                         ".5",
+                                         "999999999999999",
+                                         "1e22",
+                                         "+0.7",
+                                         "-1.5e-7",
+                                         "0.30000000000000004441",
+                                         "0.00000000000001"};
+  for (const std::string& word : written) {
+    const Mesh mesh = Kestrix::readMesh("ND 000000000012 " + word + " 0 0\n");
+    ASSERT_EQ(mesh.nodes.size(), 1U) << word;
+    EXPECT_EQ(mesh.nodeIds[0], 12);
+    EXPECT_EQ(std::bit_cast<std::uint64_t>(mesh.nodes[0][0]),
+              std::bit_cast<std::uint64_t>(std::stod(word)))
+        << word;
+  }
+}
+
 TEST(Mesh, findsNodesByDenseAndBySparseIds) {
+  const std::vector<std::int32_t> following{4, 5, 6};
   const std::vector<std::int32_t> dense{5, 3, 9, 3};
   const std::vector<std::int32_t> sparse{2000000000, -2000000000, 7, 7};
+  EXPECT_EQ(MeshNodeIndex(following).find(6), 2U);
+  EXPECT_EQ(MeshNodeIndex(following).find(3), MeshNodeIndex::none);
+  EXPECT_EQ(MeshNodeIndex(following).find(7), MeshNodeIndex::none);
   EXPECT_EQ(MeshNodeIndex(dense).find(3), 1U);
   EXPECT_EQ(MeshNodeIndex(dense).find(4), MeshNodeIndex::none);
   EXPECT_EQ(MeshNodeIndex(dense).find(INT32_MIN), MeshNodeIndex::none);

@@ -70,9 +70,9 @@ class MeshNodeIndex {
 
   /// The place of the node in the list of ids; `none` when no node has that id.
   [[nodiscard]] std::uint32_t find(std::int32_t id) const {
-    const std::int64_t place = id - first_;
-    if (place >= 0 && place < static_cast<std::int64_t>(places_.size())) {
-      return places_[static_cast<std::size_t>(place)];
+    const auto place = static_cast<std::uint64_t>(id - first_);
+    if (place < count_) {
+      return places_.empty() ? static_cast<std::uint32_t>(place) : places_[place];
     }
     return sorted_.empty() ? none : findSorted(id);
   }
@@ -81,7 +81,8 @@ class MeshNodeIndex {
   [[nodiscard]] std::uint32_t findSorted(std::int32_t id) const;
 
   std::int64_t first_ = 0;
-  std::vector<std::uint32_t> places_;  ///< by id, from `first_` on, where ids lie densely
+  std::uint64_t count_ = 0;            ///< ids from `first_` on, where they lie densely
+  std::vector<std::uint32_t> places_;  ///< of each of them; empty where they follow each other
   /// Pairs of id and place, sorted, where they do not.
   std::vector<std::pair<std::int32_t, std::uint32_t>> sorted_;
 };

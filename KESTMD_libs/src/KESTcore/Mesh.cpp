@@ -4,7 +4,12 @@
 #include <charconv>
 #include <cmath>
 #include <cstring>
+#include <future>
+#include <thread>
 #include <utility>
+
+#include "KESTcore/LargeLists.h"
+#include "KESTcore/PlainNumbers.h"
 
 namespace Kestrix {
 namespace {
@@ -32,10 +37,9 @@ class Line {
   template <class Number>
   bool number(Number& value) {
     skip();
-    const char* const begin = here_ + (here_ != end_ && *here_ == '+' ? 1 : 0);
-    const auto [stop, error] = std::from_chars(begin, end_, value);
-    if (error != std::errc{} || (stop != end_ && !isSeparator(*stop))) {
-      return false;
+    const char* const stop = readPlainNumber(here_, end_, value);
+    if (stop == nullptr || !isEnd(stop)) {
+      return unusualNumber(value);
     }
     here_ = stop;
     return true;
@@ -53,17 +57,41 @@ class Line {
     }
   }
 
+  [[nodiscard]] bool isEnd(const char* place) const { return place == end_ || isSeparator(*place); }
+
+  template <class Number>
+  bool unusualNumber(Number& value) {
+    const char* const begin = here_ + (here_ != end_ && *here_ == '+' ? 1 : 0);
+    const auto [stop, error] = std::from_chars(begin, end_, value);
+    if (error != std::errc{} || !isEnd(stop)) {
+      return false;
+    }
+    here_ = stop;
+    return true;
+  }
+
   const char* here_;
   const char* end_;
 };
 
+template <class T>
+void append(std::vector<T>& list, std::vector<T> tail) {
+  if (list.empty()) {
+    list = std::move(tail);
+  } else {
+    list.insert(list.end(), tail.begin(), tail.end());
+  }
+}
+
+/// Reads a part of a text, which begins and ends between lines, but for the node strings: they run
+/// over lines, and are few.
 class Reading {
  public:
   Reading(std::string_view text, bool withPlaces) : text_(text), withPlaces_(withPlaces) {}
 
-  Mesh run() {
-    const char* const end = text_.data() + text_.size();
-    for (const char* begin = text_.data(); begin != end;) {
+  void readLines(std::size_t from, std::size_t to) {
+    const char* const end = text_.data() + to;
+    for (const char* begin = text_.data() + from; begin != end;) {
       const auto* const feed =
           static_cast<const char*>(std::memchr(begin, '\n', static_cast<std::size_t>(end - begin)));
       const char* const stop = feed == nullptr ? end : feed;
@@ -74,7 +102,36 @@ class Reading {
       }
       begin = feed == nullptr ? end : feed + 1;
     }
+  }
+
+  /// Adds what was read of the next part.
+  void join(Reading next) {
+    for (MeshSideNode& side : next.mesh_.sideNodes) {
+      side.element += static_cast<std::uint32_t>(mesh_.elementIds.size());
+    }
+    append(mesh_.nodeIds, std::move(next.mesh_.nodeIds));
+    append(mesh_.nodes, std::move(next.mesh_.nodes));
+    append(mesh_.elementIds, std::move(next.mesh_.elementIds));
+    append(mesh_.corners, std::move(next.mesh_.corners));
+    append(mesh_.materials, std::move(next.mesh_.materials));
+    append(mesh_.sideNodes, std::move(next.mesh_.sideNodes));
+    append(mesh_.faults, std::move(next.mesh_.faults));
+    append(mesh_.nodePlaces, std::move(next.mesh_.nodePlaces));
+    append(mesh_.elementPlaces, std::move(next.mesh_.elementPlaces));
+    append(stringLines_, std::move(next.stringLines_));
+  }
+
+  /// The mesh, when all parts are joined.
+  Mesh finish() {
+    for (const std::string_view line : stringLines_) {
+      place_ = static_cast<std::size_t>(line.data() - text_.data());
+      if (!readString(Line(line.data(), line.data() + line.size()))) {
+        mesh_.faults.push_back({place_});
+      }
+    }
     endString({});
+    std::sort(mesh_.faults.begin(), mesh_.faults.end(),
+              [](const MeshFault& a, const MeshFault& b) { return a.place < b.place; });
     return std::move(mesh_);
   }
 
@@ -92,7 +149,8 @@ class Reading {
       return readElement<3, 1>(line);
     }
     if (card == "NS") {
-      return readString(line);
+      stringLines_.push_back(text_.substr(place_, length_));
+      return true;
     }
     if (card == "E6T") {
       return readElement<3, 2>(line);
@@ -115,7 +173,7 @@ class Reading {
       return false;
     }
     if (mesh_.nodes.empty()) {
-      expect(mesh_.nodeIds, mesh_.nodes);
+      expect(mesh_.nodePlaces, mesh_.nodeIds, mesh_.nodes);
     }
     mesh_.nodeIds.push_back(id);
     mesh_.nodes.push_back(node);
@@ -139,7 +197,7 @@ class Reading {
       return false;
     }
     if (mesh_.corners.empty()) {
-      expect(mesh_.elementIds, mesh_.corners, mesh_.materials);
+      expect(mesh_.elementPlaces, mesh_.elementIds, mesh_.corners, mesh_.materials);
     }
     mesh_.elementIds.push_back(id);
     mesh_.corners.push_back(corners);
@@ -153,9 +211,10 @@ class Reading {
   /// Makes room as if all that follows were such lines: room that stays empty costs nothing, and
   /// lists that move as they grow take a third of the time.
   template <class... Lists>
-  void expect(Lists&... lists) const {
+  void expect(std::vector<std::size_t>& places, Lists&... lists) const {
     const std::size_t count = (text_.size() - place_) / (length_ + 1) + 1;
-    (lists.reserve(count), ...);
+    places.reserve(withPlaces_ ? count : 0);
+    (reserveLarge(lists, count), ...);
   }
 
   template <int Corners, int Step, int Inner>
@@ -174,7 +233,8 @@ class Reading {
     return true;
   }
 
-  bool readString(Line& line) {
+  bool readString(Line line) {
+    line.word();
     std::int32_t id = 0;
     while (line.number(id)) {
       if (id == INT32_MIN) {
@@ -212,6 +272,7 @@ class Reading {
   bool withPlaces_;
   std::size_t place_ = 0;
   std::size_t length_ = 0;  // of the line at hand
+  std::vector<std::string_view> stringLines_;
   std::vector<std::int32_t> stringIds_;
   std::size_t stringPlace_ = 0;
   Mesh mesh_;
@@ -220,7 +281,29 @@ class Reading {
 }  // namespace
 
 Mesh readMesh(std::string_view text, bool withPlaces) {
-  return Reading(text, withPlaces).run();
+  constexpr std::size_t leastPart = 1 << 20;
+  const std::size_t parts = std::max<std::size_t>(
+      std::min<std::size_t>(text.size() / leastPart, std::thread::hardware_concurrency()), 1);
+  const auto beginOf = [text, parts](std::size_t part) {
+    const std::size_t about = text.size() / parts * part;
+    const std::size_t feed = part == parts ? std::string_view::npos : text.find('\n', about);
+    return part == 0 ? 0 : feed == std::string_view::npos ? text.size() : feed + 1;
+  };
+  const auto read = [&](std::size_t part) {
+    Reading reading(text, withPlaces);
+    reading.readLines(beginOf(part), beginOf(part + 1));
+    return reading;
+  };
+  std::vector<std::future<Reading>> others;
+  for (std::size_t part = 1; part < parts; ++part) {
+    // Where no thread can be had, a part is read when it is asked for.
+    others.push_back(std::async(std::launch::async | std::launch::deferred, read, part));
+  }
+  Reading reading = read(0);
+  for (std::future<Reading>& other : others) {
+    reading.join(other.get());
+  }
+  return reading.finish();
 }
 
 MeshPosition meshPosition(std::string_view text, std::size_t offset) {
@@ -234,11 +317,18 @@ MeshNodeIndex::MeshNodeIndex(std::span<const std::int32_t> ids) {
   if (ids.empty()) {
     return;
   }
+  const auto isGap = [](std::int64_t id, std::int64_t next) { return next != id + 1; };
+  if (std::adjacent_find(ids.begin(), ids.end(), isGap) == ids.end()) {
+    first_ = ids.front();
+    count_ = ids.size();
+    return;
+  }
   const auto [lowest, highest] = std::minmax_element(ids.begin(), ids.end());
   first_ = *lowest;
   const auto range = static_cast<std::size_t>(std::int64_t{*highest} - first_ + 1);
   constexpr std::size_t sparse = 8;
   if (range <= sparse * ids.size()) {
+    count_ = range;
     places_.assign(range, none);
     for (std::size_t i = ids.size(); i-- > 0;) {
       places_[static_cast<std::size_t>(ids[i] - first_)] = static_cast<std::uint32_t>(i);

@@ -26,5 +26,7 @@ struct CheckedMesh {
 /// Checks the mesh in `text`: that elements and node strings lead to nodes, and lie as elements can
 /// lie. Takes a time linear in the size of the text.
 std::shared_ptr<const CheckedMesh> checkMesh(std::string_view text);
+/// The same of a mesh that was read from `text` with its places.
+std::shared_ptr<const CheckedMesh> checkMesh(std::string_view text, const Kestrix::Mesh& mesh);
 
 }  // namespace KESTparse

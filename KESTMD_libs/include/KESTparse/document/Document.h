@@ -51,6 +51,10 @@ class Document {
   static std::shared_ptr<const SyntaxTree> readTree(std::string text,
                                                     const KestrixInputRoot& schema);
 
+  /// The path under which a document opens a file that it names, as `CheckedFiles` has it. Names
+  /// count from `directory`.
+  static std::string pathOf(std::string_view name, const std::string& directory);
+
   /// All that is wrong, in the order of the text, each thing once. Worked out when first asked for.
   const std::vector<Diagnostic>& check();
   /// What the converter does with the file when it is started in the folder that names count from;

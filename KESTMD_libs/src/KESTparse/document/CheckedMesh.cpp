@@ -7,7 +7,6 @@
 #include <bit>
 #include <set>
 #include <string>
-#include <unordered_map>
 
 #include "KESTparse/base/Conversions.h"
 #include "KESTparse/document/Codes.h"
@@ -40,11 +39,11 @@ std::string_view contentOf(std::string_view card) {
 
 class MeshCheck {
  public:
-  MeshCheck(std::string_view text, Mesh mesh, FaultList faults)
+  MeshCheck(std::string_view text, const Mesh& mesh, FaultList faults)
       : text_(text),
-        mesh_(std::move(mesh)),
+        mesh_(mesh),
         nodes_(mesh_.nodeIds),
-        isUsed_(mesh_.nodes.size(), 0),
+        isUsed_(mesh_.nodes.size(), false),
         faults_(std::move(faults)) {}
 
   std::shared_ptr<const CheckedMesh> run() {
@@ -117,7 +116,7 @@ class MeshCheck {
     for (std::uint32_t i = 0; i < mesh_.nodeIds.size(); ++i) {
       const std::uint32_t first = nodes_.find(mesh_.nodeIds[i]);
       if (first != i) {
-        isUsed_[i] = 1;
+        isUsed_[i] = true;
         if (faults_.wants(code::secondNode)) {
           faults_.add({code::secondNode,
                        nodeAt(i),
@@ -169,7 +168,7 @@ class MeshCheck {
         isWhole = false;
         tellUnknown(element, k);
       } else {
-        isUsed_[places[k]] = 1;
+        isUsed_[places[k]] = true;
       }
     }
     if (isWhole) {
@@ -268,7 +267,7 @@ class MeshCheck {
     for (const Kestrix::MeshSideNode& side : mesh_.sideNodes) {
       const std::uint32_t place = nodes_.find(side.nodeId);
       if (place != MeshNodeIndex::none) {
-        isUsed_[place] = 1;
+        isUsed_[place] = true;
       } else if (faults_.wants(code::unknownNode)) {
         addUnknown(numberAt(mesh_.elementPlaces[side.element], side.nodeId, 2),
                    fmt::format("the element {}", mesh_.elementIds[side.element]), side.nodeId);
@@ -300,35 +299,39 @@ class MeshCheck {
     const std::size_t size = std::bit_ceil(std::max<std::size_t>(count * bitsForEach, bitsOfWord));
     std::vector<std::uint64_t> taken(size / bitsOfWord);
     std::vector<std::uint64_t> again(size / bitsOfWord);
-    const auto placeOf = [this, size](std::size_t i) {
-      return hashOf(mesh_.nodes[i]) & (size - 1);
-    };
     bool isAnyAgain = false;
     for (std::size_t i = 0; i < count; ++i) {
-      const std::size_t place = placeOf(i);
+      const std::size_t place = hashOf(mesh_.nodes[i]) & (size - 1);
       const std::uint64_t bit = std::uint64_t{1} << (place % bitsOfWord);
-      const bool isAgain = (taken[place / bitsOfWord] & bit) != 0;
-      again[place / bitsOfWord] |= isAgain ? bit : 0;
+      if ((taken[place / bitsOfWord] & bit) != 0) {
+        again[place / bitsOfWord] |= bit;
+        isAnyAgain = true;
+      }
       taken[place / bitsOfWord] |= bit;
-      isAnyAgain = isAnyAgain || isAgain;
     }
-    std::unordered_multimap<std::size_t, std::uint32_t> candidates;
+    std::vector<std::pair<std::size_t, std::uint32_t>> candidates;  // with their hashes
     for (std::uint32_t i = 0; isAnyAgain && i < count; ++i) {
-      const std::size_t place = placeOf(i);
-      if ((again[place / bitsOfWord] >> (place % bitsOfWord) & 1U) == 0) {
-        continue;
-      }
       const std::size_t hash = hashOf(mesh_.nodes[i]);
-      const auto [begin, end] = candidates.equal_range(hash);
-      const auto first = std::find_if(begin, end, [this, i](const auto& other) {
-        return mesh_.nodes[other.second][0] == mesh_.nodes[i][0] &&
-               mesh_.nodes[other.second][1] == mesh_.nodes[i][1];
-      });
-      if (first == end) {
-        candidates.emplace(hash, i);
-      } else {
-        tellSharedPlace(first->second, i);
+      const std::size_t place = hash & (size - 1);
+      if ((again[place / bitsOfWord] >> (place % bitsOfWord) & 1U) != 0) {
+        candidates.emplace_back(hash, i);
       }
+    }
+    std::sort(candidates.begin(), candidates.end());
+    std::vector<std::pair<std::uint32_t, std::uint32_t>> shared;  // the later node and the first
+    for (auto begin = candidates.begin(), next = begin; next != candidates.end(); ++next) {
+      begin = begin->first == next->first ? begin : next;
+      const auto first = std::find_if(begin, next, [this, &next](const auto& other) {
+        return mesh_.nodes[other.second][0] == mesh_.nodes[next->second][0] &&
+               mesh_.nodes[other.second][1] == mesh_.nodes[next->second][1];
+      });
+      if (first != next) {
+        shared.emplace_back(next->second, first->second);
+      }
+    }
+    std::sort(shared.begin(), shared.end());
+    for (const auto& [later, first] : shared) {
+      tellSharedPlace(first, later);
     }
   }
 
@@ -359,7 +362,7 @@ class MeshCheck {
       return;
     }
     for (std::size_t i = 0; i < isUsed_.size(); ++i) {
-      if (isUsed_[i] == 0 && faults_.wants(code::idleNode)) {
+      if (!isUsed_[i] && faults_.wants(code::idleNode)) {
         faults_.add({code::idleNode, nodeAt(i),
                      fmt::format("the node {} belongs to no element", mesh_.nodeIds[i]),
                      "remove it, or add the element that it is a corner of"});
@@ -426,9 +429,9 @@ class MeshCheck {
   };
 
   std::string_view text_;
-  Mesh mesh_;
+  const Mesh& mesh_;
   MeshNodeIndex nodes_;
-  std::vector<char> isUsed_;
+  std::vector<bool> isUsed_;
   Sense counterClockwise_;
   Sense clockwise_;
   FaultList faults_;
@@ -437,12 +440,16 @@ class MeshCheck {
 }  // namespace
 
 std::shared_ptr<const CheckedMesh> checkMesh(std::string_view text) {
+  return checkMesh(text, Kestrix::readMesh(text, true));
+}
+
+std::shared_ptr<const CheckedMesh> checkMesh(std::string_view text, const Mesh& mesh) {
   FaultList faults;
   if (!findForeignText(text, faults)) {
     return std::make_shared<CheckedMesh>(
         CheckedMesh{faults.placed(text), MeshNodeIndex({}), MeshNodeIndex({}), {}, {}, {}});
   }
-  return MeshCheck(text, Kestrix::readMesh(text, true), std::move(faults)).run();
+  return MeshCheck(text, mesh, std::move(faults)).run();
 }
 
 }  // namespace KESTparse

@@ -43,6 +43,12 @@ bool mayStand(const InputBlock& root, const std::vector<std::string_view>& open,
 
 constexpr std::size_t utf16MarkSize = 2;
 
+/// Makes the names of files count from `directory`.
+void setFolders(GlobalValues& values, const std::string& directory) {
+  values.basePath = "./";
+  values.directory = directory;
+}
+
 /// `name` as it stands in codes.
 std::string codeName(std::string_view name) {
   std::string code(name);
@@ -1149,9 +1155,15 @@ void Document::goOn() const {
   }
 }
 
+std::string Document::pathOf(std::string_view name, const std::string& directory) {
+  GlobalValues values;
+  setFolders(values, directory);
+  const ActiveValues active(values);
+  return openedPath(resolvePath(name));
+}
+
 void Document::prepare(GlobalValues& values) {
-  values.basePath = "./";
-  values.directory = options_.directory;
+  setFolders(values, options_.directory);
   values.readsFiles = options_.readsFiles;
   values.keepsSeries = options_.keepsSeries;
   values.console = &console_;
