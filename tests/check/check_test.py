@@ -135,6 +135,13 @@ class Files(Checks):
         self.assertEqual(names, sorted(names))
         self.assertEqual(len(names), 40)
 
+    def test_without_files_tells_nothing_of_what_they_hold(self):
+        for setup in sorted(EXAMPLES.glob("*/*.kcf")):
+            def told(*arguments):
+                document = self.checked(*arguments, setup)
+                return {(each["line"], each["code"]) for each in document["diagnostics"]}
+            self.assertLessEqual(told("--no-files"), told(), setup)
+
     def test_examples_are_judged_as_the_converter_does(self):
         document = self.checked(EXAMPLES)
         for file in document["files"]:

@@ -27,6 +27,9 @@ struct RefusedValue {
 /// list, the part of the value that does not belong there.
 Diagnostic explainValue(const RefusedValue& refused);
 
+/// What is to be written as the value of the tag `prototype` of `block`, such as "a number in m".
+std::string wantedValue(const InputTag& prototype, const InputBlock& block);
+
 /// A fault of syntax.
 struct FaultySyntax {
   const SyntaxTree& tree;

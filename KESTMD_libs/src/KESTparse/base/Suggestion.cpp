@@ -74,4 +74,20 @@ std::string_view nearestName(std::string_view written, const std::vector<std::st
   return {};
 }
 
+std::string_view longerName(std::string_view written, const std::vector<std::string_view>& known) {
+  constexpr std::size_t shortest = 3;
+  const std::vector<std::string> pieces = split("_-", toUpper(written));
+  const auto isLonger = [&pieces](std::string_view name) {
+    std::size_t next = 0;
+    for (const std::string& word : split("_-", toUpper(name))) {
+      next += next < pieces.size() && word.starts_with(pieces[next]) ? 1 : 0;
+    }
+    return next == pieces.size();
+  };
+  if (written.size() < shortest || std::count_if(known.begin(), known.end(), isLonger) != 1) {
+    return {};
+  }
+  return *std::find_if(known.begin(), known.end(), isLonger);
+}
+
 }  // namespace KESTparse

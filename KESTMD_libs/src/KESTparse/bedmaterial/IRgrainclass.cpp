@@ -29,6 +29,9 @@ void IRgrainclass::checkRules() {
               "the diameter of {0} mm stands behind the greater one of {1} mm",
               "list the diameters from the smallest to the greatest"},
              "Grain sizes must be in strictly ascending order", diameters[i], diameters[i - 1]);
+      if (GlobalValues::instance().explainsMessages) {
+        return;  // a list in another order is one fault
+      }
     }
   }
 }

@@ -46,14 +46,14 @@ void IRgeom1d::requireCrossSection(InputBlock& source, std::initializer_list<Sub
   static constexpr char text[] =
       "Cross section '{}' for qlateral EXTERNAL_SOURCE could not be found in the cross-section order.  Use the exact name of the cross section as defined in GEOMETRY 'cross_section_order'";
   if (source.hasTag("cross_section")) {
-    report(Severity::error, source, tagAndDemand,
+    report(Severity::error, source, {*tagAndDemand.begin()},
            {"unknown-cross-section", "there is no cross section '{0}' in this region",
-            "name one of the 'cross_section_order' in GEOMETRY{1}, or add '{0}' there"},
+            "name a cross section of 'cross_section_order' in GEOMETRY{1}, or add '{0}' there"},
            text, name, perhaps(name, cross_section_order));
   } else {
     report(Severity::error, source, tagAndDemand,
            {"no-cross-section", "the source does not tell at which cross section it acts",
-            "name in 'cross_section' one of the 'cross_section_order' in GEOMETRY"},
+            "name in 'cross_section' a cross section of 'cross_section_order' in GEOMETRY"},
            text, name);
   }
 }

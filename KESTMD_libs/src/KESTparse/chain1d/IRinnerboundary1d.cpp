@@ -176,7 +176,7 @@ void IRinnerboundary1d::checkRules() {
       reportUnknownSide(
           *this, side, crossSection, perhaps(crossSection, geometry->cross_section_order),
           {"unknown-cross-section", "there is no cross section '{0}' in this region",
-           "name one of the 'cross_section_order' in GEOMETRY{1}, or add '{0}' there"});
+           "name a cross section of 'cross_section_order' in GEOMETRY{1}, or add '{0}' there"});
     }
     return places;
   };

@@ -71,7 +71,7 @@ void IRmorphextsrc1d::checkRules() {
   if (geometry->crossSectionIndex(cross_section) == -1) {
     error<&Self::cross_section>(
         {"unknown-cross-section", "there is no cross section '{0}' in this region",
-         "name one of the 'cross_section_order' in GEOMETRY{1}, or add '{0}' there"},
+         "name a cross section of 'cross_section_order' in GEOMETRY{1}, or add '{0}' there"},
         "'cross section' '{}' could not be found within the geometry", cross_section,
         perhaps(cross_section, geometry->cross_section_order));
   }

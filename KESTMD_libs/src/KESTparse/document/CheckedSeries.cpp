@@ -23,7 +23,13 @@ class SeriesCheck {
   SeriesCheck(std::string_view text, const SeriesUse& use) : text_(text), use_(&use) {}
 
   std::vector<PlacedFault> run() {
-    if (findForeignText(text_, faults_)) {
+    constexpr std::string_view meshHeading = "MESH2D";
+    if (text_.starts_with(meshHeading)) {
+      faults_.add({code::textInSeries,
+                   {0, meshHeading.size()},
+                   "the file is a mesh, and no series of numbers",
+                   "name the file that holds the series"});
+    } else if (findForeignText(text_, faults_)) {
       for (std::size_t begin = 0; begin < text_.size();) {
         const std::size_t end = std::min(text_.find('\n', begin), text_.size());
         readLine({begin, end});
@@ -88,12 +94,15 @@ class SeriesCheck {
     if (isBehindDigit && (rest.front() == ',' || rest.front() == ';')) {
       tellSeparator(word, rest);
     } else if (faults_.wants(code::textInSeries)) {
-      const bool isHeading = !hasRows_ && row_.empty();
+      const bool isQuoted = isFigure(text_[std::min(begin + 1, text_.size() - 1)]) &&
+                            (text_[begin] == '"' || text_[begin] == '\'');
+      const bool isHeading = !hasRows_ && row_.empty() && !isQuoted;
       faults_.add({code::textInSeries, word,
                    isHeading ? fmt::format("the series begins with the text '{}'", word.in(text_))
                              : fmt::format("'{}' in the series is no number", word.in(text_)),
-                   isHeading ? "begin the line with '#', which makes it a comment, or remove it"
-                             : "write numbers alone; what stands behind a '#' is a comment"});
+                   isHeading  ? "begin the line with '#', which makes it a comment, or remove it"
+                   : isQuoted ? "write numbers without quotes"
+                              : "write numbers alone; what stands behind a '#' is a comment"});
     }
     hasStrayText_ = true;
   }

@@ -3,6 +3,8 @@
 #include <fmt/format.h>
 
 #include <algorithm>
+#include <array>
+#include <map>
 #include <set>
 #include <sstream>
 #include <tuple>
@@ -236,7 +238,9 @@ class Document::Builder {
     std::string_view name = written;
     bool isMeant = true;
     if (parent.getLogicalTagPosition(name) < 0) {
-      name = nearestName(isWritableName(written) ? written : wordIn(written), tagNamesOf(parent));
+      const std::string_view word = isWritableName(written) ? written : wordIn(written);
+      name = nearestName(word, tagNamesOf(parent));
+      name = name.empty() ? longerName(word, tagNamesOf(parent)) : name;
       isMeant = !name.empty() && !isGivenElsewhere(node.parent, name, id);
       if (isWritableName(written)) {
         explainUnknownTag(node, isMeant ? name : std::string_view(), parent);
@@ -281,7 +285,10 @@ class Document::Builder {
     std::vector<Fix> fixes;
     if (!nearest.empty()) {
       help = fmt::format("did you mean '{}'?", nearest);
-      fixes.push_back({fmt::format("write '{}'", nearest), {{node.name(), std::string(nearest)}}});
+      if (!nearestName(written, {nearest}).empty()) {
+        fixes.push_back(
+            {fmt::format("write '{}'", nearest), {{node.name(), std::string(nearest)}}});
+      }
     } else if (!elsewhere.empty()) {
       help = fmt::format("'{}' belongs into {}", written, elsewhere);
     } else if (parent.getLogicalBlockPosition(written) >= 0) {
@@ -465,6 +472,7 @@ class Document::Checker {
     checkEncoding();
     tellStops();
     tellFindings();
+    dropFollowing();
     checkTextForm();
     silenceWarnings(d_->syntax_, d_->lines_, d_->diagnostics_);
     std::stable_sort(
@@ -681,7 +689,9 @@ class Document::Checker {
         continue;
       }
       const std::string_view text = d_->syntax_[child].name().in(d_->syntax_.blanked());
-      if (text.find(name) != std::string_view::npos || !nearestName(text, {name}).empty()) {
+      // What lacks its name may be what is missing.
+      if (text.empty() || text.find(name) != std::string_view::npos ||
+          !nearestName(text, {name}).empty()) {
         return true;
       }
       if (d_->syntax_[child].kind == NodeKind::tag) {
@@ -725,8 +735,8 @@ class Document::Checker {
     std::string help = fmt::format("add '{} = ...'", prototype.getName());
     if (!allowed.empty()) {
       help += fmt::format(" with one of {}", fmt::join(allowed, ", "));
-    } else if (!prototype.getUnit().empty()) {
-      help += fmt::format(" {}", prototype.getUnit());
+    } else if (traits.kind != ValueKind::text || !traits.pattern.empty()) {
+      help += ", " + wantedValue(prototype, block);
     }
     add(Severity::error, code::missingTag, headerOf(block),
         fmt::format("'{}' lacks the tag '{}'{}", block.getName(), prototype.getName(), why),
@@ -929,6 +939,9 @@ class Document::Checker {
     if (subject.block != first.block && subject.member == first.member) {
       return isEarlier ? "the first is here" : "the other is here";
     }
+    if (subject.block == first.block && subject.member == first.member && subject.item > 0) {
+      return "the other is here";
+    }
     const InputTag* const tag = subject.member.empty() ? nullptr : tagOf(subject);
     return tag == nullptr ? fmt::format("this is the '{}'", subject.block->getName())
                           : fmt::format("'{}' is set here", tag->getName());
@@ -992,25 +1005,129 @@ class Document::Checker {
 
   /// Whether a rule of the block tells of the series that is found too short.
   [[nodiscard]] bool isToldByRule(const Diagnostic& found) const {
-    return (found.code == code::oneColumn || found.code == code::emptySeries) &&
-           std::any_of(
-               d_->diagnostics_.begin(), d_->diagnostics_.end(), [&found](const Diagnostic& told) {
-                 return told.at.at == found.at.at && (told.code.ends_with("/series-columns") ||
-                                                      told.code.ends_with("/short-series"));
-               });
+    return (found.code == code::oneColumn || found.code == code::emptySeries ||
+            found.code == code::seriesBeginsLate || found.code == code::seriesEndsEarly) &&
+           std::any_of(d_->diagnostics_.begin(), d_->diagnostics_.end(),
+                       [&found](const Diagnostic& told) {
+                         return told.at.at == found.at.at && isAboutRows(told);
+                       });
+  }
+
+  /// Whether a rule tells of the numbers of rows and columns that were read from a series.
+  static bool isAboutRows(const Diagnostic& told) {
+    return told.code.ends_with("/series-columns") || told.code.ends_with("/short-series");
   }
 
   /// Takes away what is told of the converter's end where `found` is the cause: a series that it
-  /// cannot read, or a name that a rule of the block takes for granted.
+  /// cannot read, a mesh with nothing in it, or a name that a rule of the block takes for granted.
   bool takeConsequence(const Diagnostic& found) {
     const NodeId tag = d_->syntax_.nodeAt(found.at.at.begin);
     const Span header = d_->syntax_[d_->syntax_[tag].parent].name();
     const bool isName = found.code == code::unknownName && found.at.file.empty();
+    const bool isText = found.code == code::textInSeries || found.code == code::seriesSeparator ||
+                        found.code == code::notText;
     return std::erase_if(d_->diagnostics_, [&](const Diagnostic& told) {
-             return (told.code == code::unequalRows && told.at.file.empty() &&
+             return (isText && told.at.at == found.at.at && isAboutRows(told)) ||
+                    (found.code == code::emptyMesh && told.code.ends_with("/not-in-mesh") &&
+                     told.related.front().at.at == found.at.at) ||
+                    (told.code == code::unequalRows && told.at.file.empty() &&
                      told.at.at.in(d_->syntax_.text()) == found.at.file) ||
                     (isName && told.code == code::stopped && told.at.at == header);
            }) > 0;
+  }
+
+  /// Drops what only follows from other errors: names that nothing bears as long as the blocks that
+  /// could bear them lack a right one, weirs that a controller may not find, and ends of a channel
+  /// at which a boundary may be meant to lie.
+  void dropFollowing() {
+    std::map<std::string_view, std::size_t> misnamed;  // by the blocks
+    std::size_t lostPlaces = 0;                        // of what controllers move
+    std::size_t lowWeirs = 0;
+    std::set<NodeId> openChannels;
+    for (const Diagnostic& told : d_->diagnostics_) {
+      if (told.severity != Severity::error || !told.at.file.empty()) {
+        continue;
+      }
+      const NodeId block = blockAt(told.at.at);
+      const std::string_view tag = tagNameAt(told.at.at);
+      if (told.code == code::missingTag &&
+          told.message.find("'cross_section_order'") != std::string::npos) {
+        misnamed["cross section"] = d_->diagnostics_.size();
+      } else if (isMisnamed(told)) {
+        ++misnamed[d_->syntax_[block].name().in(d_->syntax_.text())];
+      }
+      lostPlaces += tag == "position" ? 1 : 0;
+      lowWeirs += isLowWeir(told) ? 1 : 0;
+      if (tag == "string" && !isOfRule(told)) {
+        openChannels.insert(d_->syntax_[block].parent);
+      }
+    }
+    std::map<std::string_view, std::set<std::string_view>> lost;  // by the blocks
+    for (const Diagnostic& told : d_->diagnostics_) {
+      for (const auto& [block, count] : misnamed) {
+        if (isLost(told, block)) {
+          lost[block].insert(lostNameOf(told));
+        }
+      }
+    }
+    const bool mayBeMoved = lowWeirs <= lostPlaces || misnamed.contains("KESTCHAIN_1D");
+    std::erase_if(d_->diagnostics_, [&](const Diagnostic& told) {
+      const bool isOpen =
+          told.code.ends_with("stream-boundary") && openChannels.contains(blockAt(told.at.at));
+      return isOpen || (mayBeMoved && isLowWeir(told)) ||
+             std::any_of(lost.begin(), lost.end(), [&](const auto& each) {
+               return each.second.size() <= misnamed[each.first] && isLost(told, each.first);
+             });
+    });
+  }
+
+  static bool isOfRule(const Diagnostic& told) { return told.code.find('/') != std::string::npos; }
+
+  static bool isLowWeir(const Diagnostic& told) {
+    return told.code.ends_with("/weir-without-level");
+  }
+
+  /// Whether a block has no name, or one that cannot be read or be its own.
+  [[nodiscard]] bool isMisnamed(const Diagnostic& told) const {
+    constexpr std::array<std::string_view, 4> rules{"/second-name", "/second-region-name",
+                                                    "/not-in-mesh", "/coupling-without-name"};
+    const auto isName = [](std::string_view tag) { return tag == "name" || tag == "region_name"; };
+    if (told.code == code::missingTag) {
+      return told.message.find("the tag 'name'") != std::string::npos ||
+             told.message.find("the tag 'region_name'") != std::string::npos;
+    }
+    return std::any_of(rules.begin(), rules.end(),
+                       [&told](std::string_view rule) { return told.code.ends_with(rule); }) ||
+           (!isOfRule(told) && isName(tagNameAt(told.at.at)));
+  }
+
+  /// The name of the tag at `at`; empty when none stands there.
+  [[nodiscard]] std::string_view tagNameAt(Span at) const {
+    const SyntaxNode& node = d_->syntax_[d_->syntax_.nodeAt(at.begin)];
+    return node.kind == NodeKind::tag ? node.name().in(d_->syntax_.text()) : std::string_view();
+  }
+
+  /// The block at `at`, or the one whose tag stands there.
+  [[nodiscard]] NodeId blockAt(Span at) const {
+    const NodeId id = d_->syntax_.nodeAt(at.begin);
+    return d_->syntax_[id].kind == NodeKind::tag ? d_->syntax_[id].parent : id;
+  }
+
+  /// Whether `told` is of a name that no `block` bears.
+  [[nodiscard]] static bool isLost(const Diagnostic& told, std::string_view block) {
+    if (told.code != code::unknownName && told.code.find("/unknown-") == std::string::npos) {
+      return false;
+    }
+    const bool isRegion = block.starts_with("KEST");
+    return told.message.find(isRegion ? "region named '" : std::string(block)) != std::string::npos;
+  }
+
+  /// The name in the text that `told` is of: that of the region, where a place follows it.
+  [[nodiscard]] std::string_view lostNameOf(const Diagnostic& told) const {
+    const std::string_view text = told.at.at.in(d_->syntax_.text());
+    return told.message.find("region named '") == std::string::npos
+               ? text
+               : text.substr(0, text.find('.'));
   }
 
   /// Texts of the document must be UTF-8.

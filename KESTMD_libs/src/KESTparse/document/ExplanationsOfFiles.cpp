@@ -150,6 +150,18 @@ MissingFile explainMissingFile(std::string_view name) {
                         quotedText(existing)),
             existing};
   }
+  const std::size_t end = plain.find_first_of(",; \t");
+  const std::string first = plain.substr(0, end);
+  if (end != std::string::npos && findFile(first) == Found::file) {
+    const std::string rest = plain.substr(end);
+    const bool isSign = rest.find_first_not_of(",; \t") == std::string::npos;
+    return {code::missingFile,
+            fmt::format("{} stands behind the name of the file {}, and counts as part of it",
+                        quotedText(trimmed(rest)), quotedText(first)),
+            isSign ? fmt::format("write {}", quotedText(first))
+                   : fmt::format("write one name, such as {}", quotedText(first)),
+            isSign ? first : std::string()};
+  }
   MissingFile missing{code::missingFile, fmt::format("the file {} does not exist", quoted), {}};
   if (!folder.empty() && findFile(folder) != Found::folder) {
     missing.help = fmt::format(

@@ -148,10 +148,26 @@ class SyntaxDoctor {
   }
 
   void missingOpeningBrace() {
-    tell(code::missingOpeningBrace,
-         fmt::format("the '{{' behind {} is missing", quotedText(words_)),
-         fmt::format("write '{} {{'", words_));
-    fix("write the missing '{'", {{{at_.end, at_.end}, " {"}});
+    const Span name = node_->name();
+    const std::string quoted = quotedText(name.in(tree_->text()));
+    const std::string help = fmt::format("write '{} {{'", name.in(tree_->text()));
+    const std::string_view sign = trimmed(words_.substr(name.size()));
+    if (sign.empty()) {
+      tell(code::missingOpeningBrace, fmt::format("the '{{' behind {} is missing", quoted), help);
+      fix("write the missing '{'", {{{name.end, name.end}, " {"}});
+      return;
+    }
+    const std::size_t begin = at_.begin + static_cast<std::size_t>(sign.data() - words_.data());
+    diagnostic_.at.at = {begin, begin + 1};
+    if (sign.front() == '=') {
+      tell(code::invalidName, fmt::format("an equals sign stands between {} and its '{{'", quoted),
+           help);
+      fix("remove the '='", {{{name.end, at_.end}, " {"}});
+    } else {
+      tell(code::missingOpeningBrace,
+           fmt::format("{} stands in place of the '{{' behind {}", quotedText(sign), quoted), help);
+      fix("write '{' in its place", {{{name.end, at_.end}, " {"}});
+    }
   }
 
   void missingName() {
@@ -181,6 +197,17 @@ class SyntaxDoctor {
       colon(first, rest.substr(1),
             {at_.begin + first.size(),
              at_.begin + static_cast<std::size_t>(rest.data() + 1 - words_.data())});
+      return;
+    }
+    const std::size_t arrow = std::min(rest.find_first_not_of("-<>~"), rest.size());
+    if (isTag(first) && rest.substr(0, arrow).find_first_of("<>~") != std::string_view::npos) {
+      const std::size_t begin = at_.begin + static_cast<std::size_t>(rest.data() - words_.data());
+      tell(code::missingEquals,
+           fmt::format("{} stands in place of the equals sign behind {}",
+                       quotedText(rest.substr(0, arrow)), quotedText(first)),
+           fmt::format("write '{} = {}'", first, trimmed(rest.substr(arrow))));
+      diagnostic_.at.at = {begin, begin + arrow};
+      fix("write '=' in its place", {{diagnostic_.at.at, "="}});
       return;
     }
     if (isBlock(first)) {

@@ -64,16 +64,45 @@ std::size_t numberLength(std::string_view text) {
   return end;
 }
 
+/// Words as people list them: "a, b or c".
+std::string alternatives(const std::vector<std::string>& words) {
+  std::string text;
+  for (std::size_t i = 0; i < words.size(); ++i) {
+    text += (i == 0 ? "" : i + 1 == words.size() ? " or " : ", ") + words[i];
+  }
+  return text;
+}
+
+/// The same in quotes: "'a', 'b' or 'c'".
+std::string choicesText(std::vector<std::string> words) {
+  for (std::string& word : words) {
+    word = quotedText(word);
+  }
+  return alternatives(words);
+}
+
 /// The bare unit of a tag, as a sentence shows it; empty for none and for "[-]".
 std::string unitOf(const InputTag& tag) {
   std::string unit = withSigns(tag.getUnit());
   if (unit.starts_with('[') && unit.find(']') == unit.size() - 1) {
     unit = unit.substr(1, unit.size() - 2);
   }
-  while (unit.ends_with('.') && unit.find(' ') != std::string::npos && unit.find('[') == 0) {
-    unit.pop_back();
+  // Of several, each has its own word behind it.
+  if (unit.starts_with('[')) {
+    unit.erase(unit.find_last_not_of('.') + 1);
+    std::vector<std::string> pieces;
+    for (const std::string& piece : split(",", unit)) {
+      const std::size_t end = piece.find(']');
+      const std::size_t begin = piece.find('[');
+      if (begin > end || end == std::string::npos) {
+        return unit;
+      }
+      pieces.push_back(fmt::format("{} ({})", piece.substr(begin + 1, end - begin - 1),
+                                   trimmed(std::string_view(piece).substr(end + 1))));
+    }
+    return alternatives(pieces);
   }
-  return unit == "-" ? std::string() : unit;
+  return unit.starts_with('-') ? std::string() : unit;
 }
 
 /// A unit in a form that leaves out how it is written.
@@ -117,6 +146,34 @@ std::string plainUnit(std::string_view written) {
   return unit;
 }
 
+/// How many of `unit` the unit that was `written` is; 0 when that is not known.
+double factorOf(std::string_view written, std::string_view unit) {
+  struct Scale {
+    std::string_view unit;
+    std::string_view written;  // with blanks around each word
+    double factor;
+  };
+  constexpr std::array<Scale, 13> scales{{{"s", " min minute minutes ", 60},
+                                          {"s", " h hour hours hrs ", 3600},
+                                          {"s", " d day days ", 86400},
+                                          {"m", " mm ", 0.001},
+                                          {"m", " cm ", 0.01},
+                                          {"m", " dm ", 0.1},
+                                          {"m", " km ", 1000},
+                                          {"mm", " cm ", 10},
+                                          {"mm", " m ", 1000},
+                                          {"permill", " % percent ", 10},
+                                          {"m3/s", " l/s ", 0.001},
+                                          {"kg/m3", " g/cm3 ", 1000},
+                                          {"kg/m3", " t/m3 ", 1000}}};
+  const std::string word = fmt::format(" {} ", plainUnit(written));
+  const std::string wanted = plainUnit(unit);
+  const auto scale = std::find_if(scales.begin(), scales.end(), [&](const Scale& each) {
+    return each.unit == wanted && each.written.find(word) != std::string_view::npos;
+  });
+  return scale == scales.end() ? 0 : scale->factor;
+}
+
 /// The range of `name` with plain signs, such as "0 < CFL <= 1"; empty without bounds.
 std::string rangeOf(const Range<double>& range, std::string_view name) {
   std::string text;
@@ -132,16 +189,6 @@ std::string rangeOf(const Range<double>& range, std::string_view name) {
   return range.hasUpper ? fmt::format("{} {} {}", name, sign(range.upperInclusive),
                                       doubleToString(range.upper))
                         : std::string();
-}
-
-/// Words as people list them: "'a', 'b' or 'c'".
-std::string choicesText(const std::vector<std::string>& words) {
-  std::string text;
-  for (std::size_t i = 0; i < words.size(); ++i) {
-    text += i == 0 ? "" : i + 1 == words.size() ? " or " : ", ";
-    text += quotedText(words[i]);
-  }
-  return text;
 }
 
 /// A change of a value, by places in it.
@@ -190,7 +237,10 @@ Likely likelyWord(std::string_view written, const std::vector<std::string>& know
       return word.size() >= shortest && editDistance(upper, toUpper(word), 1) == 1;
     });
   }
-  if (!likely.isCertain) {
+  if (!likely.isCertain && written.size() >= 2) {
+    likely = {only([&](const std::string& word) { return word.starts_with(written); }).word};
+  }
+  if (likely.word.empty()) {
     likely.word = std::string(
         nearestName(written, std::vector<std::string_view>(known.begin(), known.end())));
   }
@@ -256,7 +306,9 @@ class NumberDoctor {
   [[nodiscard]] NumberSlip examine(std::string_view text) const {
     NumberSlip slip = first(text);
     for (int i = 0; i < 3 && slip.mended && !isNumber(*slip.mended, words_->isInteger); ++i) {
-      slip.mended = first(*slip.mended).mended;
+      NumberSlip next = first(*slip.mended);
+      slip.mended = std::move(next.mended);
+      slip.help = std::move(next.help);
     }
     if (slip.mended && !isNumber(*slip.mended, words_->isInteger)) {
       slip.mended.reset();
@@ -267,7 +319,8 @@ class NumberDoctor {
  private:
   [[nodiscard]] NumberSlip first(std::string_view text) const {
     for (const auto look : {&NumberDoctor::quotes, &NumberDoctor::signs, &NumberDoctor::template_,
-                            &NumberDoctor::comma, &NumberDoctor::exponent, &NumberDoctor::point,
+                            &NumberDoctor::comma, &NumberDoctor::letters, &NumberDoctor::clock,
+                            &NumberDoctor::exponent, &NumberDoctor::point,
                             &NumberDoctor::parentheses, &NumberDoctor::unit, &NumberDoctor::several,
                             &NumberDoctor::expression, &NumberDoctor::whole}) {
       if (std::optional<NumberSlip> slip = (this->*look)(text)) {
@@ -375,6 +428,40 @@ class NumberDoctor {
     return slip(text, std::move(sentence), std::move(mended));
   }
 
+  /// A letter that looks like a zero.
+  [[nodiscard]] std::optional<NumberSlip> letters(std::string_view text) const {
+    std::string plain(text);
+    std::replace_if(
+        plain.begin(), plain.end(), [](char c) { return c == 'O' || c == 'o'; }, '0');
+    if (plain == text || !isNumber(plain, words_->isInteger) ||
+        text.find_first_of(digits) == std::string_view::npos) {
+      return std::nullopt;
+    }
+    return slip(text,
+                fmt::format("{} is {}, which has the letter O in place of a zero", words_->subject,
+                            quotedText(text)),
+                std::move(plain));
+  }
+
+  /// Hours, minutes and seconds in place of seconds.
+  [[nodiscard]] std::optional<NumberSlip> clock(std::string_view text) const {
+    constexpr std::size_t all = 3;
+    constexpr double sixty = 60;
+    const std::vector<std::string> pieces = split(":", text);
+    if (words_->unit != "s" || pieces.size() != all ||
+        !std::all_of(pieces.begin(), pieces.end(), isInteger)) {
+      return std::nullopt;
+    }
+    double seconds = 0;
+    for (const std::string& piece : pieces) {
+      seconds = sixty * seconds + stringToDouble(piece);
+    }
+    return slip(
+        text,
+        fmt::format("{} is {}, but a time is given in seconds", words_->subject, quotedText(text)),
+        fmt::format("{}", seconds));
+  }
+
   /// An exponent that is written with D.
   [[nodiscard]] std::optional<NumberSlip> exponent(std::string_view text) const {
     const std::size_t place = text.find_first_of("dD");
@@ -461,6 +548,10 @@ class NumberDoctor {
       slip.help =
           fmt::format("write {}: {} is in {} already", number, words_->subject, words_->unit);
       slip.mended = number;
+    } else if (const double factor = factorOf(rest, words_->unit); factor > 0) {
+      slip.mended = fmt::format("{:.12g}", stringToDouble(number) * factor);
+      slip.help =
+          fmt::format("write {}, which is {} {} in {}", *slip.mended, number, rest, words_->unit);
     } else {
       slip.help = fmt::format("write the number alone, converted to {}, the unit of {}",
                               words_->unit, words_->subject);
@@ -561,6 +652,39 @@ class ValueDoctor {
     return diagnostic;
   }
 
+  /// What is to be written.
+  [[nodiscard]] std::string wanted() const {
+    if (isChoice()) {
+      return (allowed_.size() == 1 ? "" : "one of ") + choicesText(allowed_);
+    }
+    switch (traits_.kind) {
+      case ValueKind::integer:
+        return numberWanted("a whole number");
+      case ValueKind::real:
+        return numberWanted("a number");
+      case ValueKind::file:
+        return "the name of a file";
+      case ValueKind::seriesFile:
+        return "the name of a file with a time series";
+      case ValueKind::position:
+        return "the name of the region, a dot and the name of the place, as 'region.place'";
+      case ValueKind::integers:
+        return listWanted("whole numbers", "( 1 2 3 )");
+      case ValueKind::reals:
+        return listWanted("numbers", "( 0.5 1.0 )");
+      case ValueKind::words:
+      case ValueKind::outputValues:
+        return listWanted("words", traits_.entries.empty()
+                                       ? "( one two )"
+                                       : fmt::format("( {} )", traits_.entries.front()));
+      case ValueKind::namedReals:
+        return "a name, a colon and a list of numbers, as 'name:( 0.5 1.0 )'";
+      case ValueKind::text:
+        return traits_.pattern.empty() ? "a text" : "one word of letters, digits, '_' and '-'";
+    }
+    return {};
+  }
+
  private:
   [[nodiscard]] std::string subject() const { return quotedText(name_); }
 
@@ -606,39 +730,6 @@ class ValueDoctor {
       default:
         return code::notAList;
     }
-  }
-
-  /// What is to be written.
-  [[nodiscard]] std::string wanted() const {
-    if (isChoice()) {
-      return (allowed_.size() == 1 ? "" : "one of ") + choicesText(allowed_);
-    }
-    switch (traits_.kind) {
-      case ValueKind::integer:
-        return numberWanted("a whole number");
-      case ValueKind::real:
-        return numberWanted("a number");
-      case ValueKind::file:
-        return "the name of a file";
-      case ValueKind::seriesFile:
-        return "the name of a file with a time series";
-      case ValueKind::position:
-        return "the name of the region, a dot and the name of the place, as 'region.place'";
-      case ValueKind::integers:
-        return listWanted("whole numbers", "( 1 2 3 )");
-      case ValueKind::reals:
-        return listWanted("numbers", "( 0.5 1.0 )");
-      case ValueKind::words:
-      case ValueKind::outputValues:
-        return listWanted("words", traits_.entries.empty()
-                                       ? "( one two )"
-                                       : fmt::format("( {} )", traits_.entries.front()));
-      case ValueKind::namedReals:
-        return "a name, a colon and a list of numbers, as 'name:( 0.5 1.0 )'";
-      case ValueKind::text:
-        return traits_.pattern.empty() ? "a text" : "one word of letters, digits, '_' and '-'";
-    }
-    return {};
   }
 
   [[nodiscard]] std::string numberWanted(std::string_view kind) const {
@@ -768,7 +859,7 @@ class ValueDoctor {
 
   /// A second equals sign or a colon in front of the value.
   [[nodiscard]] std::optional<Slip> leadingSign() const {
-    const std::size_t end = value_.find_first_not_of("=: \t");
+    const std::size_t end = value_.find_first_not_of("=:> \t");
     if (end == 0 || end == std::string::npos) {
       return std::nullopt;
     }
@@ -800,6 +891,11 @@ class ValueDoctor {
       return std::nullopt;
     }
     const std::string_view before = trimmed(std::string_view(value_).substr(0, begin));
+    const bool isNamed = traits_.kind == ValueKind::namedReals;
+    if (before.empty() && isNamed &&
+        trimmed(std::string_view(value_).substr(equals + 1)).starts_with('(')) {
+      return std::nullopt;  // it stands in place of a colon
+    }
     if (before.empty()) {
       return Slip{
           {begin, end},
@@ -1028,13 +1124,14 @@ class ValueDoctor {
     }
     Slip slip{whole(),
               fmt::format("{} is {}, but must be {}{}", subject(), value_, bound,
-                          unit_.empty() ? "" : " " + unit_),
+                          unit_.empty() || unit_.ends_with(')') ? "" : " " + unit_),
               "write " + wanted(),
               {},
               {},
               code::outOfRange};
     constexpr double percent = 100.0;
-    if (range.hasUpper && range.upper == 1.0 && given > 1.0 && given <= percent) {
+    if (range.hasUpper && range.upper == 1.0 && given > 1.0 && given <= percent &&
+        (!range.hasLower || given / percent >= range.lower)) {
       slip.help += fmt::format("; {} % is {}", value_, doubleToString(given / percent));
     }
     return slip;
@@ -1054,11 +1151,16 @@ class ValueDoctor {
     }
     const std::string joined = joinedWords();
     if (isWhiteSpace(*first)) {
+      // By a name that others use they would not find it.
+      std::vector<Change> changes;
+      if (!name_.ends_with("name")) {
+        changes.push_back({whole(), joined});
+      }
       return {whole(),
               fmt::format("{} is {}, but must be one word without blanks", subject(),
                           quotedText(value_)),
               accepts(joined) ? fmt::format("write {}", quotedText(joined)) : "write " + wanted(),
-              {{whole(), joined}}};
+              std::move(changes)};
     }
     std::size_t end = place + 1;
     while (end < value_.size() && (static_cast<unsigned char>(value_[end]) & 0xc0) == 0x80) {
@@ -1166,6 +1268,10 @@ class ValueDoctor {
           slip->changes.insert(slip->changes.end(), within->changes.begin(), within->changes.end());
         }
       }
+      const std::string mended(trimmed(changed(value_, slip->changes)));
+      if (!slip->changes.empty() && accepts(mended)) {
+        slip->help = fmt::format("write {}", mended);
+      }
       return *slip;
     }
     if (std::optional<Slip> slip = items(inner)) {
@@ -1183,9 +1289,10 @@ class ValueDoctor {
       Slip slip{{0, end == std::string::npos ? value_.size() : end + 1},
                 fmt::format("the list of {} has no name with a colon in front of it", subject()),
                 help};
-      const std::string_view name = end == std::string::npos
-                                        ? std::string_view()
-                                        : trimmed(std::string_view(value_).substr(0, end));
+      std::string_view name = end == std::string::npos
+                                  ? std::string_view()
+                                  : trimmed(std::string_view(value_).substr(0, end));
+      name = trimmed(name.substr(0, name.find('=')));
       if (isWritableName(name)) {
         slip.help = fmt::format("write a colon between {} and the list", quotedText(name));
         slip.fix = slip.help;
@@ -1510,6 +1617,14 @@ class ValueDoctor {
               fmt::format("write {} without quotes", bare),
               {{item.at, bare}}};
     }
+    const std::string_view front = item.text.substr(0, item.text.find('['));
+    if (traits_.kind == ValueKind::outputValues && isAccumulator(front) &&
+        !item.text.ends_with(']')) {
+      return {item.at,
+              fmt::format("{} lacks the value in square brackets behind it", quotedText(item.text)),
+              fmt::format("write '{}[{}]' or the like, without blanks", front,
+                          traits_.entries.front())};
+    }
     if (traits_.kind == ValueKind::outputValues) {
       const OutputItem parts = splitOutputItem(item.text);
       if (!parts.accumulator.empty() && parts.value.data() != item.text.data()) {
@@ -1554,6 +1669,11 @@ class ValueDoctor {
 };
 
 }  // namespace
+
+std::string wantedValue(const InputTag& prototype, const InputBlock& block) {
+  const RefusedValue nothing{prototype, block, {}, {}, {}, {}};
+  return ValueDoctor(nothing).wanted();
+}
 
 Diagnostic explainValue(const RefusedValue& refused) {
   return ValueDoctor(refused).explain();

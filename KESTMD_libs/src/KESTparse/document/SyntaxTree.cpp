@@ -152,12 +152,31 @@ class Items {
   std::string_view text_;
 };
 
+/// The name in an item that is no block but reads like the header of one: a name alone, with
+/// another sign in place of the brace, or with an equals sign in front of it. Empty otherwise.
+Span headerIn(const Item& item, std::string_view text) {
+  if (item.kind == Item::Kind::tag) {
+    std::string_view value = Span{item.mark + 1U, item.end}.in(text);
+    value.remove_prefix(std::min(value.find_first_not_of(" \t"), value.size()));
+    const bool isBrace =
+        value.starts_with('{') && value.find_first_not_of(" \t\n", 1) == std::string_view::npos;
+    return isBrace ? item.name : Span{};
+  }
+  std::string_view name = item.name.in(text);
+  while (!name.empty() && std::string_view(" \t([<:").find(name.back()) != std::string_view::npos) {
+    name.remove_suffix(1);
+  }
+  return item.kind == Item::Kind::stray && isWritableName(name)
+             ? Span{item.name.begin, item.name.begin + name.size()}
+             : Span{};
+}
+
 /// How the braces of a text belong together.
 struct Pairing {
   std::vector<std::uint32_t> unclosedBefore;  ///< for each item the blocks that end before it
   std::vector<char> isDropped;                ///< for each item whether it closes nothing
   bool readsSwallowed = true;                 ///< whether swallowed braces close their blocks
-  std::vector<char> isOpened;                 ///< for each stray item whether it opens a block
+  std::vector<char> isOpened;                 ///< for each item without brace whether it opens one
   std::size_t repairs = 0;                    ///< braces that are missing or close nothing
   std::size_t slants = 0;                     ///< pairs whose lines differ in indentation
 };
@@ -192,13 +211,14 @@ class Pairer {
       result.repairs += popped;
       pop(popped);
       if (item.kind == Item::Kind::open || (by != By::bracesAlone && lacksBrace(i))) {
-        if (item.kind == Item::Kind::stray) {
+        const bool lacksOne = item.kind != Item::Kind::open;
+        if (lacksOne) {
           result.isOpened[i] = 1;
           ++result.repairs;
         }
         open_.push_back(i);
         ++columns_[item.column];
-        names_.push_back(item.name.in(text_));
+        names_.push_back((lacksOne ? headerIn(item, text_) : item.name).in(text_));
       } else if (item.kind == Item::Kind::close) {
         if (open_.empty() || (by == By::indentation && closesNothing(item))) {
           result.isDropped[i] = 1;
@@ -275,14 +295,13 @@ class Pairer {
     return 0;
   }
 
-  /// Whether the stray item at `i` is the header of a block whose brace is missing: a name alone,
-  /// and deeper lines below it.
+  /// Whether the item at `i` is the header of a block whose brace is missing: deeper lines stand
+  /// below it.
   [[nodiscard]] bool lacksBrace(std::size_t i) const {
     const Item& item = (*items_)[i];
-    const std::string_view name = item.name.in(text_);
-    return item.kind == Item::Kind::stray && item.isFirst && isWritableName(name) &&
-           i + 1 < items_->size() && (*items_)[i + 1].isFirst &&
-           (*items_)[i + 1].column > item.column && (*items_)[i + 1].kind != Item::Kind::close;
+    return item.isFirst && !headerIn(item, text_).empty() && i + 1 < items_->size() &&
+           (*items_)[i + 1].isFirst && (*items_)[i + 1].column > item.column &&
+           (*items_)[i + 1].kind != Item::Kind::close;
   }
 
   const std::vector<Item>* items_;
@@ -367,15 +386,22 @@ SyntaxTree::SyntaxTree(std::string text, const BlockOracle& mayStand) : text_(st
       continue;
     }
     const auto id = static_cast<NodeId>(nodes_.size());
-    const bool opens = item.kind == Item::Kind::open || pairing.isOpened[i] != 0;
+    const bool isOpened = pairing.isOpened[i] != 0;
+    const bool opens = item.kind == Item::Kind::open || isOpened;
+    const Span name = isOpened ? headerIn(item, blanked()) : item.name;
+    std::uint32_t mark = item.kind == Item::Kind::close ? SyntaxNode::nowhere : item.mark;
+    if (isOpened && item.kind == Item::Kind::tag) {
+      mark = static_cast<std::uint32_t>(blanked().find('{', item.mark));
+      faults_.push_back({TreeFault::missingOpeningBrace, id, {name.begin, mark + 1}});
+    }
     nodeOf[i] = id;
     nodes_.push_back({.kind = opens                          ? NodeKind::block
                               : item.kind == Item::Kind::tag ? NodeKind::tag
                                                              : NodeKind::stray,
                       .parent = open.back(),
-                      .begin = static_cast<std::uint32_t>(item.name.begin),
-                      .nameEnd = static_cast<std::uint32_t>(item.name.end),
-                      .mark = item.kind == Item::Kind::close ? SyntaxNode::nowhere : item.mark,
+                      .begin = static_cast<std::uint32_t>(name.begin),
+                      .nameEnd = static_cast<std::uint32_t>(name.end),
+                      .mark = mark,
                       .end = item.end});
     (last.back() == noNode ? nodes_[open.back()].firstChild : nodes_[last.back()].next) = id;
     last.back() = id;
@@ -389,8 +415,9 @@ SyntaxTree::SyntaxTree(std::string text, const BlockOracle& mayStand) : text_(st
   }
   endUnclosed(pairing.unclosedBefore.back(), behind);
   for (const ItemFault& fault : scanned.faults) {
-    const bool isHeader = fault.item < scanned.items.size() && fault.kind == TreeFault::strayText &&
-                          pairing.isOpened[fault.item] != 0;
+    const bool isHeader =
+        fault.item < scanned.items.size() && pairing.isOpened[fault.item] != 0 &&
+        (fault.kind == TreeFault::strayText || fault.kind == TreeFault::missingEquals);
     faults_.push_back(
         {isHeader ? TreeFault::missingOpeningBrace : fault.kind, nodeOf[fault.item], fault.at});
   }

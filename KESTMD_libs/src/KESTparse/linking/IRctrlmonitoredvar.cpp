@@ -64,7 +64,7 @@ void IRctrlmonitoredvar::checkRules() {
     checkDischargeName(controller);
   }
   checkPosition(enclosing<IRdomain>());
-  if (hasTag("root_value_series_file")) {
+  if (hasTag("root_value_series_file") && GlobalValues::instance().readsFiles) {
     checkSeries();
   }
   std::size_t i = 0;
@@ -120,7 +120,7 @@ void IRctrlmonitoredvar::checkPosition(const IRdomain& domain) {
         chain->geom_ptr->crossSectionIndex(position_identifier) == -1) {
       error<&Self::position_identifier>(
           {"unknown-cross-section", "region '{1}' has no cross section '{0}'",
-           "name one of the 'cross_section_order' in its GEOMETRY{2}"},
+           "name a cross section of 'cross_section_order' in its GEOMETRY{2}"},
           "Cross section '{}' does not exist.", position_identifier, position_region,
           perhaps(position_identifier, chain->geom_ptr->cross_section_order));
     }
