@@ -47,7 +47,7 @@ std::string_view asset(const char* begin, const char* end) {
   return {begin, static_cast<std::size_t>(end - begin)};
 }
 
-std::string escaped(std::string_view text) {
+std::string htmlText(std::string_view text) {
   return Html().text(text).take();
 }
 
@@ -643,10 +643,10 @@ std::string pageOf(const Model& model, const std::string& stampName, const std::
     return [part = std::move(part)](std::string& out) { out += part; };
   };
   return filled(asset(kcf_page, kcf_page_end), size,
-                {{"policy", text(escaped(policy))},
-                 {"title", text(escaped(page["title"].get<std::string>()))},
+                {{"policy", text(htmlText(policy))},
+                 {"title", text(htmlText(page["title"].get<std::string>()))},
                  {"style", text(style)},
-                 {"subtitle", text(escaped("Setup preview of " + model.files.front().name))},
+                 {"subtitle", text(htmlText("Setup preview of " + model.files.front().name))},
                  {"navigation", text(sections.takeNavigation())},
                  {"sections", text(sections.takeSections())},
                  {"version", text(KESTRIX_VERSION)},
