@@ -6,6 +6,7 @@
 #include <set>
 #include <sstream>
 #include <tuple>
+#include <unordered_map>
 #include <unordered_set>
 #include <utility>
 
@@ -231,7 +232,7 @@ class Document::Builder {
     bool isMeant = true;
     if (parent.getLogicalTagPosition(name) < 0) {
       name = nearestName(isWritableName(written) ? written : wordIn(written), tagNamesOf(parent));
-      isMeant = !name.empty() && !isGivenElsewhere(node.parent, name, id);
+      isMeant = !name.empty() && !isGiven(node.parent, name);
       if (isWritableName(written)) {
         explainUnknownTag(node, isMeant ? name : std::string_view(), parent);
       }
@@ -360,13 +361,16 @@ class Document::Builder {
     return noNode;
   }
 
-  [[nodiscard]] bool isGivenElsewhere(NodeId parent, std::string_view name, NodeId self) const {
-    for (NodeId id = d_->syntax_[parent].firstChild; id != noNode; id = d_->syntax_[id].next) {
-      if (id != self && d_->syntax_[id].kind == NodeKind::tag && nameOf(d_->syntax_[id]) == name) {
-        return true;
+  /// Whether a tag below `parent` is called `name`.
+  [[nodiscard]] bool isGiven(NodeId parent, std::string_view name) {
+    const auto [given, isNew] = givenTags_.try_emplace(parent);
+    for (NodeId id = isNew ? d_->syntax_[parent].firstChild : noNode; id != noNode;
+         id = d_->syntax_[id].next) {
+      if (d_->syntax_[id].kind == NodeKind::tag) {
+        given->second.insert(nameOf(d_->syntax_[id]));
       }
     }
-    return false;
+    return given->second.contains(name);
   }
 
   /// The longest run of name characters in a name that is none.
@@ -435,6 +439,7 @@ class Document::Builder {
   std::unordered_set<NodeId> hasFaultyValue_;  // told as faults of syntax
   std::vector<Span> skipped_;
   std::vector<InputTag*> toRemove_;
+  std::unordered_map<NodeId, std::unordered_set<std::string_view>> givenTags_;  // by parent
 
  public:
   std::vector<Diagnostic> diagnostics;
