@@ -1,5 +1,7 @@
 #include "CommandLine.h"
 
+#include <fmt/format.h>
+
 #include <CLI/CLI.hpp>
 #include <algorithm>
 #include <exception>
@@ -9,6 +11,7 @@
 #include "Help.h"
 #include "KESTparse/base/Suggestion.h"
 #include "Licences.h"
+#include "Tell.h"
 
 namespace kcf {
 namespace {
@@ -107,7 +110,7 @@ std::string optionFault(const Verb& verb, const CLI::App& app) {
 int refuse(const std::string& fault, std::string_view verb = {}) {
   const std::string self =
       std::string(program().name) + (verb.empty() ? "" : " " + std::string(verb));
-  std::cerr << program().name << ": " << fault << "\nFor help: " << self << " --help\n";
+  tell(fmt::format("{}: {}\nFor help: {} --help", program().name, fault, self));
   return status::wrongUsage;
 }
 
@@ -117,7 +120,7 @@ int runVerb(const Verb& verb, const Given& given) {
   } catch (const UsageError& error) {
     return refuse(error.message, verb.name);
   } catch (const std::exception& fault) {
-    std::cerr << program().name << ": " << fault.what() << "\n";
+    tell(fmt::format("{}: {}", program().name, reasonOf(fault)));
     return status::failed;
   }
 }
@@ -180,7 +183,7 @@ int run(const std::vector<std::string>& arguments) {
   const int result = parseAndRun(arguments);
   std::cout << std::flush;
   if (!std::cout) {
-    std::cerr << program().name << ": writing to standard output failed\n";
+    tell(fmt::format("{}: writing to standard output failed", program().name));
     return result == status::wrongUsage ? result : status::failed;
   }
   return result;
