@@ -87,8 +87,8 @@ std::size_t jobsOf(const Arguments& arguments) {
 
 /// What became of one file.
 struct Outcome {
-  std::optional<Report::Part> part;  ///< nothing when it could not be read or replaced
-  std::string fault;
+  std::optional<Report::Part> part;    ///< nothing when it could not be read or replaced
+  std::string fault;                   ///< why not, or what a diff does not show
   std::vector<std::string> done = {};  ///< what was mended
   std::string diff = {};               ///< what would be mended
 };
@@ -197,6 +197,10 @@ class Check {
       Outcome outcome{report_->partOf(CheckedFile(shown, shownDirectory, *mended.document)), {}};
       if (diffs_) {
         outcome.diff = KESTparse::unifiedDiff(text, after, shown, shown);
+        if (const std::size_t errors = outcome.part->errors; errors > 0) {
+          outcome.fault = fmt::format("{}: {} error{} would remain; kcf check tells them", shown,
+                                      errors, errors == 1 ? "" : "s");
+        }
       } else if (!mended.done.empty()) {
         replaceCommandFile(path, text, after);
         for (const std::string& done : mended.done) {
@@ -227,6 +231,9 @@ class Check {
     }
     if (diffs_) {
       std::cout << outcome.diff;
+      if (!outcome.fault.empty()) {
+        tell("kcf: " + outcome.fault);
+      }
     } else {
       report_->add(*std::move(outcome.part));
     }
