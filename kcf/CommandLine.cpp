@@ -106,6 +106,19 @@ std::string optionFault(const Verb& verb, const CLI::App& app) {
   return {};
 }
 
+bool takesPaths(const Verb& verb) {
+  return std::any_of(verb.options.begin(), verb.options.end(), [](const Option& option) {
+    return option.isOperand() && option.repeatable && option.isPath;
+  });
+}
+
+/// Keeps a path as it is that the parser would take for a list: all of it stands in brackets.
+void protectBrackets(std::string& path) {
+  if (path.starts_with('[') && path.ends_with(']')) {
+    path.insert(0, "./");
+  }
+}
+
 /// Tells wrong usage of the program, or of a verb.
 int refuse(const std::string& fault, std::string_view verb = {}) {
   const std::string self =
@@ -149,9 +162,13 @@ int parseAndRun(const std::vector<std::string>& arguments) {
     chosen = &verb;
     chosenApp = sub;
   }
+  std::vector<std::string> kept = arguments;
   std::vector<const char*> words;
-  words.reserve(arguments.size());
-  for (const std::string& argument : arguments) {
+  words.reserve(kept.size());
+  for (std::string& argument : kept) {
+    if (chosen != nullptr && takesPaths(*chosen)) {
+      protectBrackets(argument);
+    }
     words.push_back(argument.c_str());
   }
   try {

@@ -246,6 +246,12 @@ class Inputs(Hostile):
                 self.assertEqual(self.run_kcf(*words(".")), (status, "kcf: '.' cannot be read: Is a directory\n", b""), verb)
         self.assertEqual(self.held(), before)
 
+    def test_a_name_in_brackets_is_no_list(self):
+        (self.folder / "[bad.kcf,other.kcf]").mkdir()
+        shutil.copy(self.folder / "bad.kcf", self.folder / "[bad.kcf,other.kcf]" / "in.kcf")
+        for words in (["check", "--format", "github"], ["format", "--check"]):
+            self.assertIn(b"[bad.kcf,other.kcf]/in.kcf", self.run_kcf(*words, "[bad.kcf,other.kcf]")[2].replace(b"%2C", b","))
+
     def test_pipes_are_read_but_never_replaced(self):
         for verb, (status, words) in READERS.items():
             if verb in ("from-json", "table", "preview"):
