@@ -1,20 +1,31 @@
 #include "CommandFiles.h"
 
+#include <fcntl.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
 #include <algorithm>
+#include <cerrno>
 #include <filesystem>
-#include <iostream>
-#include <iterator>
 #include <set>
-#include <sstream>
+#include <stdexcept>
 #include <system_error>
 #include <utility>
 
 #include "KESTparse/base/Files.h"
+#include "OutputFile.h"
 
 namespace kcf {
 namespace {
 
 namespace fs = std::filesystem;
+
+/// Ends the step at hand when the system refused it.
+void requireSuccess(bool succeeded) {
+  if (!succeeded) {
+    throw std::system_error(errno, std::generic_category());
+  }
+}
 
 /// The command files below `folder`. Links to folders are not followed: they may lead back.
 std::vector<std::string> commandFilesBelow(const std::string& folder,
@@ -33,7 +44,7 @@ std::vector<std::string> commandFilesBelow(const std::string& folder,
         if (!entry->is_symlink(unknown)) {
           folders.push_back(path);
         }
-      } else if (entry->path().extension() == ".kcf") {
+      } else if (entry->path().extension() == ".kcf" && !entry->is_other(unknown)) {
         found.push_back(path);
       }
       entry.increment(fault);
@@ -44,6 +55,49 @@ std::vector<std::string> commandFilesBelow(const std::string& folder,
   }
   std::sort(found.begin(), found.end());
   return found;
+}
+
+/// A file that is open for reading.
+class Descriptor {
+ public:
+  explicit Descriptor(const std::string& path) : number_(open(path.c_str(), O_RDONLY | O_CLOEXEC)) {
+    requireSuccess(number_ >= 0);
+  }
+  Descriptor(const Descriptor&) = delete;
+  Descriptor& operator=(const Descriptor&) = delete;
+  ~Descriptor() { close(number_); }
+
+  [[nodiscard]] int get() const { return number_; }
+
+ private:
+  int number_;
+};
+
+/// All that a file, a pipe or a terminal gives.
+std::string contentOf(int descriptor) {
+  // Terminals end, and other devices may not.
+  constexpr std::size_t mostOfDevice = 1 << 20;
+  constexpr std::size_t piece = 1 << 16;
+  struct stat facts {};
+  requireSuccess(fstat(descriptor, &facts) == 0);
+  const auto expected = static_cast<std::size_t>(std::max<off_t>(facts.st_size, 0));
+  std::string content;
+  for (std::size_t size = 0;;) {
+    if (S_ISCHR(facts.st_mode) && size > mostOfDevice) {
+      throw std::system_error(std::make_error_code(std::errc::file_too_large));
+    }
+    if (size == content.size()) {
+      // One byte more than a file has tells that it has ended.
+      content.resize(std::max(size + std::max(size / 2, piece), expected + 1));
+    }
+    const ssize_t count = read(descriptor, content.data() + size, content.size() - size);
+    requireSuccess(count >= 0 || errno == EINTR);
+    size += static_cast<std::size_t>(std::max<ssize_t>(count, 0));
+    if (count == 0) {
+      content.resize(size);
+      return content;
+    }
+  }
 }
 
 }  // namespace
@@ -77,14 +131,30 @@ CommandFiles findCommandFiles(const std::vector<std::string>& paths) {
   return files;
 }
 
-std::optional<std::string> readCommandFile(const std::string& path) {
-  if (path == standardInput) {
-    std::ostringstream text;
-    text << std::cin.rdbuf();
-    return std::cin.bad() ? std::nullopt : std::optional(std::move(text).str());
+std::string readCommandFile(const std::string& path) {
+  try {
+    return path == standardInput ? contentOf(STDIN_FILENO) : contentOf(Descriptor(path).get());
+  } catch (const std::system_error& fault) {
+    const std::string shown =
+        path == standardInput ? "standard input" : "'" + shownPath(path) + "'";
+    throw std::runtime_error(fault.code() == std::errc::no_such_file_or_directory
+                                 ? shown + " does not exist"
+                                 : shown + " cannot be read: " + fault.code().message());
   }
-  KESTparse::FileText file = KESTparse::readFile(path);
-  return file.wasRead ? std::optional(std::move(file.content)) : std::nullopt;
+}
+
+void replaceCommandFile(const std::string& path, const std::string& before,
+                        const std::string& after) {
+  const auto require = [&path](bool holds, const char* why) {
+    if (!holds) {
+      throw std::runtime_error("'" + shownPath(path) + "' " + why);
+    }
+  };
+  std::error_code unknown;
+  require(fs::is_regular_file(path, unknown), "cannot be written: it is no file, or gone by now");
+  require(KESTparse::readFile(path).content == before,
+          "was changed by someone else meanwhile, and stays as it is");
+  writeFile(path, after, true);
 }
 
 }  // namespace kcf

@@ -2,7 +2,6 @@
 /// The command files that a verb works on.
 #pragma once
 
-#include <optional>
 #include <string>
 #include <vector>
 
@@ -23,7 +22,13 @@ struct CommandFiles {
 
 CommandFiles findCommandFiles(const std::vector<std::string>& paths);
 
-/// The text of a file, or of standard input; nothing when it cannot be read.
-std::optional<std::string> readCommandFile(const std::string& path);
+/// The text of a file, of a pipe, or of standard input. Throws a `std::runtime_error` that says why
+/// it cannot be read.
+std::string readCommandFile(const std::string& path);
+
+/// Puts `after` in the place of the file at `path`. Throws a `std::runtime_error` when it cannot be
+/// written, or does not hold `before` any more: what someone else wrote is not lost.
+void replaceCommandFile(const std::string& path, const std::string& before,
+                        const std::string& after);
 
 }  // namespace kcf

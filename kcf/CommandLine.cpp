@@ -1,5 +1,7 @@
 #include "CommandLine.h"
 
+#include <fmt/format.h>
+
 #include <CLI/CLI.hpp>
 #include <algorithm>
 #include <exception>
@@ -9,6 +11,7 @@
 #include "Help.h"
 #include "KESTparse/base/Suggestion.h"
 #include "Licences.h"
+#include "Tell.h"
 
 namespace kcf {
 namespace {
@@ -103,11 +106,24 @@ std::string optionFault(const Verb& verb, const CLI::App& app) {
   return {};
 }
 
+bool takesPaths(const Verb& verb) {
+  return std::any_of(verb.options.begin(), verb.options.end(), [](const Option& option) {
+    return option.isOperand() && option.repeatable && option.isPath;
+  });
+}
+
+/// Keeps a path as it is that the parser would take for a list: all of it stands in brackets.
+void protectBrackets(std::string& path) {
+  if (path.starts_with('[') && path.ends_with(']')) {
+    path.insert(0, "./");
+  }
+}
+
 /// Tells wrong usage of the program, or of a verb.
 int refuse(const std::string& fault, std::string_view verb = {}) {
   const std::string self =
       std::string(program().name) + (verb.empty() ? "" : " " + std::string(verb));
-  std::cerr << program().name << ": " << fault << "\nFor help: " << self << " --help\n";
+  tell(fmt::format("{}: {}\nFor help: {} --help", program().name, fault, self));
   return status::wrongUsage;
 }
 
@@ -117,7 +133,7 @@ int runVerb(const Verb& verb, const Given& given) {
   } catch (const UsageError& error) {
     return refuse(error.message, verb.name);
   } catch (const std::exception& fault) {
-    std::cerr << program().name << ": " << fault.what() << "\n";
+    tell(fmt::format("{}: {}", program().name, reasonOf(fault)));
     return status::failed;
   }
 }
@@ -146,9 +162,13 @@ int parseAndRun(const std::vector<std::string>& arguments) {
     chosen = &verb;
     chosenApp = sub;
   }
+  std::vector<std::string> kept = arguments;
   std::vector<const char*> words;
-  words.reserve(arguments.size());
-  for (const std::string& argument : arguments) {
+  words.reserve(kept.size());
+  for (std::string& argument : kept) {
+    if (chosen != nullptr && takesPaths(*chosen)) {
+      protectBrackets(argument);
+    }
     words.push_back(argument.c_str());
   }
   try {
@@ -180,7 +200,7 @@ int run(const std::vector<std::string>& arguments) {
   const int result = parseAndRun(arguments);
   std::cout << std::flush;
   if (!std::cout) {
-    std::cerr << program().name << ": writing to standard output failed\n";
+    tell(fmt::format("{}: writing to standard output failed", program().name));
     return result == status::wrongUsage ? result : status::failed;
   }
   return result;

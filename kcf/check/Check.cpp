@@ -24,10 +24,10 @@
 #include <vector>
 
 #include "CommandFiles.h"
-#include "KESTparse/base/Files.h"
 #include "KESTparse/document/Diff.h"
 #include "KESTparse/document/Document.h"
 #include "KESTparse/root/KestrixInputRoot.h"
+#include "Tell.h"
 #include "check/CheckedFile.h"
 #include "check/Excerpt.h"
 #include "check/GithubReport.h"
@@ -87,8 +87,8 @@ std::size_t jobsOf(const Arguments& arguments) {
 
 /// What became of one file.
 struct Outcome {
-  std::optional<Report::Part> part;  ///< nothing when it could not be read or replaced
-  std::string fault;
+  std::optional<Report::Part> part;    ///< nothing when it could not be read or replaced
+  std::string fault;                   ///< why not, or what a diff does not show
   std::vector<std::string> done = {};  ///< what was mended
   std::string diff = {};               ///< what would be mended
 };
@@ -158,10 +158,10 @@ class Check {
   int run(const std::vector<std::string>& paths) {
     const CommandFiles files = findCommandFiles(paths);
     for (const std::string& fault : files.faults) {
-      tell(fault);
+      refuse(fault);
     }
     if (files.paths.empty() && files.faults.empty()) {
-      std::cerr << "kcf: there are no *.kcf files\n";
+      tell("kcf: there are no *.kcf files");
     }
     checkAll(files.paths);
     if (!diffs_) {
@@ -171,9 +171,8 @@ class Check {
   }
 
  private:
-  /// Tells what cannot be read.
-  void tell(const std::string& fault) {
-    std::cerr << "kcf: " << harmless(fault) << "\n";
+  void refuse(const std::string& fault) {
+    tell("kcf: " + fault);
     status_ = status::wrongUsage;
   }
 
@@ -181,12 +180,7 @@ class Check {
     const std::string& name = path == standardInput ? inputPath_ : path;
     const std::string shown = shownPath(name);
     try {
-      std::optional<std::string> text = readCommandFile(path);
-      if (!text) {
-        std::error_code unknown;
-        return {std::nullopt,
-                shown + (fs::exists(path, unknown) ? " cannot be read" : " does not exist")};
-      }
+      std::string text = readCommandFile(path);
       const std::string directory = directory_.value_or(fs::path(name).parent_path().string());
       const std::string shownDirectory = directory.empty() ? directory : shownPath(directory);
       const auto read = [this, &directory](std::string content) {
@@ -195,25 +189,27 @@ class Check {
             KESTparse::DocumentOptions{.directory = directory, .readsFiles = readsFiles_});
       };
       if (!mends_) {
-        const auto document = read(*std::move(text));
+        const auto document = read(std::move(text));
         return {report_->partOf(CheckedFile(shown, shownDirectory, *document)), {}};
       }
-      const Mended mended = mend(*text, read);
+      const Mended mended = mend(text, read);
       const std::string& after = mended.document->syntax().text();
       Outcome outcome{report_->partOf(CheckedFile(shown, shownDirectory, *mended.document)), {}};
       if (diffs_) {
-        outcome.diff = KESTparse::unifiedDiff(*text, after, shown, shown);
+        outcome.diff = KESTparse::unifiedDiff(text, after, shown, shown);
+        if (const std::size_t errors = outcome.part->errors; errors > 0) {
+          outcome.fault = fmt::format("{}: {} error{} would remain; kcf check tells them", shown,
+                                      errors, errors == 1 ? "" : "s");
+        }
       } else if (!mended.done.empty()) {
-        KESTparse::replaceFile(path, after);
+        replaceCommandFile(path, text, after);
         for (const std::string& done : mended.done) {
           outcome.done.push_back(fmt::format("{}:{}", shown, done));
         }
       }
       return outcome;
-    } catch (const std::system_error& fault) {
-      return {std::nullopt, shown + " cannot be written: " + fault.code().message()};
     } catch (const std::exception& fault) {
-      return {std::nullopt, shown + " cannot be read: " + fault.what()};
+      return {std::nullopt, reasonOf(fault)};
     }
   }
 
@@ -223,7 +219,7 @@ class Check {
       progress.clear();
     }
     if (!outcome.part) {
-      tell(outcome.fault);
+      refuse(outcome.fault);
       return;
     }
     if (outcome.part->errors > 0 || (isStrict_ && outcome.part->warnings > 0)) {
@@ -231,10 +227,13 @@ class Check {
     }
     for (const std::string& done : outcome.done) {
       progress.clear();
-      std::cerr << "mended " << harmless(done) << "\n";
+      tell("mended " + done);
     }
     if (diffs_) {
       std::cout << outcome.diff;
+      if (!outcome.fault.empty()) {
+        tell("kcf: " + outcome.fault);
+      }
     } else {
       report_->add(*std::move(outcome.part));
     }

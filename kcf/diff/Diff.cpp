@@ -18,6 +18,7 @@
 #include "CommandFiles.h"
 #include "KESTparse/document/Codes.h"
 #include "KESTparse/root/KestrixInputRoot.h"
+#include "Tell.h"
 #include "check/Excerpt.h"
 #include "diff/Comparison.h"
 
@@ -54,23 +55,19 @@ void requireWhole(const std::string& name, Document& document) {
   const auto told = std::find_if_not(all.begin(), all.end(), leavesMeaning);
   if (told != all.end()) {
     const KESTparse::LineColumn at = document.lines().at(told->at.at.begin);
-    throw Unreadable{fmt::format("{}:{}:{}: {}; kcf check tells all", name, at.line, at.column,
-                                 harmless(told->message))};
+    throw Unreadable{
+        fmt::format("{}:{}:{}: {}; kcf check tells all", name, at.line, at.column, told->message)};
   }
 }
 
 std::unique_ptr<Document> read(const std::string& path, const KESTparse::KestrixInputRoot& schema) {
-  std::optional<std::string> text = readCommandFile(path);
-  if (!text) {
-    throw Unreadable{fmt::format("'{}' cannot be read", path)};
-  }
   try {
-    auto document = std::make_unique<Document>(*std::move(text), schema,
+    auto document = std::make_unique<Document>(readCommandFile(path), schema,
                                                KESTparse::DocumentOptions{.readsFiles = false});
     requireWhole(shownPath(path), *document);
     return document;
   } catch (const std::exception& fault) {
-    throw Unreadable{fmt::format("'{}' cannot be read: {}", path, fault.what())};
+    throw Unreadable{reasonOf(fault)};
   }
 }
 
@@ -148,7 +145,7 @@ int runDiff(const Arguments& arguments) {
     old = read(before, schema);
     fresh = read(after, schema);
   } catch (const Unreadable& unreadable) {
-    std::cerr << "kcf: " << unreadable.fault << "\n";
+    tell("kcf: " + unreadable.fault);
     return cannotTell;
   }
   const std::vector<Difference> differences =

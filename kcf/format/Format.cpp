@@ -1,20 +1,20 @@
 #include "format/Format.h"
 
+#include <fmt/format.h>
+
 #include <algorithm>
+#include <exception>
 #include <iostream>
-#include <optional>
-#include <stdexcept>
 #include <string>
 #include <string_view>
-#include <system_error>
 #include <utility>
 
 #include "CommandFiles.h"
-#include "KESTparse/base/Files.h"
 #include "KESTparse/document/Diff.h"
 #include "KESTparse/document/Format.h"
 #include "KESTparse/document/SyntaxTree.h"
 #include "KESTparse/root/KestrixInputRoot.h"
+#include "Tell.h"
 
 namespace kcf {
 namespace {
@@ -82,7 +82,7 @@ class Formatting {
 
  private:
   void refuse(const std::string& fault) {
-    std::cerr << "kcf: " << fault << "\n";
+    tell("kcf: " + fault);
     status_ = status::wrongUsage;
   }
 
@@ -91,38 +91,30 @@ class Formatting {
   void format(const std::string& path) {
     const bool isInput = path == standardInput;
     const std::string name = isInput ? inputName_ : shownPath(path);
-    std::optional<std::string> text = readCommandFile(path);
-    if (!text.has_value()) {
-      refuse(name + " cannot be read");
-      return;
-    }
     try {
-      const SyntaxTree tree(*std::move(text));
+      const SyntaxTree tree(readCommandFile(path));
       if (tree.faults().empty()) {
         finish(path, name, tree.text(), KESTparse::formatted(tree, schema_));
       } else {
-        tell(tree, name);
+        tellFaults(tree, name);
       }
-    } catch (const std::length_error& fault) {
-      refuse(name + " cannot be read: " + fault.what());
-    } catch (const std::system_error& fault) {
-      refuse(name + " cannot be written: " + fault.code().message());
+    } catch (const std::exception& fault) {
+      refuse(reasonOf(fault));
     }
   }
 
   /// Tells why a file is left as it is.
-  void tell(const SyntaxTree& tree, const std::string& name) {
+  void tellFaults(const SyntaxTree& tree, const std::string& name) {
     constexpr std::size_t mostFaults = 20;
     const KESTparse::LineTable lines(tree.text());
     const std::size_t count = std::min(tree.faults().size(), mostFaults);
     for (std::size_t i = 0; i < count; ++i) {
       const TreeFaultAt& fault = tree.faults()[i];
       const KESTparse::LineColumn at = lines.at(fault.at.begin);
-      std::cerr << name << ":" << at.line << ":" << at.column << ": " << sentenceOf(tree, fault)
-                << "\n";
+      tell(fmt::format("{}:{}:{}: {}", name, at.line, at.column, sentenceOf(tree, fault)));
     }
     if (tree.faults().size() > count) {
-      std::cerr << name << ": " << tree.faults().size() - count << " more faults\n";
+      tell(fmt::format("{}: {} more faults", name, tree.faults().size() - count));
     }
     fail();
   }
@@ -141,7 +133,7 @@ class Formatting {
     } else if (path == standardInput) {
       std::cout << after;
     } else if (differs) {
-      KESTparse::replaceFile(path, after);
+      replaceCommandFile(path, before, after);
     }
   }
 

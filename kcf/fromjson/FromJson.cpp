@@ -20,9 +20,10 @@
 #include "KESTparse/document/Format.h"
 #include "KESTparse/root/KestrixInputRoot.h"
 #include "NamedFiles.h"
+#include "OutputFile.h"
+#include "Tell.h"
 #include "check/Excerpt.h"
 #include "fromjson/CommandFile.h"
-#include "set/Changes.h"
 
 namespace kcf {
 namespace {
@@ -33,17 +34,14 @@ using KESTparse::Document;
 using nlohmann::json;
 
 json parsed(const std::string& path) {
-  const std::optional<std::string> text = readCommandFile(path);
-  if (!text) {
-    throw std::runtime_error(fmt::format("'{}' cannot be read", path));
-  }
+  const std::string text = readCommandFile(path);
   try {
-    return json::parse(*text);
+    return json::parse(text);
   } catch (const json::exception& fault) {
     // In front stands what the library calls it.
     const std::string_view told = fault.what();
     throw std::runtime_error(
-        fmt::format("'{}' is no JSON: {}", path, harmless(told.substr(told.find("] ") + 2))));
+        fmt::format("'{}' is no JSON: {}", path, told.substr(told.find("] ") + 2)));
   }
 }
 
@@ -188,8 +186,7 @@ int runFromJson(const Arguments& arguments) {
     writeFile(output, text, arguments.has("--force"));
   }
   if (!remark.empty()) {
-    std::cerr << "The files that the setup names could not be looked into with it: " << remark
-              << "\n";
+    tell("The files that the setup names could not be looked into with it: " + remark);
   }
   return status::done;
 }

@@ -162,7 +162,10 @@ int serve() {
   if (!fault.empty()) {
     throw std::runtime_error("the client sends no messages: " + fault);
   }
-  return served->wasShutDown() ? status::done : status::failed;
+  if (!served->wasShutDown()) {
+    throw std::runtime_error("the client went away without 'shutdown'");
+  }
+  return status::done;
 }
 
 }  // namespace

@@ -9,6 +9,7 @@
 #include <utility>
 
 #include "CommandFiles.h"
+#include "KESTparse/base/Files.h"
 #include "KESTparse/framework/InputBlock.h"
 #include "KESTparse/framework/InputTag.h"
 #include "language-server/Describe.h"
@@ -590,10 +591,11 @@ void Server::findSymbols(const json& params, const std::shared_ptr<Call>& call) 
         const bool isOpen = std::any_of(opened.begin(), opened.end(), [&uri](const auto& file) {
           return file->origin().uri == uri;
         });
-        std::optional<std::string> text = isOpen ? std::nullopt : readCommandFile(path);
-        if (text && !call->isCancelled()) {
-          Lines lines(*text);
-          Snapshot file(session_, {.uri = uri}, *std::move(text), std::move(lines));
+        KESTparse::FileText text =
+            isOpen || call->isCancelled() ? KESTparse::FileText{} : KESTparse::readFile(path);
+        if (text.wasRead) {
+          Lines lines(text.content);
+          Snapshot file(session_, {.uri = uri}, std::move(text.content), std::move(lines));
           addSymbols(file, query, symbols);
         }
       }

@@ -3,13 +3,13 @@
 #include <algorithm>
 #include <chrono>
 #include <filesystem>
-#include <fstream>
 #include <iostream>
 #include <map>
 #include <stdexcept>
 #include <thread>
 
-#include "preview/Bytes.h"
+#include "OutputFile.h"
+#include "Tell.h"
 #include "preview/Model.h"
 #include "preview/Page.h"
 
@@ -17,25 +17,6 @@ namespace kcf {
 namespace {
 
 namespace fs = std::filesystem;
-
-/// Puts `content` in the place of the file at `path`, whole or not at all.
-void replaceFile(const fs::path& path, const std::string& content) {
-  const fs::path draft = path.string() + ".part";
-  {
-    std::ofstream out(draft, std::ios::binary);
-    out << content << std::flush;
-    if (!out) {
-      std::error_code ignored;
-      fs::remove(draft, ignored);
-      throw std::runtime_error("writing '" + path.string() + "' failed");
-    }
-  }
-  std::error_code fault;
-  fs::rename(draft, path, fault);
-  if (fault) {
-    throw std::runtime_error("writing '" + path.string() + "' failed: " + fault.message());
-  }
-}
 
 /// When and how large the files are that a page was made of.
 using State = std::map<fs::path, std::pair<fs::file_time_type, std::uintmax_t>>;
@@ -61,13 +42,20 @@ class Preview {
   void write(bool isWatched) {
     const Model model = readModel(setup_, folder_);
     watched_ = model.watched;
+    for (const fs::path& source : watched_) {
+      std::error_code unknown;
+      if (fs::equivalent(source, page_, unknown)) {
+        throw UsageError{"the page would take the place of '" + source.string() +
+                         "', which it is made of; give it another name with -o"};
+      }
+    }
     const fs::path stampPath = page_.string() + ".stamp.js";
     const std::string stamp =
         isWatched ? std::to_string(std::chrono::steady_clock::now().time_since_epoch().count())
                   : "";
-    replaceFile(page_, pageOf(model, stampPath.filename().string(), stamp));
+    writeFile(page_, pageOf(model, stampPath.filename().string(), stamp), true);
     if (isWatched) {
-      replaceFile(stampPath, "globalThis.kcfStamp?.(\"" + stamp + "\");\n");
+      writeFile(stampPath, "globalThis.kcfStamp?.(\"" + stamp + "\");\n", true);
     }
   }
 
@@ -94,7 +82,7 @@ class Preview {
         std::cout << "wrote " << page_.string() << std::endl;
       } catch (const std::runtime_error& error) {
         last = now;
-        std::cerr << "kcf: " << error.what() << std::endl;
+        tell(std::string("kcf: ") + error.what());
       }
     }
   }
@@ -112,9 +100,6 @@ int runPreview(const Arguments& arguments) {
       arguments.has("--directory") ? fs::path(arguments.value("--directory")) : setup.parent_path();
   const fs::path page = arguments.has("--output") ? fs::path(arguments.value("--output"))
                                                   : fs::path(setup).replace_extension(".html");
-  if (page == setup) {
-    throw UsageError{"the page would take the place of the command file; give it a name with -o"};
-  }
   Preview preview(setup, folder.empty() ? fs::path(".") : folder, page);
   if (arguments.has("--watch")) {
     preview.watch();

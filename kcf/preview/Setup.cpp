@@ -36,7 +36,10 @@ void read(const KESTparse::SyntaxTree& text, const KESTparse::LineTable& lines, 
            &block,
            {},
            {}});
-      read(text, lines, child, block.blocks.back());
+      // Only what the schema knows is shown, and text may be nested deeper than the stack is.
+      if (position >= 0) {
+        read(text, lines, child, block.blocks.back());
+      }
     } else if (node.kind == NodeKind::tag && node.mark != SyntaxNode::nowhere) {
       const int position = block.schema == nullptr ? -1 : block.schema->getLogicalTagPosition(name);
       block.tags.push_back(

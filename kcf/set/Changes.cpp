@@ -3,13 +3,9 @@
 #include <fmt/format.h>
 
 #include <algorithm>
-#include <stdexcept>
-#include <system_error>
 
 #include "KESTparse/base/Conversions.h"
-#include "KESTparse/base/Files.h"
 #include "Verb.h"
-#include "check/Excerpt.h"
 
 namespace kcf {
 
@@ -69,31 +65,12 @@ std::string linesOf(const std::vector<Diagnostic>& diagnostics, std::string_view
   for (const Diagnostic& told : diagnostics) {
     lines += fmt::format("{}{}[{}]: {}\n", indent,
                          told.severity == Severity::error ? "error" : "warning", told.code,
-                         harmless(told.message));
+                         told.message);
     if (!told.help.empty()) {
-      lines += fmt::format("{}  help: {}\n", indent, harmless(told.help));
+      lines += fmt::format("{}  help: {}\n", indent, told.help);
     }
   }
   return lines;
-}
-
-void writeFile(const std::string& path, std::string_view content, bool mayReplace) {
-  try {
-    try {
-      KESTparse::createFile(path, content);
-    } catch (const std::system_error& fault) {
-      if (fault.code() != std::errc::file_exists || !mayReplace) {
-        throw;
-      }
-      KESTparse::replaceFile(path, content);
-    }
-  } catch (const std::system_error& fault) {
-    if (fault.code() == std::errc::file_exists) {
-      throw std::runtime_error(fmt::format("'{}' is there already; --force replaces it", path));
-    }
-    throw std::runtime_error(
-        fmt::format("'{}' cannot be written: {}", path, fault.code().message()));
-  }
 }
 
 }  // namespace kcf

@@ -53,8 +53,4 @@ bool haveError(const std::vector<KESTparse::Diagnostic>& diagnostics);
 /// The diagnostics as lines for people, each behind `indent`.
 std::string linesOf(const std::vector<KESTparse::Diagnostic>& diagnostics, std::string_view indent);
 
-/// Writes a file that may only be there already where `mayReplace` is set. Throws a
-/// `std::runtime_error` that says why it cannot be.
-void writeFile(const std::string& path, std::string_view content, bool mayReplace);
-
 }  // namespace kcf

@@ -4,17 +4,16 @@
 
 #include <filesystem>
 #include <iostream>
-#include <optional>
 #include <stdexcept>
 #include <string>
-#include <system_error>
 #include <utility>
 #include <vector>
 
 #include "CommandFiles.h"
-#include "KESTparse/base/Files.h"
 #include "KESTparse/document/Edits.h"
 #include "KESTparse/root/KestrixInputRoot.h"
+#include "OutputFile.h"
+#include "Tell.h"
 #include "set/Changes.h"
 #include "set/Study.h"
 
@@ -22,17 +21,6 @@ namespace kcf {
 namespace {
 
 namespace fs = std::filesystem;
-
-/// What a file or standard input holds.
-std::string textOf(const std::string& path) {
-  std::optional<std::string> text = readCommandFile(path);
-  if (!text) {
-    std::error_code unknown;
-    throw std::runtime_error(fmt::format(
-        "'{}' {}", path, fs::exists(path, unknown) ? "cannot be read" : "does not exist"));
-  }
-  return *std::move(text);
-}
 
 KESTparse::TreeEditor editorOf(const std::string& path, const std::string& text,
                                const KESTparse::KestrixInputRoot& schema) {
@@ -53,7 +41,7 @@ void finish(const Arguments& arguments, const std::string& before, const std::st
   } else if (arguments.has("--output")) {
     writeFile(output, after, arguments.has("--force"));
   } else if (after != before) {
-    writeFile(output, after, true);
+    replaceCommandFile(output, before, after);
   }
 }
 
@@ -66,14 +54,14 @@ int change(const Arguments& arguments, const std::vector<Change>& changes,
   KESTparse::Document document = judge.read(after);
   const std::vector<KESTparse::Diagnostic> broken = judge.broken(document);
   if (haveError(broken)) {
-    std::cerr << "kcf: nothing was written, since this would be wrong:\n" << linesOf(broken, "  ");
+    tell("kcf: nothing was written, since this would be wrong:\n" + linesOf(broken, "  "));
     return status::failed;
   }
   finish(arguments, before, after);
   for (const std::string& path : editor.added()) {
-    std::cerr << "added the block " << path << "\n";
+    tell("added the block " + path);
   }
-  std::cerr << linesOf(broken, "");
+  tell(linesOf(broken, ""));
   return status::done;
 }
 
@@ -95,7 +83,7 @@ int runSet(const Arguments& arguments) {
   const std::string input = arguments.value("FILE");
   const std::string directory =
       input == standardInput ? "" : fs::path(input).parent_path().string();
-  const std::string before = textOf(input);
+  const std::string before = readCommandFile(input);
   const KESTparse::KestrixInputRoot schema;
   KESTparse::TreeEditor editor = editorOf(input, before, schema);
   Judge judge(before, directory, schema);
@@ -110,7 +98,7 @@ int runSet(const Arguments& arguments) {
   plan.changes = std::move(changes);
   plan.copiesFiles = arguments.has("--copy");
   plan.mayReplace = arguments.has("--force");
-  const std::string table = textOf(arguments.value("--table"));
+  const std::string table = readCommandFile(arguments.value("--table"));
   try {
     plan.table = readTable(table);
   } catch (const std::runtime_error& fault) {

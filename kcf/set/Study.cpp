@@ -17,6 +17,8 @@
 
 #include "KESTparse/base/Conversions.h"
 #include "NamedFiles.h"
+#include "OutputFile.h"
+#include "Tell.h"
 #include "Verb.h"
 
 namespace kcf {
@@ -156,7 +158,7 @@ class Study {
         try {
           prepare(row, runs_[row]);
         } catch (const std::exception& fault) {
-          runs_[row].fault = fmt::format(": {}\n", fault.what());
+          runs_[row].fault = fmt::format(": {}\n", reasonOf(fault));
         }
       }
     };
@@ -250,18 +252,18 @@ class Study {
     std::size_t count = 0;
     for (std::size_t row = 0; row < runs_.size(); ++row) {
       if (!runs_[row].fault.empty() && count++ < most) {
-        std::cerr << fmt::format("{}: line {}{}", plan_.tableName, plan_.table.rows[row].line,
-                                 runs_[row].fault);
+        tell(fmt::format("{}: line {}{}", plan_.tableName, plan_.table.rows[row].line,
+                         runs_[row].fault));
       }
     }
     if (count == 0) {
       return status::done;
     }
     if (count > most) {
-      std::cerr << fmt::format("and {} more rows\n", count - most);
+      tell(fmt::format("and {} more rows", count - most));
     }
-    std::cerr << fmt::format("kcf: nothing was written: {} of {} rows {} wrong\n", count,
-                             runs_.size(), count == 1 ? "is" : "are");
+    tell(fmt::format("kcf: nothing was written: {} of {} rows {} wrong", count, runs_.size(),
+                     count == 1 ? "is" : "are"));
     return status::failed;
   }
 

@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <stdexcept>
+#include <unordered_set>
 #include <utility>
 
 #include "KESTparse/base/Conversions.h"
@@ -110,13 +111,14 @@ Table readTable(std::string_view text) {
   if (!reader.read(row)) {
     throw std::runtime_error("it is empty; its first line must name the columns");
   }
+  std::unordered_set<std::string> names;
   for (const std::string& cell : row.cells) {
     std::string name(KESTparse::trim(cell));
     if (name.empty()) {
       throw std::runtime_error(
           fmt::format("line {}: column {} has no name", row.line, table.columns.size() + 1));
     }
-    if (std::find(table.columns.begin(), table.columns.end(), name) != table.columns.end()) {
+    if (!names.insert(name).second) {
       throw std::runtime_error(fmt::format("line {}: two columns are called '{}'", row.line, name));
     }
     table.columns.push_back(std::move(name));

@@ -4,7 +4,6 @@
 
 #include <algorithm>
 #include <filesystem>
-#include <fstream>
 #include <iostream>
 #include <map>
 #include <memory>
@@ -23,6 +22,7 @@
 #include "KESTparse/root/KestrixInputRoot.h"
 #include "KESTparse/vocabulary/Places.h"
 #include "KESTparse/vocabulary/TagTraits.h"
+#include "OutputFile.h"
 #include "Setups.h"
 
 namespace KESTparse {
@@ -214,16 +214,12 @@ int writeStart(const Setup& start, const std::filesystem::path& folder) {
         fmt::format("making the folder '{}' failed: {}", folder.string(), fault.message()));
   }
   for (const Setup::File& file : start.files) {
-    if (std::filesystem::exists(folder / file.name)) {
+    if (std::filesystem::exists(std::filesystem::symlink_status(folder / file.name))) {
       throw std::runtime_error(fmt::format("'{}' is there already", (folder / file.name).string()));
     }
   }
   for (const Setup::File& file : start.files) {
-    std::ofstream out(folder / file.name, std::ios::binary);
-    out << file.text << std::flush;
-    if (!out) {
-      throw std::runtime_error(fmt::format("writing '{}' failed", (folder / file.name).string()));
-    }
+    writeFile((folder / file.name).string(), file.text, false);
   }
   return status::done;
 }

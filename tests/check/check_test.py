@@ -83,7 +83,7 @@ class Statuses(Checks):
         self.write("b.kcf", FAULTY)
         done = run("a.kcf", "b.kcf", cwd=self.folder)
         self.assertEqual(done.returncode, 2)
-        self.assertIn(b"kcf: a.kcf cannot be read", done.stderr)
+        self.assertIn(b"kcf: 'a.kcf' cannot be read: Permission denied", done.stderr)
         self.assertIn(b"--> b.kcf:2:3", done.stdout)
 
 

@@ -109,7 +109,7 @@ class Diff(unittest.TestCase):
             self.assertEqual((done.returncode, done.stdout), (2, b""), text)
             self.assertTrue(done.stderr.startswith(told) and done.stderr.count(b"\n") == 1, done.stderr)
         done = self.diff("none.kcf", "setup.kcf")
-        self.assertEqual((done.returncode, done.stderr), (2, b"kcf: 'none.kcf' cannot be read\n"))
+        self.assertEqual((done.returncode, done.stderr), (2, b"kcf: 'none.kcf' does not exist\n"))
         self.assertEqual(self.diff("-", "-", input=b"").returncode, 2)
         self.assertEqual(self.diff("setup.kcf").returncode, 2)
 

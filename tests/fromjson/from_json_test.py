@@ -176,7 +176,7 @@ class FromJson(unittest.TestCase):
             done = run("-", input=text)
             self.assertEqual((done.returncode, done.stdout), (1, b""))
             self.assertTrue(done.stderr.startswith(told) and done.stderr.count(b"\n") == 1, done.stderr)
-        self.assertEqual(run("none.json").stderr, b"kcf: 'none.json' cannot be read\n")
+        self.assertEqual(run("none.json").stderr, b"kcf: 'none.json' does not exist\n")
         target = self.folder / "there.kcf"
         target.write_text("mine")
         shutil.copytree(EXAMPLES / "first-region", self.folder, dirs_exist_ok=True)

@@ -69,7 +69,7 @@ class Framing(Sessions):
             self.assertRegex(done.stderr, rb"^kcf: the client sends no messages: [^\n]+\n$", header[:40])
         cut = subprocess.run([KCF, "language-server"], input=b"Content-Length: 10\r\n\r\n{", capture_output=True,
                              timeout=20, check=False)
-        self.assertEqual((cut.returncode, cut.stdout, cut.stderr), (1, b"", b""))
+        self.assertEqual((cut.returncode, cut.stdout, cut.stderr), (1, b"", b"kcf: the client went away without 'shutdown'\n"))
 
     def test_answers_each_hostile_message_and_lives(self):
         client = self.start()

@@ -173,11 +173,11 @@ class Format(unittest.TestCase):
         done = subprocess.run(["sh", "-c", 'ulimit -f 0; trap "" XFSZ; exec "$0" format f.kcf', KCF], cwd=self.folder,
                               capture_output=True, check=False)
         self.assertEqual(done.returncode, 2)
-        self.assertIn(b"f.kcf cannot be written", done.stderr)
+        self.assertIn(b"'f.kcf' cannot be written", done.stderr)
         self.assertEqual(self.file.read_bytes(), UNTIDY + b"\n")
         self.assertEqual(os.listdir(self.folder), ["f.kcf"])
         done = run("missing.kcf", "f.kcf", cwd=self.folder)
-        self.assertEqual((done.returncode, done.stderr), (2, b"kcf: missing.kcf cannot be read\n"))
+        self.assertEqual((done.returncode, done.stderr), (2, b"kcf: 'missing.kcf' does not exist\n"))
         self.assertEqual(self.file.read_bytes(), TIDY)
 
     def test_hostile_texts_take_no_time(self):

@@ -177,7 +177,7 @@ class Set(unittest.TestCase):
             self.assertEqual(self.held(), held, arguments)
         done = self.run_set("KESTPLANE_2D/HYDRAULICS/FRICTION/default_friction=-3")
         self.assertIn(b"nothing was written, since this would be wrong:\n  error[out-of-range]: 'default_friction' is -3,", done.stderr)
-        for name, told in (("none.kcf", b"kcf: 'none.kcf' does not exist\n"), (".", b"kcf: '.' cannot be read\n")):
+        for name, told in (("none.kcf", b"kcf: 'none.kcf' does not exist\n"), (".", b"kcf: '.' cannot be read: Is a directory\n")):
             self.assertEqual(self.run_set("title=a", file=name).stderr, told)
         (self.folder / "binary.kcf").write_bytes(KCF.read_bytes()[:5000])
         self.assertEqual(self.run_set("title=a", file="binary.kcf").stderr,

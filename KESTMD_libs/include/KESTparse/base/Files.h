@@ -23,7 +23,8 @@ FileText readFile(const std::string& path);
 
 /// Puts `content` in place of what the file at `path` holds: whole or not at all, also when the
 /// machine stops meanwhile. Links stay, and so do permissions and, where that is allowed, the
-/// owner. Throws a `std::system_error` when it cannot be done; the file is then what it was.
+/// owner. A pipe or a device stays, too, and is written into. Throws a `std::system_error` when it
+/// cannot be done; the file is then what it was.
 void replaceFile(const std::string& path, std::string_view content);
 
 /// Makes a file that holds `content`: whole or not at all, but without waiting for the disk, since

@@ -113,6 +113,14 @@ void require(bool succeeded) {
   }
 }
 
+void writeAll(int descriptor, std::string_view content) {
+  while (!content.empty()) {
+    const ssize_t written = ::write(descriptor, content.data(), content.size());
+    require(written >= 0 || errno == EINTR);
+    content.remove_prefix(static_cast<std::size_t>(std::max<ssize_t>(written, 0)));
+  }
+}
+
 /// A file beside the one that it is to replace; gone unless it took its place.
 class Replacement {
  public:
@@ -133,13 +141,7 @@ class Replacement {
     }
   }
 
-  void write(std::string_view content) const {
-    while (!content.empty()) {
-      const ssize_t written = ::write(descriptor_, content.data(), content.size());
-      require(written >= 0 || errno == EINTR);
-      content.remove_prefix(static_cast<std::size_t>(std::max<ssize_t>(written, 0)));
-    }
-  }
+  void write(std::string_view content) const { writeAll(descriptor_, content); }
 
   /// Takes over owner and permissions, and then the place.
   void takePlace() {
@@ -160,7 +162,12 @@ class Replacement {
     const mode_t masked = umask(0);
     umask(masked);
     finish(0666 & ~masked);
-    require(link(path_.c_str(), target_.c_str()) == 0);
+    // Some file systems have no links, and others cannot tell whether a place is free.
+    if (renameat2(AT_FDCWD, path_.c_str(), AT_FDCWD, target_.c_str(), RENAME_NOREPLACE) == 0) {
+      path_.clear();
+    } else {
+      require(link(path_.c_str(), target_.c_str()) == 0);
+    }
   }
 
  private:
@@ -209,6 +216,13 @@ FileText readFile(const std::string& path) {
 void replaceFile(const std::string& path, std::string_view content) {
   const std::filesystem::path target = std::filesystem::canonical(path);
   require(access(target.c_str(), W_OK) == 0);
+  if (std::filesystem::is_other(target)) {
+    const int descriptor = open(target.c_str(), O_WRONLY | O_CLOEXEC);
+    require(descriptor >= 0);
+    writeAll(descriptor, content);
+    require(close(descriptor) == 0);
+    return;
+  }
   Replacement replacement(target);
   replacement.write(content);
   replacement.takePlace();

@@ -8,6 +8,7 @@
 #include <set>
 #include <sstream>
 #include <tuple>
+#include <unordered_map>
 #include <unordered_set>
 #include <utility>
 
@@ -241,7 +242,7 @@ class Document::Builder {
       const std::string_view word = isWritableName(written) ? written : wordIn(written);
       name = nearestName(word, tagNamesOf(parent));
       name = name.empty() ? longerName(word, tagNamesOf(parent)) : name;
-      isMeant = !name.empty() && !isGivenElsewhere(node.parent, name, id);
+      isMeant = !name.empty() && !isGiven(node.parent, name);
       if (isWritableName(written)) {
         explainUnknownTag(node, isMeant ? name : std::string_view(), parent);
       }
@@ -373,13 +374,16 @@ class Document::Builder {
     return noNode;
   }
 
-  [[nodiscard]] bool isGivenElsewhere(NodeId parent, std::string_view name, NodeId self) const {
-    for (NodeId id = d_->syntax_[parent].firstChild; id != noNode; id = d_->syntax_[id].next) {
-      if (id != self && d_->syntax_[id].kind == NodeKind::tag && nameOf(d_->syntax_[id]) == name) {
-        return true;
+  /// Whether a tag below `parent` is called `name`.
+  [[nodiscard]] bool isGiven(NodeId parent, std::string_view name) {
+    const auto [given, isNew] = givenTags_.try_emplace(parent);
+    for (NodeId id = isNew ? d_->syntax_[parent].firstChild : noNode; id != noNode;
+         id = d_->syntax_[id].next) {
+      if (d_->syntax_[id].kind == NodeKind::tag) {
+        given->second.insert(nameOf(d_->syntax_[id]));
       }
     }
-    return false;
+    return given->second.contains(name);
   }
 
   /// The longest run of name characters in a name that is none.
@@ -448,6 +452,7 @@ class Document::Builder {
   std::unordered_set<NodeId> hasFaultyValue_;  // told as faults of syntax
   std::vector<Span> skipped_;
   std::vector<InputTag*> toRemove_;
+  std::unordered_map<NodeId, std::unordered_set<std::string_view>> givenTags_;  // by parent
 
  public:
   std::vector<Diagnostic> diagnostics;

@@ -157,6 +157,9 @@ class TreeEditor::Reading {
     usesReturns_ = this->text().find("\r\n") != std::string::npos;
   }
 
+  /// Nodes of one kind below one parent that are called the same.
+  using Likes = std::map<std::tuple<NodeId, std::string_view, NodeKind>, std::vector<NodeId>>;
+
   const SyntaxTree tree;
 
   [[nodiscard]] const std::string& text() const { return tree.text(); }
@@ -192,13 +195,21 @@ class TreeEditor::Reading {
 
   /// The path of a node that leads to it and to nothing else.
   [[nodiscard]] std::string pathOf(NodeId id) const {
+    Likes likes;
+    return pathOf(id, likes);
+  }
+  [[nodiscard]] std::string pathOf(NodeId id, Likes& likes) const {
     std::string path;
     for (; id != noNode; id = tree[id].parent) {
       std::string key(identityOf(id));
       if (key.empty()) {
-        const auto like = childrenCalled(tree[id].parent, nameOf(id), tree[id].kind);
-        const auto place = std::find(like.begin(), like.end(), id) - like.begin();
-        key = like.size() > 1 ? std::to_string(place + 1) : "";
+        const auto [like, isNew] = likes.try_emplace({tree[id].parent, nameOf(id), tree[id].kind});
+        if (isNew) {
+          like->second = childrenCalled(tree[id].parent, nameOf(id), tree[id].kind);
+        }
+        const std::vector<NodeId>& all = like->second;
+        const auto place = std::lower_bound(all.begin(), all.end(), id) - all.begin();
+        key = all.size() > 1 ? std::to_string(place + 1) : "";
       }
       path.insert(0, stepText(nameOf(id), key) + (path.empty() ? "" : "/"));
     }
@@ -206,10 +217,11 @@ class TreeEditor::Reading {
   }
 
   [[nodiscard]] std::vector<std::string> pathsOf(const std::vector<NodeId>& nodes) const {
+    Likes likes;
     std::vector<std::string> paths;
     paths.reserve(nodes.size());
     for (const NodeId id : nodes) {
-      paths.push_back(pathOf(id));
+      paths.push_back(pathOf(id, likes));
     }
     return paths;
   }

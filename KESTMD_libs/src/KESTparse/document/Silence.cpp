@@ -59,6 +59,8 @@ AllowedCodes allowedIn(const SyntaxTree& tree, const LineTable& lines) {
   AllowedCodes allowed;
   std::vector<std::pair<std::string, Allowed>> waiting;  // those on lines of their own
   std::uint32_t waitingLine = 0;
+  std::uint32_t knownLine = 0;  // a line with very many comments is looked at once
+  bool isLineBare = false;
   const auto settle = [&](std::uint32_t line) {
     for (auto& [code, each] : waiting) {
       allowed.emplace(std::pair(line, std::move(code)), each);
@@ -70,13 +72,17 @@ AllowedCodes allowedIn(const SyntaxTree& tree, const LineTable& lines) {
     if (!waiting.empty() && line > waitingLine + 1) {
       settle(waitingLine + 1);
     }
-    if (!isBare(tree, lines.line(line))) {
+    if (line != knownLine) {
+      knownLine = line;
+      isLineBare = isBare(tree, lines.line(line));
+    }
+    if (!isLineBare) {
       settle(line);
     }
     for (const Span& at : codesIn(tree.text(), comment)) {
       waiting.emplace_back(at.in(tree.text()), Allowed{at});
     }
-    if (isBare(tree, lines.line(line))) {
+    if (isLineBare) {
       waitingLine = line;
     } else {
       settle(line);
