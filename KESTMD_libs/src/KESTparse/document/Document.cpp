@@ -1034,7 +1034,7 @@ class Document::Checker {
     return std::erase_if(d_->diagnostics_, [&](const Diagnostic& told) {
              return (isText && told.at.at == found.at.at && isAboutRows(told)) ||
                     (found.code == code::emptyMesh && told.code.ends_with("/not-in-mesh") &&
-                     told.related.front().at.at == found.at.at) ||
+                     !told.related.empty() && told.related.front().at.at == found.at.at) ||
                     (told.code == code::unequalRows && told.at.file.empty() &&
                      told.at.at.in(d_->syntax_.text()) == found.at.file) ||
                     (isName && told.code == code::stopped && told.at.at == header);
