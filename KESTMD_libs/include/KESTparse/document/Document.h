@@ -6,7 +6,6 @@
 #include <optional>
 #include <stop_token>
 #include <string>
-#include <unordered_map>
 #include <vector>
 
 #include "KESTparse/base/Console.h"
@@ -97,8 +96,8 @@ class Document {
   const SyntaxTree& syntax_;
   LineTable lines_;
   std::unique_ptr<InputBlock> root_;
-  std::vector<const void*> made_;                           // for each node the block or the tag
-  mutable std::unordered_map<const void*, NodeId> nodeOf_;  // made when first asked for
+  std::vector<const void*> made_;       // for each node the block or the tag
+  mutable std::vector<NodeId> places_;  // of what was made, by its hash; made when first asked for
   std::unique_ptr<Builder> builder_;
   std::vector<Diagnostic> diagnostics_;
   bool isChecked_ = false;

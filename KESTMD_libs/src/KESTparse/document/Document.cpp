@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <array>
+#include <bit>
 #include <map>
 #include <set>
 #include <sstream>
@@ -1347,16 +1348,29 @@ const InputTag* Document::tagOf(NodeId node) const {
 }
 
 NodeId Document::find(const void* made) const {
-  if (nodeOf_.empty()) {
-    nodeOf_.reserve(made_.size());
-    for (NodeId id = 0; id < made_.size(); ++id) {
-      if (made_[id] != nullptr) {
-        nodeOf_.emplace(made_[id], id);
-      }
+  // A table of places with as many free ones: it is made at once, of what may be a million nodes.
+  const bool isNew = places_.empty();
+  if (isNew) {
+    places_.assign(std::bit_ceil(2 * made_.size() + 1), noNode);
+  }
+  const auto placeOf = [this](const void* object) {
+    constexpr std::uint64_t factor = 0x9E3779B97F4A7C15U;
+    constexpr int shift = 32;
+    const std::uint64_t mixed = std::hash<const void*>()(object) * factor;
+    std::size_t place = static_cast<std::size_t>(mixed >> shift) & (places_.size() - 1);
+    while (places_[place] != noNode && made_[places_[place]] != object) {
+      place = (place + 1) & (places_.size() - 1);
+    }
+    return place;
+  };
+  for (NodeId id = 0; isNew && id < made_.size(); ++id) {
+    if (made_[id] != nullptr) {
+      // Of the places of a repeated tag the first one counts.
+      NodeId& first = places_[placeOf(made_[id])];
+      first = first == noNode ? id : first;
     }
   }
-  const auto it = nodeOf_.find(made);
-  return it == nodeOf_.end() ? noNode : it->second;
+  return places_[placeOf(made)];
 }
 
 NodeId Document::nodeOf(const InputBlock& block) const {
