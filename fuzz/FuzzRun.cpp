@@ -22,24 +22,31 @@
 namespace fuzz {
 namespace {
 
-/// Takes all that is written and keeps nothing.
+/// Takes all that is written to the console and keeps nothing, until the program ends.
 class Silence : public std::streambuf {
+ public:
+  Silence() : out_(std::cout.rdbuf(this)), error_(std::cerr.rdbuf(this)) {}
+  Silence(const Silence&) = delete;
+  Silence& operator=(const Silence&) = delete;
+  ~Silence() override {
+    std::cout.rdbuf(out_);
+    std::cerr.rdbuf(error_);
+  }
+
  protected:
   int overflow(int c) override { return c == EOF ? 0 : c; }
   std::streamsize xsputn(const char* /*text*/, std::streamsize size) override { return size; }
-};
 
-void silenceConsole() {
-  static Silence silence;
-  std::cout.rdbuf(&silence);
-  std::cerr.rdbuf(&silence);
-}
+ private:
+  std::streambuf* out_;
+  std::streambuf* error_;
+};
 
 }  // namespace
 
 void beginRun() {
   static KESTparse::QuietConsole host;
-  silenceConsole();
+  static const Silence silence;
   KESTparse::GlobalValues& values = KESTparse::GlobalValues::instance();
   values = {};
   values.basePath = ".";
