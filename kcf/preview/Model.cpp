@@ -204,7 +204,7 @@ class ModelReader {
     if (!read.wasRead) {
       return nullptr;
     }
-    const auto text = std::make_shared<const std::string>(std::move(read.content));
+    auto text = std::make_shared<const std::string>(std::move(read.content));
     if (known != files_.end()) {
       known->second.text = text;
       return text;

@@ -1068,14 +1068,7 @@ class Document::Checker {
         openChannels.insert(d_->syntax_[block].parent);
       }
     }
-    std::map<std::string_view, std::set<std::string_view>> lost;  // by the blocks
-    for (const Diagnostic& told : d_->diagnostics_) {
-      for (const auto& [block, count] : misnamed) {
-        if (isLost(told, block)) {
-          lost[block].insert(lostNameOf(told));
-        }
-      }
-    }
+    const auto lost = lostNames(misnamed);
     const bool mayBeMoved = lowWeirs <= lostPlaces || misnamed.contains("KESTCHAIN_1D");
     std::erase_if(d_->diagnostics_, [&](const Diagnostic& told) {
       const bool isOpen =
@@ -1085,6 +1078,20 @@ class Document::Checker {
                return each.second.size() <= misnamed[each.first] && isLost(told, each.first);
              });
     });
+  }
+
+  /// The names that nothing bears, by the blocks of `misnamed` that could bear them.
+  [[nodiscard]] std::map<std::string_view, std::set<std::string_view>> lostNames(
+      const std::map<std::string_view, std::size_t>& misnamed) const {
+    std::map<std::string_view, std::set<std::string_view>> lost;
+    for (const Diagnostic& told : d_->diagnostics_) {
+      for (const auto& [block, count] : misnamed) {
+        if (isLost(told, block)) {
+          lost[block].insert(lostNameOf(told));
+        }
+      }
+    }
+    return lost;
   }
 
   static bool isOfRule(const Diagnostic& told) { return told.code.find('/') != std::string::npos; }

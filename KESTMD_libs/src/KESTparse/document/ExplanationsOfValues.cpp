@@ -168,7 +168,7 @@ double factorOf(std::string_view written, std::string_view unit) {
                                           {"kg/m3", " t/m3 ", 1000}}};
   const std::string word = fmt::format(" {} ", plainUnit(written));
   const std::string wanted = plainUnit(unit);
-  const auto scale = std::find_if(scales.begin(), scales.end(), [&](const Scale& each) {
+  const Scale* const scale = std::find_if(scales.begin(), scales.end(), [&](const Scale& each) {
     return each.unit == wanted && each.written.find(word) != std::string_view::npos;
   });
   return scale == scales.end() ? 0 : scale->factor;
