@@ -179,10 +179,13 @@ def faulty(folder, count):
 
 
 def small_files(folder, count):
-    """That many small setups in one folder, each with a title of its own."""
-    setup = first_region(folder)
+    """That many small setups in two folders, "0" and "1", each with a title of its own."""
     for i in range(count):
-        (folder / f"setup-{i}.kcf").write_text(setup.replace("title = ", f"title = s{i}_", 1))
+        half = folder / str(i % 2)
+        if i < 2:
+            half.mkdir()
+            setup = first_region(half)
+        (half / f"setup-{i}.kcf").write_text(setup.replace("title = ", f"title = s{i}_", 1))
 
 
 if __name__ == "__main__":

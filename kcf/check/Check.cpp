@@ -253,22 +253,35 @@ class Check {
     std::mutex mutex;
     std::condition_variable isReady;
     std::atomic<std::size_t> next = 0;
-    std::vector<std::jthread> workers;
-    for (std::size_t worker = 0; worker < count; ++worker) {
-      workers.emplace_back([&] {
-        for (std::size_t i = next++; i < paths.size(); i = next++) {
-          Outcome outcome = check(paths[i]);
-          const std::lock_guard lock(mutex);
-          outcomes[i] = std::move(outcome);
-          isReady.notify_one();
+    const auto checkNext = [&] {
+      const std::size_t i = next++;
+      if (i >= paths.size()) {
+        return false;
+      }
+      Outcome outcome = check(paths[i]);
+      const std::lock_guard lock(mutex);
+      outcomes[i] = std::move(outcome);
+      isReady.notify_one();
+      return true;
+    };
+    std::vector<std::jthread> others;
+    for (std::size_t i = 1; i < count; ++i) {
+      others.emplace_back([&] {
+        while (checkNext()) {
         }
       });
     }
+    // This thread checks, too, as long as what is to be told next is not there.
     for (std::size_t i = 0; i < paths.size(); ++i) {
       std::unique_lock lock(mutex);
       while (!outcomes[i]) {
+        lock.unlock();
         progress.show(i, paths[i]);
-        isReady.wait_for(lock, std::chrono::milliseconds(100));
+        const bool didCheck = checkNext();
+        lock.lock();
+        if (!didCheck && !outcomes[i]) {
+          isReady.wait_for(lock, std::chrono::milliseconds(100));
+        }
       }
       Outcome outcome = *std::move(outcomes[i]);
       outcomes[i].reset();

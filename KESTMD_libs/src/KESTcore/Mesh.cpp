@@ -282,8 +282,11 @@ class Reading {
 
 Mesh readMesh(std::string_view text, bool withPlaces) {
   constexpr std::size_t leastPart = 1 << 20;
-  const std::size_t parts = std::max<std::size_t>(
-      std::min<std::size_t>(text.size() / leastPart, std::thread::hardware_concurrency()), 1);
+  // The system is asked for its processors only where a mesh is large.
+  const std::size_t parts = text.size() < 2 * leastPart
+                                ? 1
+                                : std::clamp<std::size_t>(std::thread::hardware_concurrency(), 1,
+                                                          text.size() / leastPart);
   const auto beginOf = [text, parts](std::size_t part) {
     const std::size_t about = text.size() / parts * part;
     const std::size_t feed = part == parts ? std::string_view::npos : text.find('\n', about);

@@ -49,7 +49,8 @@ struct GlobalValues {
   Console* console = nullptr;        ///< the host; the converter's for none
   /// Counts the changes of all trees: what was derived from one is of no worth behind a change.
   std::uint64_t treeChanges = 1;
-  ReadFiles readFiles;       ///< meshes and result files that were read
+  std::map<std::string, bool> triedFiles;  ///< by path, whether it can be opened
+  ReadFiles readFiles;                     ///< meshes and result files that were read
   bool keepsSeries = false;  ///< series are kept, too: each is read once, and told once
 
   /// The store of the file that this thread reads. A thread that names none has one of its own.

@@ -1,7 +1,9 @@
 #include "KESTparse/base/GlobalValues.h"
 
+#include <fcntl.h>
+#include <unistd.h>
+
 #include <filesystem>
-#include <fstream>
 #include <system_error>
 
 namespace KESTparse {
@@ -45,11 +47,9 @@ std::string openedPath(const std::string& path) {
   return directory.empty() || path.empty() || path.front() == '/' ? path : directory + '/' + path;
 }
 
-bool canOpen(const std::string& path) {
-  if (!GlobalValues::instance().readsFiles) {
-    return true;
-  }
-  const std::string opened = openedPath(path);
+namespace {
+
+bool isReadable(const std::string& opened) {
   namespace fs = std::filesystem;
   std::error_code unreadable;
   // A stream opens a folder without complaint; a pipe waits for its writer and can be read only
@@ -57,7 +57,25 @@ bool canOpen(const std::string& path) {
   const fs::file_type type = fs::status(opened, unreadable).type();
   const bool isNull = type == fs::file_type::character &&
                       fs::canonical(opened, unreadable) == fs::path("/dev/null");
-  return (type == fs::file_type::regular || isNull) && std::ifstream(opened).is_open();
+  if (type != fs::file_type::regular && !isNull) {
+    return false;
+  }
+  const int descriptor = open(opened.c_str(), O_RDONLY | O_CLOEXEC);
+  return descriptor >= 0 && close(descriptor) == 0;
+}
+
+}  // namespace
+
+bool canOpen(const std::string& path) {
+  GlobalValues& values = GlobalValues::instance();
+  if (!values.readsFiles) {
+    return true;
+  }
+  const auto [known, isNew] = values.triedFiles.try_emplace(path);
+  if (isNew) {
+    known->second = isReadable(openedPath(path));
+  }
+  return known->second;
 }
 
 }  // namespace KESTparse
