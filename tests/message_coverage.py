@@ -48,15 +48,8 @@ UNREACHABLE = {
     ". fix it in the OutputXXXData class",
     # Inner boundaries of 1D regions have no names.
     "The inner boundary named {} is not unique!",
-    # Sentences and helps on the file of lateral connections: the converter does not show them.
-    "there is no 1D region named '{}'",
-    "give the 'region_name' of a KESTCHAIN_1D",
-    "the file of the lateral connections '{}' does not exist",
-    "correct the name in 'connections_filename'",
-    "write four columns: the cross section",
-    "the connection of '{}' does not tell",
-    "the side of the dyke at '{}'",
-    "the connection of '{}' lacks a node",
+    # What a help appends; the converter shows none.
+    " (perhaps '{}', without the quotes)",
 }
 
 

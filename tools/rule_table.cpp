@@ -5,7 +5,8 @@
 ///
 /// A rule is what stands in `error(...)`, `warning(...)` or `report(...)`: a group of its name, its
 /// sentence and its help, and behind it the text of the converter. Rules of functions that classes
-/// share belong to all classes that call them, and those of a base to its derived classes.
+/// share belong to all classes that call them, as do those that a class tells to another block;
+/// those of a base belong to its derived classes, too.
 
 #include <algorithm>
 #include <cctype>
@@ -99,6 +100,7 @@ struct Rule {
   std::string sentence;
   std::string help;
   std::string text;
+  bool isForCallers = false;  // told to a block that the caller gives
 };
 
 /// What a function holds: its rules, and the functions that it calls.
@@ -258,6 +260,7 @@ class Reader {
     const bool isKnown = called == "error" || called == "warning" || called == "report";
     rule.severity = called == "report" ? severityIn(call, open) : called;
     rule.members = membersIn(callee(call), open);
+    rule.isForCallers = !function.blockClass.empty() && isToldToOther(call);
     if (isKnown && at(++place).is(",")) {
       rule.text = joined(++place);
     }
@@ -266,6 +269,13 @@ class Reader {
       rule.text = called;
     }
     function.rules.push_back(std::move(rule));
+  }
+
+  /// Whether the call at `open` begins with a block, or a severity and a block, that is not this
+  /// one.
+  [[nodiscard]] bool isToldToOther(std::size_t open) const {
+    const std::size_t block = open + (at(open + 1).is("Severity") ? 6 : 1);
+    return at(block).kind == Token::Kind::word && at(block + 1).is(",");
   }
 
   [[nodiscard]] std::string severityIn(std::size_t begin, std::size_t end) const {
@@ -333,11 +343,14 @@ class Table {
   [[nodiscard]] bool empty() const { return rules_.empty(); }
 
  private:
-  /// Gives the rules of `function` and of the free functions that it calls to a class.
+  /// Gives the rules of `function` and of what it calls to a class.
   void collect(const std::string& blockClass, const Function& function,
                std::set<std::string>& seen) {
+    const bool isCalled = function.blockClass != blockClass;
     for (const Rule& rule : function.rules) {
-      add(blockClass, rule);
+      if (function.blockClass.empty() || rule.isForCallers == isCalled) {
+        add(blockClass, rule);
+      }
     }
     for (const std::string& called : function.calls) {
       if (!seen.insert(called).second) {
@@ -345,7 +358,7 @@ class Table {
       }
       const auto [begin, end] = sources_.functions.equal_range(called);
       for (auto it = begin; it != end; ++it) {
-        if (it->second.blockClass.empty()) {
+        if (it->second.blockClass != blockClass) {
           collect(blockClass, it->second, seen);
         }
       }
@@ -355,7 +368,7 @@ class Table {
   void add(const std::string& blockClass, Rule rule) {
     if (rule.severity.empty()) {
       const auto forwards = sources_.functions.find(rule.text);
-      if (forwards == sources_.functions.end() || forwards->second.forwardedText.empty()) {
+      if (forwards == sources_.functions.end()) {
         return;
       }
       rule.severity = "error";

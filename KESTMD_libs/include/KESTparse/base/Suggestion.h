@@ -19,6 +19,9 @@ std::size_t editDistance(std::string_view a, std::string_view b,
 /// same words in another order. Empty when there is none.
 std::string_view nearestName(std::string_view written, const std::vector<std::string_view>& known);
 
+/// `name` without the quotes around it, if there are any.
+std::string_view withoutQuotes(std::string_view name);
+
 /// The one name among `known` that `written` shortens: each of its words begins one of the name, in
 /// the same order, as "elem_ids" and "total_time" do for "element_ids" and "total_run_time". Empty
 /// when there is none, or several.

@@ -41,6 +41,15 @@ struct FaultySyntax {
 /// What is wrong with the syntax.
 Diagnostic explainSyntax(const FaultySyntax& faulty);
 
+/// What is wrong, and how to mend it.
+struct StopWords {
+  std::string message;
+  std::string help;
+};
+
+/// The words for a stop of the library that said `text`.
+StopWords explainStop(std::string_view text);
+
 /// Why a file cannot be opened.
 struct MissingFile {
   std::string_view code;

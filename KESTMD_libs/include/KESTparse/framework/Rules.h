@@ -116,9 +116,9 @@ struct RestartFileWords {
 bool checkRestartFile(InputBlock& block, std::initializer_list<Subject> fileAndDemand,
                       const std::string& file, const RestartFileWords& words);
 
-/// Checks that the result file holds the solution at `restartTime` [s], the tag `time` of `block`.
-/// A negative time takes the last stored one, if there is any.
-void checkRestartTime(InputBlock& block, const Subject& time, const std::string& file,
-                      double& restartTime);
+/// Checks that the result file `path`, the tag `file` of `block`, holds the solution at
+/// `restartTime` [s], its tag `time`. A negative time takes the last stored one, if there is any.
+void checkRestartTime(InputBlock& block, const Subject& file, const Subject& time,
+                      const std::string& path, double& restartTime);
 
 }  // namespace KESTparse

@@ -2,9 +2,11 @@
 
 #include <string>
 #include <string_view>
+#include <type_traits>
 #include <vector>
 
 #include "KESTparse/framework/Derived.h"
+#include "KESTparse/framework/RuleMessage.h"
 #include "KESTparse/framework/SchemaBlock.h"
 
 namespace KESTparse {
@@ -57,6 +59,11 @@ class IRcouplingLateral : public SchemaBlock<IRcouplingLateral> {
     std::string help = {};
     Subject subject = {.block = nullptr};
   };
+
+  /// The fault of `rule` at `subject`; `text` is what the report shows.
+  template <typename... Values>
+  static Fault fault(const RuleWords<std::type_identity_t<Values>...>& rule, const Subject& subject,
+                     std::string text, const Values&... values);
 
   /// Fills the connections from their file. What was read before a fault stays.
   Fault readConnections();

@@ -74,6 +74,12 @@ std::string_view nearestName(std::string_view written, const std::vector<std::st
   return {};
 }
 
+std::string_view withoutQuotes(std::string_view name) {
+  const bool isQuoted = name.size() > 1 && name.front() == name.back() &&
+                        (name.front() == '"' || name.front() == '\'');
+  return isQuoted ? name.substr(1, name.size() - 2) : name;
+}
+
 std::string_view longerName(std::string_view written, const std::vector<std::string_view>& known) {
   constexpr std::size_t shortest = 3;
   const std::vector<std::string> pieces = split("_-", toUpper(written));

@@ -50,9 +50,12 @@ class MeshCheck {
     checkLines();
     checkSize();
     checkNumbers();
-    checkElements();
-    checkSideNodes();
-    checkStrings();
+    // Without any node, that each one is missing says no more.
+    if (!mesh_.nodes.empty()) {
+      checkElements();
+      checkSideNodes();
+      checkStrings();
+    }
     checkPlaces();
     checkUse();
     return std::make_shared<CheckedMesh>(

@@ -357,8 +357,8 @@ class Document::Builder {
           "give each line of the file as many numbers as the first one has");
       return;
     }
-    add(code::stopped, at, fmt::format("the converter stops here: {}", stop.text),
-        "change what the message names");
+    StopWords words = explainStop(stop.text);
+    add(code::stopped, at, std::move(words.message), std::move(words.help));
   }
 
   /// The first node among the children of `parent` before `before`, if that is one, that is called
@@ -885,7 +885,10 @@ class Document::Checker {
                     .help = details.help};
     bool isPlaced = false;
     for (const Subject& subject : details.subjects) {
-      const std::optional<TextPlace> place = textOf(subject);
+      std::optional<TextPlace> place = textOf(subject);
+      if (!place && &subject == &details.subjects.front() && subject.block != &block) {
+        place = textOf(about(*subject.block));
+      }
       if (!place) {
         continue;
       }
@@ -962,8 +965,9 @@ class Document::Checker {
           !told.insert(stop.text).second) {
         continue;
       }
-      add(Severity::error, code::stopped, headerOf(*block),
-          fmt::format("the converter stops here: {}", stop.text), "change what the message names");
+      StopWords words = explainStop(stop.text);
+      add(Severity::error, code::stopped, headerOf(*block), std::move(words.message),
+          std::move(words.help));
     }
   }
 

@@ -1,5 +1,9 @@
 #include "KESTparse/document/Explanations.h"
 
+#include <fmt/format.h>
+
+#include <array>
+
 #include "ExplanationWords.h"
 #include "KESTparse/framework/InputBlock.h"
 #include "KESTparse/framework/InputTag.h"
@@ -22,6 +26,36 @@ std::vector<std::string_view> blockNamesOf(const InputBlock& block) {
     names.push_back(child.getName());
   }
   return names;
+}
+
+StopWords explainStop(std::string_view text) {
+  constexpr std::string_view named = " named ";
+  constexpr std::string_view notUnique = " is not unique!";
+  struct Bearer {
+    std::string_view sentence;  // how the stop begins
+    std::string_view block;
+  };
+  constexpr std::array<Bearer, 3> bearers{{{"The boundary", "BOUNDARY"},
+                                           {"The inner boundary", "INNER_BOUNDARY"},
+                                           {"The source", "EXTERNAL_SOURCE"}}};
+  for (const Bearer& bearer : bearers) {
+    const std::size_t begin = bearer.sentence.size() + named.size();
+    if (text.starts_with(bearer.sentence) &&
+        text.substr(bearer.sentence.size()).starts_with(named) && text.ends_with(notUnique)) {
+      return {fmt::format("several {} blocks are named '{}'", bearer.block,
+                          text.substr(begin, text.size() - begin - notUnique.size())),
+              fmt::format("give each {} a 'name' of its own", bearer.block)};
+    }
+  }
+  if (text == "globalvalues.gravity > 0") {
+    return {"there is no simulation without 'gravity' above 0",
+            "give the acceleration in m/s2; on earth it is 9.81"};
+  }
+  if (text == "error off-channel source: cross section  not found!") {
+    return {"the off-channel source does not tell between which cross sections it lies",
+            "name both in 'cross_sections', the upstream one first"};
+  }
+  return {fmt::format("the converter stops here: {}", text), "change what the message names"};
 }
 
 std::string quotedText(std::string_view text) {

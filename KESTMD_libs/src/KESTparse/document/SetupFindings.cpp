@@ -161,6 +161,7 @@ bool isPlainSeries(std::string_view text) {
 /// `order`, a side, and two nodes of the mesh. Null for what is not known.
 std::vector<PlacedFault> checkConnectionList(std::string_view text, const std::string_view* order,
                                              const CheckedMesh* mesh) {
+  const bool hasMesh = mesh != nullptr && !mesh->materials.empty();
   FaultList faults;
   if (!findForeignText(text, faults)) {
     return faults.placed(text);
@@ -191,7 +192,7 @@ std::vector<PlacedFault> checkConnectionList(std::string_view text, const std::s
     }
     constexpr std::size_t firstNode = 2;
     constexpr std::size_t numWords = 4;
-    for (std::size_t i = firstNode; isRow && mesh != nullptr && i < numWords; ++i) {
+    for (std::size_t i = firstNode; isRow && hasMesh && i < numWords; ++i) {
       const Span word = wordAt(text, begin, i);
       const Extracted<int> node = extractInt(word.in(text));
       if (word != line && node.ok && mesh->nodes.find(node.value) == Kestrix::MeshNodeIndex::none &&
@@ -371,8 +372,8 @@ class Finder {
     for (std::size_t i = 0; i < std::min(known.size(), most); ++i) {
       list += fmt::format("{}'{}'", i == 0 ? "" : ", ", known[i]);
     }
-    return fmt::format("name one of {}{}, or define '{}'", list, known.size() > most ? " ..." : "",
-                       written);
+    return fmt::format("name {}{}{}, or define '{}'", known.size() == 1 ? "" : "one of ", list,
+                       known.size() > most ? " ..." : "", written);
   }
 
   // Parts of meshes

@@ -62,6 +62,10 @@ bool isOneOf(std::string_view word, std::initializer_list<std::string_view> word
 }
 
 std::string perhaps(std::string_view written, const std::vector<std::string_view>& known) {
+  const std::string_view bare = withoutQuotes(written);
+  if (bare != written && std::find(known.begin(), known.end(), bare) != known.end()) {
+    return fmt::format(" (perhaps '{}', without the quotes)", bare);
+  }
   const std::string_view nearest = nearestName(written, known);
   return nearest.empty() ? std::string() : fmt::format(" (perhaps '{}')", nearest);
 }
@@ -128,16 +132,16 @@ bool checkRestartFile(InputBlock& block, std::initializer_list<Subject> fileAndD
   return false;
 }
 
-void checkRestartTime(InputBlock& block, const Subject& time, const std::string& file,
-                      double& restartTime) {
+void checkRestartTime(InputBlock& block, const Subject& file, const Subject& time,
+                      const std::string& path, double& restartTime) {
   if (restartTime < 0) {
-    const std::vector<double> times = h5io::getSolutionTimes(file);
+    const std::vector<double> times = h5io::getSolutionTimes(path);
     if (!times.empty()) {
       restartTime = times.back();
     }
   }
   constexpr double tolerance = 0.001;
-  const std::vector<double> times = h5io::getSolutionTimes(file);
+  const std::vector<double> times = h5io::getSolutionTimes(path);
   std::string validTimes;
   double nearest = 0;
   double leastDistance = std::numeric_limits<double>::infinity();
@@ -156,15 +160,15 @@ void checkRestartTime(InputBlock& block, const Subject& time, const std::string&
       "Restart solution time '{}' does not exist within the file. Please choose a valid restart solution time. Valid times are:<br>{}",
       doubleToString(restartTime), validTimes);
   if (times.empty()) {
-    report(Severity::error, block, {time},
+    report(Severity::error, block, {file},
            {"no-solution", "no solution is stored in the restart file '{1}'",
             "name in 'file' the results of a simulation that stored a solution"},
-           "{}", text, file);
+           "{}", text, path);
   } else {
     report(Severity::error, block, {time},
            {"unknown-restart-time", "no solution at {1} s is stored in the restart file '{2}'",
             "choose one of the stored times, which go from {3} s to {4} s: nearest is '{5} = {6}'"},
-           "{}", text, restartTime, file, times.front(), times.back(), time.member, nearest);
+           "{}", text, restartTime, path, times.front(), times.back(), time.member, nearest);
   }
 }
 

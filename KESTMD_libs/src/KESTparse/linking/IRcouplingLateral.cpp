@@ -127,13 +127,24 @@ void IRcouplingLateral::checkRules() {
         "A file must be given, which defines the lateral connections (you may use the automatic generation of coupling connections, to ease this process!).");
     return;
   }
-  const Fault& fault = fault_.get([this] { return readConnections(); });
-  if (!fault.text.empty()) {
+  const Fault& found = fault_.get([this] { return readConnections(); });
+  if (!found.text.empty()) {
     report(
-        Severity::error, *this, {fault.subject}, {fault.rule, "{2}", "{3}"},
+        Severity::error, *this, {found.subject}, {found.rule, "{2}", "{3}"},
         "There was an error while reading the lateral connections file '{}':\n\nError:\t\tfound in the COUPLING block.{}\n",
-        connections_filename, fault.text, fault.sentence, fault.help);
+        connections_filename, found.text, found.sentence, found.help);
   }
+}
+
+template <typename... Values>
+IRcouplingLateral::Fault IRcouplingLateral::fault(
+    const RuleWords<std::type_identity_t<Values>...>& rule, const Subject& subject,
+    std::string text, const Values&... values) {
+  return {.text = std::move(text),
+          .rule = rule.name,
+          .sentence = fmt::vformat(rule.sentence, fmt::make_format_args(values...)),
+          .help = fmt::vformat(rule.help, fmt::make_format_args(values...)),
+          .subject = subject};
 }
 
 IRcouplingLateral::Fault IRcouplingLateral::readConnections() {
@@ -141,87 +152,82 @@ IRcouplingLateral::Fault IRcouplingLateral::readConnections() {
   const auto& chains = enclosing<IRdomain>().cr1d_ptrV;
   const IRcalc1d* const chain = findChain(chains, kestchain);
   if (chain == nullptr) {
-    return {
-        .text = fmt::format(
+    return fault(
+        {"unknown-region", "there is no 1D region named '{0}'",
+         "give the 'region_name' of a KESTCHAIN_1D{1}"},
+        about<&Self::kestchain>(*this),
+        fmt::format(
             "\nError:\t\tA lateral coupling with unknwon kestchain subdomain '{}'.\n\t\tPlease correct the input data in the input file.",
             kestchain),
-        .rule = "unknown-region",
-        .sentence = fmt::format("there is no 1D region named '{}'", kestchain),
-        .help = "give the 'region_name' of a KESTCHAIN_1D" +
-                perhaps(kestchain, chains, &IRcalc1d::region_name),
-        .subject = about<&Self::kestchain>(*this)};
+        kestchain, perhaps(kestchain, chains, &IRcalc1d::region_name));
   }
   const std::string path = resolvePath(connections_filename);
   const FileText file = readFile(path);
   if (!file.wasRead) {
-    return {
-        .text = fmt::format(
+    return fault(
+        {"missing-file",
+         "the file of the lateral connections '{0}' does not exist or cannot be opened",
+         "correct the name in 'connections_filename', or put the file there"},
+        about<&Self::connections_filename>(*this),
+        fmt::format(
             "\nError:\t\tError trying to access the data file for lateral coupling.\nError:\t\t'{}' could not be opened.\n\t\tMake sure, the file exists and restart the simulation.",
             path),
-        .rule = "missing-file",
-        .sentence = fmt::format(
-            "the file of the lateral connections '{}' does not exist or cannot be opened",
-            connections_filename),
-        .help = "correct the name in 'connections_filename', or put the file there",
-        .subject = about<&Self::connections_filename>(*this)};
+        connections_filename);
   }
-  Fault fault = readConnections(file.content, chain->geom_ptr);
-  if (!fault.text.empty()) {
-    fault.text = fmt::format(
+  Fault found = readConnections(file.content, chain->geom_ptr);
+  if (!found.text.empty()) {
+    found.text = fmt::format(
         "\nError:\t\tError reading the file '{}'.{}\n\t\tPlease correct the input file and restart the simulation.",
-        path, fault.text);
-    fault.subject.file = path;
+        path, found.text);
+    found.subject.file = path;
   }
-  return fault;
+  return found;
 }
 
 IRcouplingLateral::Fault IRcouplingLateral::readConnections(std::string_view text,
                                                             const IRgeom1d* geometry) {
-  constexpr std::string_view rowHelp =
-      "write four columns: the cross section, the side of its dyke (0 left, 1 right, looking "
-      "downstream) and the two nodes of the 2D edge";
   Tokens tokens(text);
+  const auto at = [this, &tokens](std::string_view token) {
+    Subject subject = about<&Self::connections_filename>(*this);
+    tokens.place(token, subject);
+    return subject;
+  };
   for (std::string_view name = tokens.next(); !name.empty() && name != "end" && name != "end/";
        name = tokens.next()) {
     if (name.starts_with("//") || name.starts_with('#')) {
       tokens.skipLine();
       continue;
     }
-    const auto fault = [this, &tokens, rowHelp](std::string faultText, std::string_view rule,
-                                                std::string sentence, std::string_view token) {
-      Fault found{.text = std::move(faultText),
-                  .rule = rule,
-                  .sentence = std::move(sentence),
-                  .help = std::string(rowHelp),
-                  .subject = about<&Self::connections_filename>(*this)};
-      tokens.place(token, found.subject);
-      return found;
-    };
     // An unknown cross section points to the first one.
     const int known = geometry == nullptr ? -1 : geometry->crossSectionIndex(name);
     connections.crossSectionNames.emplace_back(name);
     connections.crossSectionIndices.push_back(std::max(known, 0));
     const std::string_view dyke = tokens.next();
     if (dyke.empty()) {
-      return fault("\nError:\t\tThe definition of the dyke location (1/0) could not be found.",
-                   "no-dyke-side",
-                   fmt::format("the connection of '{}' does not tell the side of the dyke", name),
-                   name);
+      return fault(
+          {"no-dyke-side", "the connection of '{0}' does not tell the side of the dyke",
+           "write behind the cross section 0 for the left or 1 for the right dyke, looking "
+           "downstream, and the two nodes of the 2D edge"},
+          at(name), "\nError:\t\tThe definition of the dyke location (1/0) could not be found.",
+          name);
     }
     const int dykeLocation = stringToInt(dyke);
     if (dykeLocation != 0 && dykeLocation != 1) {
       return fault(
+          {"unknown-dyke-side", "the side of the dyke at '{0}' is '{1}', neither 0 nor 1",
+           "write 0 for the left or 1 for the right dyke, looking downstream"},
+          at(dyke),
           fmt::format("\nError:\t\tThe definition of the dyke location (0/1) is not valid: {}",
                       dykeLocation),
-          "unknown-dyke-side",
-          fmt::format("the side of the dyke at '{}' is '{}', neither 0 nor 1", name, dyke), dyke);
+          name, dyke);
     }
     connections.dykeLocations.push_back(dykeLocation);
     for (std::vector<int>* nodes : {&connections.firstNodes, &connections.secondNodes}) {
       const std::string_view node = tokens.next();
       if (node.empty()) {
-        return fault("\nError:\t\tThe node ids could not be read.", "no-nodes",
-                     fmt::format("the connection of '{}' lacks a node of its 2D edge", name), name);
+        return fault({"no-nodes", "the connection of '{0}' lacks a node of its 2D edge",
+                      "write behind the side of the dyke the two nodes of the edge in the mesh"},
+                     at(name), "\nError:\t\tThe node ids could not be read.", name);
       }
       nodes->push_back(stringToInt(node));
     }

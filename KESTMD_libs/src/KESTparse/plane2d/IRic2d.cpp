@@ -60,8 +60,8 @@ void IRic2d::checkRules() {
   }
   if (type == "continue" &&
       checkRestartFile(*this, {about<&Self::file>(*this), about<&Self::type>(*this)}, file, {})) {
-    checkRestartTime(*this, about<&Self::restart_solution_time>(*this), file,
-                     restart_solution_time);
+    checkRestartTime(*this, about<&Self::file>(*this), about<&Self::restart_solution_time>(*this),
+                     file, restart_solution_time);
   }
   if (saturations_lower_upper.empty() && saturations_z_lower_upper.empty()) {
     return;

@@ -40,8 +40,8 @@ void IRsuspinit2d::checkRules() {
   }
   if (type == "continue" &&
       checkRestartFile(*this, {about<&Self::file>(*this), about<&Self::type>(*this)}, file, {})) {
-    checkRestartTime(*this, about<&Self::restart_solution_time>(*this), file,
-                     restart_solution_time);
+    checkRestartTime(*this, about<&Self::file>(*this), about<&Self::restart_solution_time>(*this),
+                     file, restart_solution_time);
   }
 }
 

@@ -45,8 +45,8 @@ void IRvegic2d::checkRules() {
   if (type == "continue" &&
       checkRestartFile(*this, {about<&Self::file>(*this), about<&Self::type>(*this)}, file,
                        words)) {
-    checkRestartTime(*this, about<&Self::restart_solution_time>(*this), file,
-                     restart_solution_time);
+    checkRestartTime(*this, about<&Self::file>(*this), about<&Self::restart_solution_time>(*this),
+                     file, restart_solution_time);
   }
 }
 
