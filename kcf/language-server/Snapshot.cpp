@@ -82,7 +82,6 @@ KESTparse::DocumentOptions Snapshot::options() const {
   KnownFiles known = origin_.memory->known(origin_.directory);
   return {.directory = origin_.directory,
           .readsFiles = origin_.readsFiles,
-          .keepsSeries = true,
           .readFiles = std::move(known.read),
           .stop = {},
           .checkedFiles = std::move(known.checked)};

@@ -244,7 +244,7 @@ class ModelReader {
   /// All that the checker finds. Runs beside the reading, and looks at nothing that changes.
   [[nodiscard]] std::vector<KESTparse::Diagnostic> findingsOf(
       const std::shared_ptr<const KESTparse::SyntaxTree>& tree) const {
-    KESTparse::DocumentOptions options{.directory = folder_.string(), .keepsSeries = true};
+    KESTparse::DocumentOptions options{.directory = folder_.string()};
     for (const auto& [name, read] : meshNames_) {
       options.checkedFiles.meshes.emplace(name, KESTparse::checkMesh(*read->text, read->mesh));
     }

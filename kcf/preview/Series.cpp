@@ -4,7 +4,7 @@
 #include <charconv>
 #include <cstring>
 
-#include "KESTcore/PlainNumbers.h"
+#include "KESTparse/base/PlainNumbers.h"
 
 namespace kcf {
 namespace {
@@ -27,7 +27,7 @@ bool readRow(std::string_view line, std::vector<double>& row) {
     }
     here += *here == '+' ? 1 : 0;
     double value = 0;
-    const char* stop = Kestrix::readPlainNumber(here, end, value);
+    const char* stop = KESTparse::readPlainNumber(here, end, value);
     if (stop == nullptr || (stop != end && !isBlank(*stop))) {
       const auto [other, error] = std::from_chars(here, end, value);
       if (error != std::errc{} || !(value - value == 0)) {

@@ -2,33 +2,34 @@
 /// The rows of a series.
 #pragma once
 
+#include <cstddef>
+#include <memory>
 #include <span>
+#include <utility>
 #include <vector>
 
 namespace Kestrix {
 
-/// Rows of numbers, all of the same length, in one piece of memory.
+/// Rows of numbers, all of the same length, in one piece of memory that copies share.
 class Table {
  public:
-  /// An empty table whose rows will have `columns` numbers.
-  explicit Table(std::size_t columns = 0) : columns_(columns) {}
+  Table() = default;
+  /// The rows of `columns` numbers that stand one behind the other in `numbers`.
+  Table(std::size_t columns, std::vector<double> numbers)
+      : columns_(columns),
+        numbers_(std::make_shared<const std::vector<double>>(std::move(numbers))) {}
 
   /// The number of rows.
-  [[nodiscard]] std::size_t size() const { return columns_ == 0 ? 0 : numbers_.size() / columns_; }
-  [[nodiscard]] bool empty() const { return numbers_.empty(); }
+  [[nodiscard]] std::size_t size() const { return empty() ? 0 : numbers_->size() / columns_; }
+  [[nodiscard]] bool empty() const { return numbers_ == nullptr || numbers_->empty(); }
   [[nodiscard]] std::span<const double> operator[](std::size_t row) const {
-    return std::span(numbers_).subspan(row * columns_, columns_);
+    return std::span(*numbers_).subspan(row * columns_, columns_);
   }
-  void clear() { numbers_.clear(); }
-  void reserve(std::size_t rows) { numbers_.reserve(rows * columns_); }
-  /// Appends the next number of the row that is being filled, or begins a row.
-  void append(double number) { numbers_.push_back(number); }
-
-  friend bool operator==(const Table&, const Table&) = default;
+  void clear() { numbers_.reset(); }
 
  private:
-  std::size_t columns_;
-  std::vector<double> numbers_;
+  std::size_t columns_ = 1;
+  std::shared_ptr<const std::vector<double>> numbers_;
 };
 
 }  // namespace Kestrix

@@ -9,7 +9,7 @@
 #include <utility>
 
 #include "KESTcore/LargeLists.h"
-#include "KESTcore/PlainNumbers.h"
+#include "KESTparse/base/PlainNumbers.h"
 
 namespace Kestrix {
 namespace {
@@ -37,7 +37,7 @@ class Line {
   template <class Number>
   bool number(Number& value) {
     skip();
-    const char* const stop = readPlainNumber(here_, end_, value);
+    const char* const stop = KESTparse::readPlainNumber(here_, end_, value);
     if (stop == nullptr || !isEnd(stop)) {
       return unusualNumber(value);
     }

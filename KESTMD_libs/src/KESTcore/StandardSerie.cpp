@@ -1,6 +1,7 @@
 #include "KESTcore/StandardSerie.h"
 
 #include <algorithm>
+#include <utility>
 
 #include "KESTparse/base/Assert.h"
 #include "KESTparse/base/Console.h"
@@ -104,14 +105,15 @@ double StandardSerie::value(double x, std::size_t columnIndex) const {
 }
 
 void StandardSerie::copyTo(Table& table) const {
-  table = Table(yData.size() + 1);
-  table.reserve(xData.size());
+  std::vector<double> numbers;
+  numbers.reserve(xData.size() * (yData.size() + 1));
   for (std::size_t row = 0; row < xData.size(); ++row) {
-    table.append(xData[row]);
+    numbers.push_back(xData[row]);
     for (const std::vector<double>& column : yData) {
-      table.append(column[row]);
+      numbers.push_back(column[row]);
     }
   }
+  table = Table(yData.size() + 1, std::move(numbers));
 }
 
 }  // namespace Kestrix

@@ -31,12 +31,16 @@ struct SeriesUse {
   const Kestrix::MeshNodeIndex* nodes = nullptr;  ///< those of the mesh; null when not known
 };
 
+/// Where a series needs a closer look.
+enum class SeriesLook { nowhere, atEnds, everywhere };
+
 /// What is wrong in the series `text`. The first fault for which the library refuses to read it, if
 /// there is one, has the code `unequal-rows` or makes rows unequal.
-std::vector<PlacedFault> checkSeries(std::string_view text, const SeriesUse& use);
+std::vector<PlacedFault> checkSeries(std::string_view text, const SeriesUse& use,
+                                     SeriesLook look = SeriesLook::everywhere);
 
-/// Whether the rows of a series that is plain text and nothing but numbers need a closer look by
-/// `checkSeries`.
-bool needsALook(const Kestrix::Table& rows, const SeriesUse& use);
+/// Where `checkSeries` must look at a series that is plain text and nothing but numbers, which were
+/// read as `rows`.
+SeriesLook neededLook(const Kestrix::Table& rows, const SeriesUse& use);
 
 }  // namespace KESTparse

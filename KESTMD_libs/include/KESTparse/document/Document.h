@@ -24,7 +24,6 @@ struct DocumentOptions {
   std::string directory =
       {};                     ///< the folder that names of files count from; empty: the current one
   bool readsFiles = true;     ///< whether the files that it names are opened
-  bool keepsSeries = false;   ///< see `GlobalValues`
   ReadFiles readFiles = {};   ///< what is known of its files: they are not read again
   std::stop_token stop = {};  ///< ends the check, which then throws `Cancelled`
   CheckedFiles checkedFiles = {};  ///< what was found out of its files

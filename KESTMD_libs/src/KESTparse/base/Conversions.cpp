@@ -7,6 +7,8 @@
 #include <streambuf>
 #include <system_error>
 
+#include "KESTparse/base/PlainNumbers.h"
+
 namespace KESTparse {
 namespace {
 
@@ -58,11 +60,18 @@ Extracted<T> extract(std::string_view text) {
   // ordinary.
   if (digits < text.size() && isDigit(text[digits])) {
     Extracted<T> result;
-    const char* end = text.data() + text.size();
-    const auto [stop, error] = std::from_chars(text.data() + begin, end, result.value);
-    if (error == std::errc{} && (stop == end || endsNumber(*stop))) {
-      result.ok = true;
+    const char* const end = text.data() + text.size();
+    const auto endsAt = [&result, &text, end](const char* stop) {
+      result.ok = stop == end || endsNumber(*stop);
       result.consumed = static_cast<std::size_t>(stop - text.data());
+      return result.ok;
+    };
+    const char* const stop = readPlainNumber(text.data() + begin, end, result.value);
+    if (stop != nullptr && endsAt(stop)) {
+      return result;
+    }
+    const auto [last, error] = std::from_chars(text.data() + begin, end, result.value);
+    if (error == std::errc{} && endsAt(last)) {
       return result;
     }
   }

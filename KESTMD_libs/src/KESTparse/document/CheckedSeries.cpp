@@ -22,7 +22,12 @@ class SeriesCheck {
  public:
   SeriesCheck(std::string_view text, const SeriesUse& use) : text_(text), use_(&use) {}
 
-  std::vector<PlacedFault> run() {
+  std::vector<PlacedFault> run(SeriesLook look) {
+    if (look == SeriesLook::atEnds) {
+      readEnds();
+      checkWhole();
+      return faults_.placed(text_);
+    }
     constexpr std::string_view meshHeading = "MESH2D";
     if (text_.starts_with(meshHeading)) {
       faults_.add({code::textInSeries,
@@ -45,6 +50,21 @@ class SeriesCheck {
     double value;
     Span at;
   };
+
+  /// Reads the first and the last row of several.
+  void readEnds() {
+    for (std::size_t begin = 0; rows_ == 0 && begin < text_.size();) {
+      const std::size_t end = std::min(text_.find('\n', begin), text_.size());
+      readLine({begin, end});
+      begin = end + 1;
+    }
+    for (std::size_t end = text_.size(); rows_ == 1 && end > 0;) {
+      const std::size_t feed = text_.rfind('\n', end - 1);
+      const std::size_t begin = feed == std::string_view::npos ? 0 : feed + 1;
+      readLine({begin, end});
+      end = begin == 0 ? 0 : feed;
+    }
+  }
 
   /// Reads a line as the library does, which takes the numbers at its front.
   void readLine(Span line) {
@@ -261,18 +281,13 @@ class SeriesCheck {
 
 }  // namespace
 
-std::vector<PlacedFault> checkSeries(std::string_view text, const SeriesUse& use) {
-  return SeriesCheck(text, use).run();
+std::vector<PlacedFault> checkSeries(std::string_view text, const SeriesUse& use, SeriesLook look) {
+  return SeriesCheck(text, use).run(look);
 }
 
-bool needsALook(const Kestrix::Table& rows, const SeriesUse& use) {
-  if (rows.empty() || rows[0].size() < 2 || use.namesNodes) {
-    return true;
-  }
-  const double first = rows[0][0];
-  const double last = rows[rows.size() - 1][0];
-  if ((use.end && last < *use.end) || (use.begin && first > *use.begin)) {
-    return true;
+SeriesLook neededLook(const Kestrix::Table& rows, const SeriesUse& use) {
+  if (rows.size() < 2 || rows[0].size() < 2 || use.namesNodes) {
+    return SeriesLook::everywhere;
   }
   bool isUsual = true;
   for (std::size_t i = 0; i < rows.size(); ++i) {
@@ -282,7 +297,10 @@ bool needsALook(const Kestrix::Table& rows, const SeriesUse& use) {
       isUsual = isUsual && row[k] >= use.least && row[k] <= use.greatest;
     }
   }
-  return !isUsual;
+  const double first = rows[0][0];
+  const double last = rows[rows.size() - 1][0];
+  const bool isCut = (use.end && last < *use.end) || (use.begin && first > *use.begin);
+  return !isUsual ? SeriesLook::everywhere : isCut ? SeriesLook::atEnds : SeriesLook::nowhere;
 }
 
 }  // namespace KESTparse

@@ -1299,7 +1299,7 @@ std::string Document::pathOf(std::string_view name, const std::string& directory
 void Document::prepare(GlobalValues& values) {
   setFolders(values, options_.directory);
   values.readsFiles = options_.readsFiles;
-  values.keepsSeries = options_.keepsSeries;
+  values.keepsSeries = true;
   values.console = &console_;
 }
 

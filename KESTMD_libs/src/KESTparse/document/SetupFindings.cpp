@@ -519,21 +519,22 @@ class Finder {
     const std::string opened = openedPath(series.path());
     // The table of a tag that stands repeatedly is that of its last instance.
     const bool hasRows = !tag.isRepeatable();
-    if (hasRows && known_->plainSeries.contains(opened) && !needsALook(series.rows(), use)) {
+    SeriesLook look = hasRows ? neededLook(series.rows(), use) : SeriesLook::everywhere;
+    if (look == SeriesLook::nowhere && known_->plainSeries.contains(opened)) {
       return;
     }
     const FileText text = readFile(series.path());
     if (!text.wasRead) {
       return;
     }
-    if (hasRows && isPlainSeries(text.content)) {
+    if (isPlainSeries(text.content)) {
       known_->plainSeries.insert(opened);
-      if (!needsALook(series.rows(), use)) {
-        return;
-      }
+    } else {
+      look = SeriesLook::everywhere;
     }
-    const std::vector<PlacedFault> faults = checkSeries(text.content, use);
-    tell(tag, faults);
+    if (look != SeriesLook::nowhere) {
+      tell(tag, checkSeries(text.content, use, look));
+    }
   }
 
   SeriesUse useOf(const InputTag& tag) {

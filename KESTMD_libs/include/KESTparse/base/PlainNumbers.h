@@ -6,7 +6,7 @@
 #include <cstddef>
 #include <cstdint>
 
-namespace Kestrix {
+namespace KESTparse {
 
 /// Takes digits from `here` on, which moves behind them, and puts them behind those of `value`.
 inline std::uint64_t takeDigits(const char*& here, const char* end, std::uint64_t value = 0) {
@@ -55,4 +55,4 @@ inline const char* readPlainNumber(const char* begin, const char* end, double& v
   return here;
 }
 
-}  // namespace Kestrix
+}  // namespace KESTparse
