@@ -1,6 +1,7 @@
 /// \file
 /// What a conversion cannot be faster than: `floor json FILE` and `floor rapidjson FILE` read a
-/// document and print it, each with its library; `floor numbers FILE...` reads numbers.
+/// document and print it, each with its library; `floor numbers FILE...` reads numbers, and tells
+/// what CPU time [s] their conversion took by itself.
 
 #include <rapidjson/document.h>
 #include <rapidjson/prettywriter.h>
@@ -8,6 +9,7 @@
 
 #include <charconv>
 #include <cstdlib>
+#include <ctime>
 #include <fstream>
 #include <iostream>
 #include <iterator>
@@ -76,9 +78,13 @@ int main(int argc, char** argv) {
     return EXIT_FAILURE;
   }
   std::size_t count = 0;
+  std::clock_t spent = 0;
   for (int i = 2; i < argc; ++i) {
-    count += readNumbers(readWhole(argv[i])).size();
+    const std::string text = readWhole(argv[i]);
+    const std::clock_t begin = std::clock();
+    count += readNumbers(text).size();
+    spent += std::clock() - begin;
   }
-  std::cout << count << " numbers\n";
+  std::cout << count << " numbers in " << static_cast<double>(spent) / CLOCKS_PER_SEC << " s\n";
   return EXIT_SUCCESS;
 }

@@ -12,6 +12,7 @@
 #include <set>
 #include <stdexcept>
 
+#include "CommandFiles.h"
 #include "KESTcore/Mesh.h"
 #include "KESTparse/base/Conversions.h"
 #include "KESTparse/base/Files.h"
@@ -136,10 +137,8 @@ class ModelReader {
   }
 
   Model run() {
-    const auto text = textAt(model_.path);
-    if (text == nullptr) {
-      throw std::runtime_error("'" + model_.path.string() + "' cannot be read");
-    }
+    model_.watched.push_back(model_.path);
+    const auto text = keep(model_.path, readCommandFile(model_.path.string()));
     model_.text = utf8(*text);
     const auto tree = KESTparse::Document::readTree(*text, *model_.schema);
     const KESTparse::LineTable lines(tree->text());
@@ -204,7 +203,13 @@ class ModelReader {
     if (!read.wasRead) {
       return nullptr;
     }
-    auto text = std::make_shared<const std::string>(std::move(read.content));
+    return keep(path, std::move(read.content));
+  }
+
+  /// Keeps what was read at `path` as long as somebody needs it.
+  std::shared_ptr<const std::string> keep(const std::filesystem::path& path, std::string content) {
+    auto text = std::make_shared<const std::string>(std::move(content));
+    const auto known = files_.find(path.string());
     if (known != files_.end()) {
       known->second.text = text;
       return text;

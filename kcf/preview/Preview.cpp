@@ -8,6 +8,7 @@
 #include <stdexcept>
 #include <thread>
 
+#include "CommandFiles.h"
 #include "OutputFile.h"
 #include "Tell.h"
 #include "preview/Model.h"
@@ -96,6 +97,9 @@ class Preview {
 
 int runPreview(const Arguments& arguments) {
   const fs::path setup = arguments.value("PATH");
+  if (setup == standardInput) {
+    throw UsageError{"preview reads a file, and not standard input"};
+  }
   const fs::path folder =
       arguments.has("--directory") ? fs::path(arguments.value("--directory")) : setup.parent_path();
   const fs::path page = arguments.has("--output") ? fs::path(arguments.value("--output"))

@@ -529,7 +529,7 @@ class Preview(unittest.TestCase):
             self.assertTrue(self.browser.run("return document.querySelectorAll('.notices .error').length > 0;"), text)
         gone = subprocess.run([KCF, "preview", self.folder / "none.kcf"], capture_output=True, text=True)
         self.assertEqual((gone.returncode, gone.stdout), (1, ""))
-        self.assertIn("none.kcf' cannot be read", gone.stderr)
+        self.assertIn("none.kcf' does not exist", gone.stderr)
 
     def test_an_open_page_follows_the_setup(self):
         mesh = "MESH2D\nE3T 1 1 2 3 1\nND 1 0 0 1\nND 2 10 0 1\nND 3 10 10 1\n"
