@@ -146,8 +146,7 @@ class ModelReader {
     readMeshes();
     // The check reads files of its own, which takes a while.
     auto check = std::async(std::launch::async, [this, &tree] { return findingsOf(tree); });
-    model_.files.push_back(
-        describe(utf8(model_.path.filename().string()), "the command file", model_.path));
+    addFile(describe(utf8(model_.path.filename().string()), "the command file", model_.path));
     const SetupBlock* const project = model_.setup->find("PROJECT");
     model_.title = project == nullptr ? "" : project->value("title");
     if (model_.title.empty()) {
@@ -317,11 +316,14 @@ class ModelReader {
                          isHere ? model_.path.string() : told.at.file, line,
                          isHere ? subjectOf(line) : subjectOfFile(told.at.file)});
     }
+    // The set looks at texts of the list, which must not move.
+    notices.reserve(notices.size() + model_.notices.size());
+    std::set<std::pair<std::string_view, std::size_t>> told;
+    for (const Notice& notice : notices) {
+      told.emplace(notice.file, notice.line);
+    }
     for (Notice& own : model_.notices) {
-      const bool isTold = std::any_of(notices.begin(), notices.end(), [&own](const Notice& other) {
-        return own.line > 0 && other.file == own.file && other.line == own.line;
-      });
-      if (!isTold) {
+      if (own.line == 0 || !told.contains({own.file, own.line})) {
         notices.push_back(std::move(own));
       }
     }
@@ -342,8 +344,8 @@ class ModelReader {
                                                                     {"CONTROLLER", "links"},
                                                                     {"BEDMATERIAL", "bed"},
                                                                     {"OUTPUT", "outputs"}};
-    if (const auto series = seriesOf_.find(&block); series != seriesOf_.end()) {
-      return series->second;
+    if (const auto own = subjectOfBlock_.find(&block); own != subjectOfBlock_.end()) {
+      return own->second;
     }
     if (const auto part = parts.find(block.name); part != parts.end()) {
       return std::string(part->second);
@@ -355,21 +357,15 @@ class ModelReader {
   [[nodiscard]] std::string subjectOf(std::size_t line) const {
     std::string subject;
     const SetupBlock* block = model_.setup.get();
-    std::size_t numPlanes = 0;
     while (true) {
-      const SetupBlock* inner = nullptr;
-      std::size_t mesh = numPlanes;
-      for (const SetupBlock& child : block->blocks) {
-        mesh += inner == nullptr && child.name == "KESTPLANE_2D" ? 1 : 0;
-        inner = child.line <= line && line <= child.lastLine ? &child : inner;
-      }
-      if (inner == nullptr) {
+      const auto behind =
+          std::upper_bound(block->blocks.begin(), block->blocks.end(), line,
+                           [](std::size_t at, const SetupBlock& child) { return at < child.line; });
+      if (behind == block->blocks.begin() || std::prev(behind)->lastLine < line) {
         break;
       }
-      numPlanes = mesh;
-      block = inner;
-      subject = block->name == "KESTPLANE_2D" ? "mesh-" + std::to_string(numPlanes - 1)
-                                              : subjectOf(*block, subject);
+      block = &*std::prev(behind);
+      subject = subjectOf(*block, subject);
     }
     return subject == "links" && model_.page["graph"]["nodes"].size() < 2 ? "" : subject;
   }
@@ -519,13 +515,11 @@ class ModelReader {
 
   /// A file that several blocks name is listed once.
   void addFile(NamedFile file) {
-    const auto known =
-        std::find_if(model_.files.begin(), model_.files.end(),
-                     [&file](const NamedFile& other) { return other.sha256 == file.sha256; });
-    if (known == model_.files.end()) {
+    const auto [known, isNew] = placeOfFile_.try_emplace(file.sha256, model_.files.size());
+    if (isNew) {
       model_.files.push_back(std::move(file));
     } else {
-      known->usedBy += "; " + file.usedBy;
+      model_.files[known->second].usedBy += "; " + file.usedBy;
     }
   }
 
@@ -633,6 +627,7 @@ class ModelReader {
                          {"subject", "mesh-" + std::to_string(model_.page["meshes"].size())},
                          {"label", region.name}};
     const std::string subject = mesh["subject"];
+    subjectOfBlock_.emplace(&block, subject);
     const SetupTag* const file = meshTagOf(block);
     std::set<std::string> names;
     if (file != nullptr) {
@@ -1047,7 +1042,7 @@ class ModelReader {
   void addSeries(const SetupBlock& block, const SetupTag& tag) {
     const std::size_t number = model_.page["series"].size();
     const std::string subject = "series-" + std::to_string(number);
-    seriesOf_.emplace(&block, subject);
+    subjectOfBlock_.emplace(&block, subject);
     const std::string type =
         block.value(block.name == "MONITORED_VARIABLE" ? "root_value_type" : "type");
     const Quantity quantity = quantityOf(tag.name, type, block.path());
@@ -1265,7 +1260,8 @@ class ModelReader {
 
   std::filesystem::path folder_;
   Model model_;
-  std::map<const SetupBlock*, std::string> seriesOf_;           // what shows the series of a block
+  std::map<const SetupBlock*, std::string> subjectOfBlock_;     // what shows its mesh or its series
+  std::map<std::string, std::size_t> placeOfFile_;              // in the list of files, by path
   std::map<std::filesystem::path, std::string> subjectOfFile_;  // what shows the content of a file
   std::map<std::string, ReadFile> files_;                       // by paths
   std::map<std::string, ReadMesh> meshes_;                      // by paths

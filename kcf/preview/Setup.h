@@ -2,7 +2,7 @@
 /// A command file as the preview reads it: as far as it can be read.
 #pragma once
 
-#include <list>
+#include <deque>
 #include <memory>
 #include <string>
 #include <string_view>
@@ -43,7 +43,7 @@ struct SetupBlock {
   const KESTparse::InputBlock* schema = nullptr;  ///< null for an unknown block
   const SetupBlock* parent = nullptr;
   std::vector<SetupTag> tags;
-  std::list<SetupBlock> blocks;
+  std::deque<SetupBlock> blocks;
 
   /// The first sub-block at `path`, names between slashes; null when there is none.
   [[nodiscard]] const SetupBlock* find(std::string_view path) const;
