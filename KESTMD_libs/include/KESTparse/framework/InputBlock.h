@@ -149,6 +149,11 @@ class InputBlock {
            : first < farBehind ? availableTags_[first - 1].get()
                                : findTagFarBehind(position);
   }
+  /// The first instance of the tag `name`; null when there is none, or the schema has no such tag.
+  [[nodiscard]] const InputTag* findTag(std::string_view name) const {
+    const int position = getLogicalTagPosition(name);
+    return position < 0 ? nullptr : findTag(static_cast<std::size_t>(position));
+  }
   /// Place of `tag` in file order; 0 when this block does not hold it.
   [[nodiscard]] std::size_t indexOf(const InputTag& tag) const;
   /// The block at `path` below this one, with `..` for the parent; null when the file has none. A

@@ -480,10 +480,30 @@ DOMAIN {
      .group = "Values",
      .severity = Severity::warning,
      .summary = "A value is allowed but unusual",
-     .meaning = "The simulation takes the value, but hardly any river has it. Often it was "
-                "written in another unit.",
-     .example = "",
-     .mended = ""},
+     .meaning = "The simulation takes the value, but hardly any river has it, or it does not fit "
+                "another one. Often it was written in another unit.",
+     .example = R"(DOMAIN {
+  KESTPLANE_2D {
+    HYDRAULICS {
+      FRICTION {
+        type = manning
+        default_friction = 35
+      }
+    }
+  }
+}
+)",
+     .mended = R"(DOMAIN {
+  KESTPLANE_2D {
+    HYDRAULICS {
+      FRICTION {
+        type = strickler
+        default_friction = 35
+      }
+    }
+  }
+}
+)"},
     {.name = code::notAChoice,
      .group = "Values",
      .summary = "A value is none of the choices of its tag",

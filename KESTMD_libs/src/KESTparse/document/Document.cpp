@@ -324,12 +324,32 @@ class Document::Builder {
       if (told.code == code::exclusiveTags) {
         addOtherTag(told, node, parent);
       }
+      if (told.code == code::missingValue && node.next != noNode) {
+        joinNextLine(told, node, d_->syntax_[node.next]);
+      }
       diagnostics.push_back(std::move(told));
       skip(node);
     } else if (stop && stop->kind != Stopped::Kind::skipped) {
       unknown.insert(placeOf(tag));
       addStop(*stop, value);
     }
+  }
+
+  /// Says of a tag without a value that it stands on the next line, if it does.
+  void joinNextLine(Diagnostic& told, const SyntaxNode& tag, const SyntaxNode& next) {
+    const Span gap{tag.mark + 1, next.begin};
+    const std::string_view between = gap.in(d_->syntax_.text());
+    if (next.kind != NodeKind::stray || std::count(between.begin(), between.end(), '\n') != 1 ||
+        between.find_first_not_of(" \t\r\n") != std::string_view::npos) {
+      return;
+    }
+    const Span value = next.name();
+    const std::string_view written = value.in(d_->syntax_.text());
+    relate(told, value, "it stands here");
+    told.message = fmt::format("the value of '{}' does not stand on its line", nameOf(tag));
+    told.help = fmt::format("write '{} = {}' on one line", nameOf(tag), written);
+    told.fixes = {{"write both on one line", {{gap, " "}}}};
+    toldStray.insert(value.begin);
   }
 
   void addOtherTag(Diagnostic& told, const SyntaxNode& node, const InputBlock& parent) {
@@ -459,6 +479,7 @@ class Document::Builder {
   std::vector<Diagnostic> diagnostics;
   std::set<TagPlace> unknown;  ///< tags whose values could not be read
   std::vector<std::pair<const InputBlock*, const InputTag*>> badDefaults;
+  std::unordered_set<std::size_t> toldStray;  ///< where stray words begin that are told of already
   std::unordered_set<NodeId> closedInValues;  ///< blocks whose closing brace stands in a value
 };
 
@@ -528,9 +549,16 @@ class Document::Checker {
       if (fault.kind == TreeFault::missingClosingBrace && b_->closedInValues.contains(fault.node)) {
         continue;
       }
+      if (b_->toldStray.contains(fault.at.begin)) {
+        continue;
+      }
       const NodeId parent = fault.node == noNode ? noNode : d_->syntax_[fault.node].parent;
       d_->diagnostics_.push_back(
           explainSyntax({d_->syntax_, fault, b_->blockAt(parent), d_->lines_}));
+      // Words that shall close a block are told with it.
+      if (fault.kind == TreeFault::missingClosingBrace) {
+        b_->toldStray.insert(d_->diagnostics_.back().at.at.begin);
+      }
       if (fault.kind == TreeFault::missingClosingBrace && isOpenAtEnd(fault.node)) {
         if (outermost) {
           joinToOutermost(d_->diagnostics_[*outermost]);

@@ -135,6 +135,17 @@ class SyntaxDoctor {
     } else {
       const std::uint32_t line = faulty_->lines.at(next).line;
       const std::size_t last = std::min(text.find('\n', next), text.size());
+      const Span words{next, next + trimmed(tree_->blanked().substr(next, last - next)).size()};
+      if (closesByWords(words.in(text))) {
+        tell(code::missingClosingBrace,
+             fmt::format("the block {} is closed by '}}' and not by {}", name,
+                         quotedText(words.in(text))),
+             "write '}' in its place");
+        diagnostic_.at.at = words;
+        diagnostic_.related.push_back({{.at = node_->name()}, "the block begins here"});
+        fix("write '}' in its place", {{words, "}"}});
+        return;
+      }
       diagnostic_.help = fmt::format("write '}}' before line {}, which is {}", line,
                                      quotedText(trimmed(text.substr(next, last - next))));
       Related& related = diagnostic_.related.emplace_back();
@@ -145,6 +156,19 @@ class SyntaxDoctor {
       }
     }
     fix("write the missing '}'", {std::move(edit)});
+  }
+
+  /// Whether a line closes a block as other languages do: "END", "end BOUNDARY", "EndBoundary".
+  [[nodiscard]] bool closesByWords(std::string_view line) const {
+    constexpr std::string_view end = "END";
+    const std::string words = toUpper(line);
+    std::string_view rest = words;
+    if (!rest.starts_with(end)) {
+      return false;
+    }
+    rest.remove_prefix(end.size());
+    rest.remove_prefix(std::min(rest.find_first_not_of(" \t_-"), rest.size()));
+    return rest.empty() || rest == "BLOCK" || rest == node_->name().in(tree_->text());
   }
 
   void missingOpeningBrace() {

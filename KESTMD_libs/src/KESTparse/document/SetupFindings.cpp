@@ -18,6 +18,7 @@
 #include "KESTparse/document/CheckedSeries.h"
 #include "KESTparse/document/Codes.h"
 #include "KESTparse/document/Document.h"
+#include "KESTparse/document/UnusualValues.h"
 #include "KESTparse/framework/InputBlock.h"
 #include "KESTparse/framework/InputTagString.h"
 #include "KESTparse/vocabulary/SetupNames.h"
@@ -96,11 +97,6 @@ constexpr SeriesMeaning seriesMeanings[] = {
 
 const InputBlock& masterOf(const InputBlock& block) {
   return block.getLogicalMaster() == nullptr ? block : *block.getLogicalMaster();
-}
-
-const InputTag* tagOf(const InputBlock& block, std::string_view name) {
-  const int position = block.getLogicalTagPosition(name);
-  return position < 0 ? nullptr : block.findTag(static_cast<std::size_t>(position));
 }
 
 /// The first sub-block of that name; null when there is none.
@@ -228,6 +224,7 @@ class Finder {
   struct Interest {
     bool isAny = false;
     std::vector<LookedInto> tags;  // by their places in the schema
+    UnusualCheck checkValues = nullptr;
   };
 
   const Interest& interestIn(const InputBlock& block) {
@@ -236,6 +233,7 @@ class Finder {
     Interest& interest = it->second;
     if (isNew) {
       interest.isAny = names_.namesSomething(block);
+      interest.checkValues = unusualCheckOf(block.getName());
       for (std::size_t i = 0; i < master.getLogicalNumTags(); ++i) {
         const InputTag& tag = master.getLogicalTag(i);
         LookedInto content =
@@ -269,8 +267,34 @@ class Finder {
         checkFile(tag, content);
       }
     }
+    if (interest.checkValues != nullptr) {
+      tellUnusual(interest.checkValues(block));
+    }
     for (std::size_t i = 0; i < block.getNumBlocks(); ++i) {
       look(block.getBlock(i));
+    }
+  }
+
+  void tellUnusual(const std::vector<UnusualValue>& values) {
+    for (const UnusualValue& unusual : values) {
+      const NodeId node = d_->nodeOf(*unusual.tag);
+      if (node == noNode) {
+        continue;
+      }
+      Span at = d_->syntax().valueOf(d_->syntax()[node]);
+      if (unusual.item > 0) {
+        const auto items = namesIn(at.in(d_->syntax().blanked()), NamePart::items);
+        if (unusual.item <= items.size()) {
+          const NameInValue& item = items[unusual.item - 1];
+          at = {at.begin + item.begin, at.begin + item.end};
+        }
+      }
+      Diagnostic& told = add(code::unusualValue, at, unusual.message, unusual.help);
+      const NodeId other = unusual.other == nullptr ? noNode : d_->nodeOf(*unusual.other);
+      if (other != noNode) {
+        relate(told, d_->syntax().valueOf(d_->syntax()[other]),
+               fmt::format("'{}' is set here", unusual.other->getName()));
+      }
     }
   }
 
@@ -349,7 +373,7 @@ class Finder {
       path.remove_prefix(3);
       block = block->getActualParent();
     }
-    const InputTag* const named = path.empty() ? nullptr : tagOf(*block, path);
+    const InputTag* const named = path.empty() ? nullptr : block->findTag(path);
     if (named == nullptr) {
       return {};
     }
@@ -539,8 +563,8 @@ class Finder {
 
   SeriesUse useOf(const InputTag& tag) {
     const InputBlock& block = *tag.getActualParent();
-    const InputTag* type = tagOf(block, "root_value_type");
-    type = type == nullptr ? tagOf(block, "type") : type;
+    const InputTag* type = block.findTag("root_value_type");
+    type = type == nullptr ? block.findTag("type") : type;
     SeriesUse use;
     for (const SeriesMeaning& meaning : seriesMeanings) {
       if (meaning.tag == tag.getName() && meaning.block == names_.pathOf(block) &&
@@ -553,7 +577,7 @@ class Finder {
       setTimes(use, regionAround(block));
     }
     if (use.namesNodes) {
-      const InputTag* const file = tagOf(*block.getActualParent(), "file");
+      const InputTag* const file = block.getActualParent()->findTag("file");
       const CheckedMesh* const mesh = file == nullptr ? nullptr : meshAt(file->getRawText());
       use.nodes = mesh == nullptr || mesh->materials.empty() ? nullptr : &mesh->nodes;
     }
@@ -562,7 +586,7 @@ class Finder {
 
   /// The region around a block; of a controlled variable the one of its position.
   const InputBlock* regionAround(const InputBlock& block) {
-    if (const InputTag* const position = tagOf(block, "position")) {
+    if (const InputTag* const position = block.findTag("position")) {
       for (const Naming* naming : std::vector(names_.namingsOf(*position))) {
         if (naming->part == NamePart::region) {
           const std::string_view value = position->getRawText();
@@ -586,11 +610,11 @@ class Finder {
     if (step == nullptr) {
       return;
     }
-    const InputTag* const end = tagOf(*step, "total_run_time");
+    const InputTag* const end = step->findTag("total_run_time");
     if (end != nullptr && end->asDouble() > 0) {
       use.end = end->asDouble();
     }
-    const InputTag* const begin = tagOf(*step, "start_time");
+    const InputTag* const begin = step->findTag("start_time");
     if (begin != nullptr && begin->asDouble() >= 0) {
       use.begin = begin->asDouble();
     } else if (!isContinued(*region)) {
@@ -603,7 +627,7 @@ class Finder {
     const InputBlock* const hydraulics = blockOf(region, "HYDRAULICS");
     const InputBlock* const initial =
         blockOf(hydraulics == nullptr ? region : *hydraulics, "INITIAL");
-    const InputTag* const type = initial == nullptr ? nullptr : tagOf(*initial, "type");
+    const InputTag* const type = initial == nullptr ? nullptr : initial->findTag("type");
     return type != nullptr && type->getRawText() == "continue";
   }
 
@@ -620,8 +644,8 @@ class Finder {
     const InputBlock* const sections = chain == nullptr ? nullptr : blockOf(*chain, "GEOMETRY");
     const InputBlock* const geometry = plane == nullptr ? nullptr : blockOf(*plane, "GEOMETRY");
     const InputTag* const order =
-        sections == nullptr ? nullptr : tagOf(*sections, "cross_section_order");
-    const InputTag* const mesh = geometry == nullptr ? nullptr : tagOf(*geometry, "file");
+        sections == nullptr ? nullptr : sections->findTag("cross_section_order");
+    const InputTag* const mesh = geometry == nullptr ? nullptr : geometry->findTag("file");
     const std::string_view sectionList = order == nullptr ? "" : order->getRawText();
     tell(tag, checkConnectionList(file.content, order == nullptr ? nullptr : &sectionList,
                                   mesh == nullptr ? nullptr : meshAt(mesh->getRawText())));
@@ -629,7 +653,7 @@ class Finder {
 
   /// The region that a tag of `block` names; null when there is none.
   const InputBlock* regionNamed(const InputBlock& block, std::string_view name) {
-    const InputTag* const tag = tagOf(block, name);
+    const InputTag* const tag = block.findTag(name);
     if (tag == nullptr) {
       return nullptr;
     }

@@ -35,11 +35,6 @@ std::vector<const InputBlock*> blocksAt(const InputBlock& block, std::string_vie
   return blocks;
 }
 
-const InputTag* tagOf(const InputBlock& block, std::string_view name) {
-  const int position = block.getLogicalTagPosition(name);
-  return position < 0 ? nullptr : block.findTag(static_cast<std::size_t>(position));
-}
-
 /// The tag at a path such as "../name" from `block`.
 const InputTag* tagAt(const InputBlock& block, std::string_view path) {
   constexpr std::string_view above = "../";
@@ -48,7 +43,7 @@ const InputTag* tagAt(const InputBlock& block, std::string_view path) {
     path.remove_prefix(above.size());
     at = at->getActualParent();
   }
-  return at == nullptr ? nullptr : tagOf(*at, path);
+  return at == nullptr ? nullptr : at->findTag(path);
 }
 
 std::size_t depthOf(std::string_view path) {
@@ -119,7 +114,7 @@ const SetupNames::Scopes& SetupNames::regionsNamed(std::string_view path, std::s
   const auto [it, isNew] = regions_.try_emplace(path);
   if (isNew) {
     for (const InputBlock* const region : blocksAt(*root_, path)) {
-      if (const InputTag* const tag = KESTparse::tagOf(*region, "region_name")) {
+      if (const InputTag* const tag = region->findTag("region_name")) {
         it->second[tag->getRawText()].push_back(region);
       }
     }
@@ -135,8 +130,7 @@ const std::vector<const Naming*>& SetupNames::namingsOf(const InputTag& tag) {
     return used_;
   }
   for (const Naming* const naming : rows) {
-    const InputTag* const type =
-        naming->onlyForType.empty() ? nullptr : KESTparse::tagOf(block, "type");
+    const InputTag* const type = naming->onlyForType.empty() ? nullptr : block.findTag("type");
     if (naming->onlyForType.empty() ||
         (type != nullptr && type->getRawText() == naming->onlyForType)) {
       used_.push_back(naming);
@@ -179,7 +173,7 @@ const DefinedNames* SetupNames::namesWithin(const InputBlock& scope, std::size_t
   const auto [it, isNew] = tables_.try_emplace({&scope, &defined});
   if (isNew) {
     for (const InputBlock* block : blocksAt(scope, defined.block.substr(pathLength))) {
-      const InputTag* const tag = KESTparse::tagOf(*block, defined.tag);
+      const InputTag* const tag = block->findTag(defined.tag);
       if (tag == nullptr) {
         continue;
       }
@@ -228,7 +222,7 @@ const InputTag* SetupNames::meshFor(const Naming& naming, const InputTag& tag) {
     // Of several regions any may be meant.
     const Scopes blocks = blocksAt(*scopes.front(), defined.block.substr(length));
     if (blocks.size() == 1) {
-      return KESTparse::tagOf(*blocks.front(), defined.tag);
+      return blocks.front()->findTag(defined.tag);
     }
   }
   return nullptr;
