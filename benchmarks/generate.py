@@ -36,7 +36,7 @@ def blocks(folder, megabytes):
     """Repeatable blocks of nine tags, until the file has its size."""
     block = """      SPECIAL_OUTPUT {{
         type = KESTviz
-        output_time_step = {0}.5
+        output_time_step = {1}.5
         variable = velocity
         wse3D = on
         vectors = off
