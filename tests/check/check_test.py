@@ -123,6 +123,16 @@ class Places(Checks):
             self.assertEqual(document["files"][0]["file"], name)
 
 
+    def test_files_that_a_name_may_mean_are_found_from_another_folder(self):
+        shutil.copytree(EXAMPLES / "first-region", self.folder / "sub")
+        setup = (EXAMPLES / "first-region/setup.kcf").read_text()
+        for name, told in (("G.2dm", "write 'g.2dm'"), ("gg.2dm", "write 'g.2dm' if that file is meant"),
+                           ("..\\sub\\g.2dm", "write '../sub/g.2dm'")):
+            self.write("sub/setup.kcf", setup.replace("g.2dm", name))
+            helps = [d["help"] for d in self.checked("sub/setup.kcf", status=1)["diagnostics"] if d["code"].endswith("missing-file")]
+            self.assertEqual([help[:len(told)] for help in helps], [told], name)
+
+
 class Files(Checks):
     def test_of_folders_are_told_in_order_whatever_the_jobs(self):
         for number in range(40):

@@ -19,6 +19,11 @@ std::size_t editDistance(std::string_view a, std::string_view b,
 /// same words in another order. Empty when there is none.
 std::string_view nearestName(std::string_view written, const std::vector<std::string_view>& known);
 
+/// The same among names that a user gave. Where several differ in their numbers alone and are as
+/// near, as "km_0.2" and "km_0.4" are to "km_0.3", none is.
+std::string_view nearestGivenName(std::string_view written,
+                                  const std::vector<std::string_view>& known);
+
 /// `name` without the quotes around it, if there are any.
 std::string_view withoutQuotes(std::string_view name);
 

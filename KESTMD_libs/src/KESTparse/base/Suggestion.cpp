@@ -15,6 +15,12 @@ std::vector<std::string> sortedWords(std::string_view name) {
   return words;
 }
 
+std::string withoutDigits(std::string_view name) {
+  std::string rest(name);
+  std::erase_if(rest, [](char c) { return c >= '0' && c <= '9'; });
+  return rest;
+}
+
 }  // namespace
 
 std::size_t editDistance(std::string_view a, std::string_view b, std::size_t limit) {
@@ -72,6 +78,19 @@ std::string_view nearestName(std::string_view written, const std::vector<std::st
     }
   }
   return {};
+}
+
+std::string_view nearestGivenName(std::string_view written,
+                                  const std::vector<std::string_view>& known) {
+  const std::string_view nearest = nearestName(written, known);
+  if (nearest.empty() || withoutDigits(nearest) != withoutDigits(written)) {
+    return nearest;
+  }
+  const std::size_t distance = editDistance(written, nearest, written.size());
+  const auto isAsNear = [written, nearest, distance](std::string_view name) {
+    return name != nearest && editDistance(written, name, distance) <= distance;
+  };
+  return std::any_of(known.begin(), known.end(), isAsNear) ? std::string_view() : nearest;
 }
 
 std::string_view withoutQuotes(std::string_view name) {

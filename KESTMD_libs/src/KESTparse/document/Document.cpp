@@ -1066,12 +1066,25 @@ class Document::Checker {
                         found.code == code::notText;
     return std::erase_if(d_->diagnostics_, [&](const Diagnostic& told) {
              return (isText && told.at.at == found.at.at && isAboutRows(told)) ||
-                    (found.code == code::emptyMesh && told.code.ends_with("/not-in-mesh") &&
-                     !told.related.empty() && told.related.front().at.at == found.at.at) ||
+                    (found.code == code::notAList &&
+                     told.code.ends_with("/unknown-cross-section") &&
+                     isSeparatedName(tag, told.at.at)) ||
+                    ((found.code == code::emptyMesh || found.code == code::notText) &&
+                     told.code.ends_with("/not-in-mesh") && !told.related.empty() &&
+                     told.related.front().at.at == found.at.at) ||
                     (told.code == code::unequalRows && told.at.file.empty() &&
                      told.at.at.in(d_->syntax_.text()) == found.at.file) ||
                     (isName && told.code == code::stopped && told.at.at == header);
            }) > 0;
+  }
+
+  /// Whether the name at `at` stands with a comma in the list of the tag `list`.
+  [[nodiscard]] bool isSeparatedName(NodeId list, Span at) const {
+    const std::string_view text = d_->syntax_.text();
+    const std::string_view names = d_->syntax_.valueOf(d_->syntax_[list]).in(text);
+    const std::size_t place = names.find(at.in(text));
+    const std::size_t behind = place == std::string_view::npos ? place : place + at.in(text).size();
+    return behind < names.size() && (names[behind] == ',' || names[behind] == ';');
   }
 
   /// Drops what only follows from other errors: names that nothing bears as long as the blocks that
@@ -1088,15 +1101,18 @@ class Document::Checker {
       }
       const NodeId block = blockAt(told.at.at);
       const std::string_view tag = tagNameAt(told.at.at);
-      if (told.code == code::missingTag &&
-          told.message.find("'cross_section_order'") != std::string::npos) {
+      if (tag == "cross_section_order" ||
+          (told.code == code::missingTag &&
+           told.message.find("'cross_section_order'") != std::string::npos)) {
         misnamed["cross section"] = d_->diagnostics_.size();
       } else if (isMisnamed(told)) {
         ++misnamed[d_->syntax_[block].name().in(d_->syntax_.text())];
       }
       lostPlaces += tag == "position" ? 1 : 0;
       lowWeirs += isLowWeir(told) ? 1 : 0;
-      if (tag == "string" && !isOfRule(told)) {
+      if ((tag == "string" && !isOfRule(told)) ||
+          (told.code == code::missingTag &&
+           told.message.find("the tag 'string'") != std::string::npos)) {
         openChannels.insert(d_->syntax_[block].parent);
       }
     }

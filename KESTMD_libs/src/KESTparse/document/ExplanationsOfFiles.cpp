@@ -28,7 +28,7 @@ Found findFile(const std::string& name) {
   if (std::filesystem::is_directory(path, error)) {
     return Found::folder;
   }
-  if (canOpen(path)) {
+  if (canOpen(resolvePath(name))) {
     return Found::file;
   }
   return std::filesystem::exists(path, error) ? Found::unreadable : Found::nothing;

@@ -1356,6 +1356,13 @@ class ValueDoctor {
                                 quotedText(trimmed(text.substr(0, opening))), subject()),
                     "write " + wanted()};
       }
+      if (const std::string_view bare = withoutQuotes(text); bare != text) {
+        return Slip{
+            {begin, end},
+            fmt::format("the list of {} stands in quotes and not in parentheses", subject()),
+            fmt::format("write ({})", bare),
+            {{{begin, begin + 1}, "("}, {{end - 1, end}, ")"}}};
+      }
       const bool isClosed = back == ')' && opening == std::string_view::npos;
       inner = {begin, isClosed ? end - 1 : end};
       std::vector<Change> changes{{{begin, begin}, "("}};

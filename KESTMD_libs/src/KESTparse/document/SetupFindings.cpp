@@ -163,11 +163,11 @@ std::vector<PlacedFault> checkConnectionList(std::string_view text, const std::s
     return faults.placed(text);
   }
   std::unordered_set<std::string_view> sections;
-  std::vector<std::string_view> sectionList;
+  std::vector<std::string_view> known;
   if (order != nullptr) {
     for (const NameInValue& name : namesIn(*order, NamePart::items)) {
       sections.insert(name.in(*order));
-      sectionList.push_back(name.in(*order));
+      known.push_back(name.in(*order));
     }
   }
   for (std::size_t begin = 0; begin < text.size(); begin = text.find('\n', begin) + 1) {
@@ -180,7 +180,7 @@ std::vector<PlacedFault> checkConnectionList(std::string_view text, const std::s
     const bool isRow =
         !name.empty() && section != line && !name.starts_with("//") && !name.starts_with('#');
     if (isRow && order != nullptr && !sections.contains(name) && faults.wants(code::unknownName)) {
-      const std::string_view nearest = nearestName(name, sectionList);
+      const std::string_view nearest = nearestGivenName(name, known);
       faults.add({code::unknownName, section,
                   fmt::format("there is no cross section '{}' in the 1D region", name),
                   nearest.empty() ? std::string("name one of its 'cross_section_order'")
@@ -204,6 +204,9 @@ std::vector<PlacedFault> checkConnectionList(std::string_view text, const std::s
   }
   return faults.placed(text);
 }
+
+/// The tag whose list gives cross sections their names.
+constexpr std::string_view sectionList = "cross_section_order";
 
 class Finder {
  public:
@@ -244,7 +247,8 @@ class Finder {
           }
         }
         interest.tags.push_back(content);
-        interest.isAny = interest.isAny || content != LookedInto::nothing;
+        interest.isAny =
+            interest.isAny || content != LookedInto::nothing || tag.getName() == sectionList;
       }
     }
     return interest;
@@ -260,6 +264,9 @@ class Finder {
       }
       for (const Naming* naming : std::vector(names_.namingsOf(tag))) {
         checkNames(tag, node, *naming);
+      }
+      if (tag.getName() == sectionList) {
+        checkSeparators(tag, node);
       }
       const LookedInto content = interest.tags[tag.getPosition()];
       if (readsFiles_ && content != LookedInto::nothing &&
@@ -300,6 +307,27 @@ class Finder {
 
   // Names
 
+  /// A comma between the names that a list gives counts as part of them.
+  void checkSeparators(const InputTag& tag, NodeId node) {
+    const Span value = d_->syntax().valueOf(d_->syntax()[node]);
+    const std::string_view text = value.in(d_->syntax().blanked());
+    std::vector<Edit> edits;
+    for (const NameInValue& name : namesIn(text, NamePart::items)) {
+      const char last = name.in(text).back();
+      if (last == ',' || last == ';') {
+        edits.push_back({{value.begin + name.end - 1, value.begin + name.end}, ""});
+      }
+    }
+    if (!edits.empty()) {
+      Diagnostic& told =
+          add(code::notAList, edits.front().at,
+              fmt::format("'{}' stands between the names of '{}' and counts as part of them",
+                          edits.front().at.in(d_->syntax().text()), tag.getName()),
+              "separate the names by blanks");
+      told.fixes.push_back({"remove what separates the names", std::move(edits)});
+    }
+  }
+
   void checkNames(const InputTag& tag, NodeId node, const Naming& naming) {
     // What a list names is looked for in the text, where it stands.
     const Span value = d_->syntax().valueOf(d_->syntax()[node]);
@@ -328,7 +356,7 @@ class Finder {
     const std::vector<std::string_view> all =
         comparisons_ > mostComparisons ? std::vector<std::string_view>() : known.all();
     comparisons_ += all.size();
-    const std::string_view nearest = nearestName(written, all);
+    const std::string_view nearest = nearestGivenName(written, all);
     Diagnostic& told =
         add(code::unknownName, at,
             fmt::format("there is no {}{} '{}'{}", naming.noun,
@@ -417,9 +445,16 @@ class Finder {
     for (const NameInValue& name : names) {
       const Span at{value.begin + name.begin, value.begin + name.end};
       const Extracted<int> number = extractInt(at.in(d_->syntax().blanked()));
-      if (number.ok && listed.insert(number.value).second &&
-          !holds(*mesh, naming.thing, number.value)) {
+      if (!number.ok) {
+        continue;
+      }
+      const bool isNew = listed.insert(number.value).second;
+      if (isNew && !holds(*mesh, naming.thing, number.value)) {
         lost.emplace_back(number.value, at);
+      } else if (!isNew && naming.isTable) {
+        add(code::unusualValue, at,
+            fmt::format("the {} {} stands twice in '{}'", naming.noun, number.value, tag.getName()),
+            fmt::format("list each {} once: only one of its values can hold", naming.noun));
       }
     }
     for (const auto& [number, at] : lost) {
@@ -646,8 +681,8 @@ class Finder {
     const InputTag* const order =
         sections == nullptr ? nullptr : sections->findTag("cross_section_order");
     const InputTag* const mesh = geometry == nullptr ? nullptr : geometry->findTag("file");
-    const std::string_view sectionList = order == nullptr ? "" : order->getRawText();
-    tell(tag, checkConnectionList(file.content, order == nullptr ? nullptr : &sectionList,
+    const std::string_view listed = order == nullptr ? "" : order->getRawText();
+    tell(tag, checkConnectionList(file.content, order == nullptr ? nullptr : &listed,
                                   mesh == nullptr ? nullptr : meshAt(mesh->getRawText())));
   }
 

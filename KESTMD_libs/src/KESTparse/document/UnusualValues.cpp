@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cstdlib>
 #include <limits>
 #include <map>
 #include <optional>
@@ -158,17 +159,62 @@ UnusualValues checkStartValue(const InputBlock& block) {
            .help = "give a 'start_value' within 'range', or another 'range'"}};
 }
 
-UnusualValues checkSides(const InputBlock& block) {
-  const InputTag* const first = block.findTag("string_name1");
-  const InputTag* const second = block.findTag("string_name2");
-  if (first == nullptr || second == nullptr || first->getRawText() != second->getRawText()) {
+/// The gate of a channel closes at its sill.
+UnusualValues checkGate(const InputBlock& block) {
+  const auto level = numberOf(block, "gate_level");
+  const auto bottom = numberOf(block, "gate_bottom_level");
+  if (!level || !bottom || *level >= *bottom) {
     return {};
   }
-  return {
-      {.tag = second,
-       .other = first,
-       .message = fmt::format("the inner boundary has '{}' on both sides", second->getRawText()),
-       .help = "name in 'string_name2' the string on the other side"}};
+  return {{.tag = block.findTag("gate_level"),
+           .other = block.findTag("gate_bottom_level"),
+           .message = fmt::format("the gate at {} m lies below its sill at {} m", *level, *bottom),
+           .help = "give 'gate_level' in m above sea level, as 'gate_bottom_level' is"}};
+}
+
+/// The cross sections beside an inner boundary of a channel are neighbours.
+UnusualValues checkNeighbours(const InputBlock& block) {
+  const InputTag* const first = block.findTag("cross_section_name_1");
+  const InputTag* const second = block.findTag("cross_section_name_2");
+  const InputBlock* const geometry =
+      first == nullptr || second == nullptr ? nullptr : block.getBlockByPath("../../GEOMETRY");
+  const InputTag* const order =
+      geometry == nullptr ? nullptr : geometry->findTag("cross_section_order");
+  if (order == nullptr) {
+    return {};
+  }
+  const std::vector<std::string> items = itemsOf(*order);
+  const auto placeOf = [&items](const InputTag& tag) {
+    return std::find(items.begin(), items.end(), tag.getRawText()) - items.begin();
+  };
+  const auto from = placeOf(*first);
+  const auto to = placeOf(*second);
+  const auto end = static_cast<std::ptrdiff_t>(items.size());
+  if (from == end || to == end || std::abs(from - to) <= 1) {
+    return {};
+  }
+  return {{.tag = second,
+           .other = order,
+           .message =
+               fmt::format("the inner boundary lies between '{}' and '{}', which are no neighbours",
+                           first->getRawText(), second->getRawText()),
+           .help = "name two cross sections that follow each other in 'cross_section_order'"}};
+}
+
+UnusualValues checkSides(const InputBlock& block) {
+  UnusualValues found = checkGate(block);
+  const UnusualValues neighbours = checkNeighbours(block);
+  found.insert(found.end(), neighbours.begin(), neighbours.end());
+  const InputTag* const first = block.findTag("string_name1");
+  const InputTag* const second = block.findTag("string_name2");
+  if (first != nullptr && second != nullptr && first->getRawText() == second->getRawText()) {
+    found.push_back(
+        {.tag = second,
+         .other = first,
+         .message = fmt::format("the inner boundary has '{}' on both sides", second->getRawText()),
+         .help = "name in 'string_name2' the string on the other side"});
+  }
+  return found;
 }
 
 UnusualValues checkOrder(const InputBlock& block) {
@@ -188,10 +234,51 @@ UnusualValues checkOrder(const InputBlock& block) {
   return found;
 }
 
+UnusualValues checkFormula(const InputBlock& block) {
+  const InputTag* const tag = block.findTag("theta_critical");
+  const auto items = tag == nullptr ? std::vector<std::string>() : itemsOf(*tag);
+  const auto odd = std::find_if(items.begin(), items.end(),
+                                [](const std::string& item) { return stringToDouble(item) >= 1; });
+  if (odd == items.end()) {
+    return {};
+  }
+  return {{.tag = tag,
+           .item = static_cast<std::size_t>(odd - items.begin()) + 1,
+           .message = fmt::format("a critical Shields parameter of {} is unusual", *odd),
+           .help = "give it between 0.03 and 0.06, such as 'theta_critical = (0.047)'"}};
+}
+
+/// Layers are listed from the surface down.
+UnusualValues checkLayers(const InputBlock& block) {
+  UnusualValues found;
+  const InputTag* above = nullptr;
+  for (std::size_t i = 0; i < block.getNumBlocks(); ++i) {
+    const InputBlock& layer = block.getBlock(i);
+    const InputTag* const bottom =
+        layer.getName() == "LAYER" ? layer.findTag("bottom_elevation") : nullptr;
+    if (bottom == nullptr) {
+      continue;
+    }
+    if (above != nullptr &&
+        stringToDouble(bottom->getRawText()) >= stringToDouble(above->getRawText())) {
+      found.push_back(
+          {.tag = bottom,
+           .other = above,
+           .message = fmt::format("the layer ends at {} m, not below the one before it at {} m",
+                                  bottom->getRawText(), above->getRawText()),
+           .help = "list the layers from the surface down"});
+    }
+    above = bottom;
+  }
+  return found;
+}
+
 }  // namespace
 
 UnusualCheck unusualCheckOf(std::string_view keyword) {
   static const std::map<std::string_view, UnusualCheck> checks{
+      {"BOUNDARY", checkGate},
+      {"FORMULA", checkFormula},
       {"FRICTION", checkFriction},
       {"GEOMETRY", checkOrder},
       {"INNER_BOUNDARY", checkSides},
@@ -200,6 +287,7 @@ UnusualCheck unusualCheckOf(std::string_view keyword) {
       {"OUTPUT", checkInterval},
       {"PARALLEL", checkParallel},
       {"PARAMETER", checkParameter},
+      {"SOIL_DEF", checkLayers},
       {"SPECIAL_OUTPUT", checkInterval},
       {"TIMESTEP", checkTimes}};
   const auto known = checks.find(keyword);

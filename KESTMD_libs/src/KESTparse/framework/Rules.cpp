@@ -66,7 +66,7 @@ std::string perhaps(std::string_view written, const std::vector<std::string_view
   if (bare != written && std::find(known.begin(), known.end(), bare) != known.end()) {
     return fmt::format(" (perhaps '{}', without the quotes)", bare);
   }
-  const std::string_view nearest = nearestName(written, known);
+  const std::string_view nearest = nearestGivenName(written, known);
   return nearest.empty() ? std::string() : fmt::format(" (perhaps '{}')", nearest);
 }
 
