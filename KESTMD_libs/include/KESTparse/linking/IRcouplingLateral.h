@@ -63,7 +63,7 @@ class IRcouplingLateral : public SchemaBlock<IRcouplingLateral> {
   /// The fault of `rule` at `subject`; `text` is what the report shows.
   template <typename... Values>
   static Fault fault(const RuleWords<std::type_identity_t<Values>...>& rule, const Subject& subject,
-                     std::string text, const Values&... values);
+                     std::string_view text, const Values&... values);
 
   /// Fills the connections from their file. What was read before a fault stays.
   Fault readConnections();

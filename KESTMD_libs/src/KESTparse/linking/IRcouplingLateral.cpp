@@ -139,8 +139,8 @@ void IRcouplingLateral::checkRules() {
 template <typename... Values>
 IRcouplingLateral::Fault IRcouplingLateral::fault(
     const RuleWords<std::type_identity_t<Values>...>& rule, const Subject& subject,
-    std::string text, const Values&... values) {
-  return {.text = std::move(text),
+    std::string_view text, const Values&... values) {
+  return {.text = std::string(text),
           .rule = rule.name,
           .sentence = fmt::vformat(rule.sentence, fmt::make_format_args(values...)),
           .help = fmt::vformat(rule.help, fmt::make_format_args(values...)),
