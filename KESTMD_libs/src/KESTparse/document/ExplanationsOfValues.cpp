@@ -318,11 +318,12 @@ class NumberDoctor {
 
  private:
   [[nodiscard]] NumberSlip first(std::string_view text) const {
-    for (const auto look : {&NumberDoctor::quotes, &NumberDoctor::signs, &NumberDoctor::template_,
-                            &NumberDoctor::comma, &NumberDoctor::letters, &NumberDoctor::clock,
-                            &NumberDoctor::exponent, &NumberDoctor::point,
-                            &NumberDoctor::parentheses, &NumberDoctor::unit, &NumberDoctor::several,
-                            &NumberDoctor::expression, &NumberDoctor::whole}) {
+    for (const auto look :
+         {&NumberDoctor::quotes, &NumberDoctor::signs, &NumberDoctor::template_,
+          &NumberDoctor::comma, &NumberDoctor::letters, &NumberDoctor::clock,
+          &NumberDoctor::exponent, &NumberDoctor::point, &NumberDoctor::parentheses,
+          &NumberDoctor::unit, &NumberDoctor::several, &NumberDoctor::range,
+          &NumberDoctor::expression, &NumberDoctor::whole}) {
       if (std::optional<NumberSlip> slip = (this->*look)(text)) {
         return *slip;
       }
@@ -531,7 +532,8 @@ class NumberDoctor {
         (rest.front() >= 'A' && rest.front() <= 'Z') ||
         (rest.front() >= 'a' && rest.front() <= 'z') ||
         static_cast<unsigned char>(rest.front()) > 127;
-    if (!startsLikeUnit || rest.find_first_of(" \t=") != std::string_view::npos) {
+    if (!startsLikeUnit ||
+        (rest.find_first_of(" \t=") != std::string_view::npos && !isSameUnit(rest))) {
       return std::nullopt;
     }
     const std::string number(text.substr(0, length));
@@ -575,6 +577,26 @@ class NumberDoctor {
         all(text),
         fmt::format("{} is {}, but must be one number", words_->subject, quotedText(text)),
         "write " + words_->wanted + ", without blanks within it", std::nullopt, kindCode()};
+  }
+
+  /// Two whole numbers that stand for all between them.
+  [[nodiscard]] std::optional<NumberSlip> range(std::string_view text) const {
+    const std::size_t length = words_->isInteger ? numberLength(text) : 0;
+    if (length == 0 || length == text.size()) {
+      return std::nullopt;
+    }
+    const std::string_view sign =
+        text.substr(length, text.find_first_not_of("-:. ", length) - length);
+    const std::string_view behind = text.substr(std::min(length + sign.size(), text.size()));
+    if (sign.empty() || !isInteger(text.substr(0, length)) || !isInteger(behind)) {
+      return std::nullopt;
+    }
+    return NumberSlip{
+        all(text),
+        fmt::format("{} is {}, but ranges are not known here", words_->subject, quotedText(text)),
+        fmt::format("list each whole number from {} to {}, separated by blanks",
+                    text.substr(0, length), behind),
+        std::nullopt, kindCode()};
   }
 
   [[nodiscard]] std::optional<NumberSlip> expression(std::string_view text) const {
@@ -960,17 +982,22 @@ class ValueDoctor {
     if (from == std::string::npos) {
       return std::nullopt;
     }
-    constexpr std::array<std::string_view, 5> signs{"#", ";", "!", "--", "%"};
+    constexpr std::array<std::string_view, 6> signs{"#", ";", "!", "--", "%", "/"};
     std::size_t place = std::string::npos;
     std::string_view found;
     for (const std::string_view sign : signs) {
       std::size_t at = value_.find(sign, from);
-      const bool needsBlank = isFile() || sign == "%" || sign == "--";
+      const bool needsBlank = isFile() || sign == "%" || sign == "--" || sign == "/";
       while (at != std::string::npos && needsBlank && (at == 0 || !isWhiteSpace(value_[at - 1]))) {
         at = value_.find(sign, at + 1);
       }
       const bool isUnit = sign == "%" && at != std::string::npos && at + 1 == value_.size();
-      if (at < place && !isUnit) {
+      // A slash may be meant to divide, and stands in names of files.
+      constexpr std::string_view letters = "ABCDEFGHIJKLMNOPQRSTUVWXYZ";
+      const bool isOther =
+          sign == "/" && at != std::string::npos &&
+          (isFile() || toUpper(value_).find_first_of(letters, at) == std::string::npos);
+      if (at < place && !isUnit && !isOther) {
         place = at;
         found = sign;
       }

@@ -96,8 +96,9 @@ UnusualValues checkParameter(const InputBlock& block) {
 }
 
 UnusualValues checkParallel(const InputBlock& block) {
+  constexpr double most = 1024;
   const auto threads = numberOf(block, "number_threads");
-  if (!threads || *threads >= 1) {
+  if (!threads || (*threads >= 1 && *threads <= most)) {
     return {};
   }
   return {{.tag = block.findTag("number_threads"),
