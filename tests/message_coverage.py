@@ -48,8 +48,6 @@ UNREACHABLE = {
     ". fix it in the OutputXXXData class",
     # Inner boundaries of 1D regions have no names.
     "The inner boundary named {} is not unique!",
-    # What a help appends; the converter shows none.
-    " (perhaps '{}', without the quotes)",
 }
 
 

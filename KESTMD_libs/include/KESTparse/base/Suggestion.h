@@ -27,6 +27,10 @@ std::string_view nearestGivenName(std::string_view written,
 /// `name` without the quotes around it, if there are any.
 std::string_view withoutQuotes(std::string_view name);
 
+/// What a help appends where it asks for one of `known` names: " (perhaps 'x')" with the one that
+/// `written` was most likely meant to be, or nothing.
+std::string perhaps(std::string_view written, const std::vector<std::string_view>& known);
+
 /// The one name among `known` that `written` shortens: each of its words begins one of the name, in
 /// the same order, as "elem_ids" and "total_time" do for "element_ids" and "total_run_time". Empty
 /// when there is none, or several.

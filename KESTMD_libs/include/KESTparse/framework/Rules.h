@@ -12,6 +12,7 @@
 #include <vector>
 
 #include "KESTparse/base/GlobalValues.h"
+#include "KESTparse/base/Suggestion.h"
 #include "KESTparse/framework/Derived.h"
 #include "KESTparse/framework/RuleMessage.h"
 
@@ -70,11 +71,7 @@ const Block* findUnique(const NameIndex& index, const std::vector<Block*>& block
 /// Whether `word` is one of `words`.
 bool isOneOf(std::string_view word, std::initializer_list<std::string_view> words);
 
-/// What a help appends where it asks for one of `known` names: " (perhaps 'x')" with the one that
-/// `written` was most likely meant to be, or nothing.
-std::string perhaps(std::string_view written, const std::vector<std::string_view>& known);
-
-/// The same for the names of `items`, which `nameOf` gives; nothing as long as nobody reads helps.
+/// `perhaps` for the names of `items`, which `nameOf` gives; nothing as long as nobody reads helps.
 template <class Items, class NameOf = std::identity>
 std::string perhaps(std::string_view written, const Items& items, const NameOf& nameOf = {}) {
   std::vector<std::string_view> known;

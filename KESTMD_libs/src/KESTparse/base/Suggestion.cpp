@@ -99,6 +99,16 @@ std::string_view withoutQuotes(std::string_view name) {
   return isQuoted ? name.substr(1, name.size() - 2) : name;
 }
 
+std::string perhaps(std::string_view written, const std::vector<std::string_view>& known) {
+  const std::string_view bare = withoutQuotes(written);
+  const bool isQuoted =
+      bare != written && std::find(known.begin(), known.end(), bare) != known.end();
+  const std::string_view meant = isQuoted ? bare : nearestGivenName(written, known);
+  return meant.empty() ? std::string()
+                       : " (perhaps '" + std::string(meant) + "'" +
+                             (isQuoted ? ", without the quotes)" : ")");
+}
+
 std::string_view longerName(std::string_view written, const std::vector<std::string_view>& known) {
   constexpr std::size_t shortest = 3;
   const std::vector<std::string> pieces = split("_-", toUpper(written));

@@ -10,7 +10,6 @@
 
 #include "KESTparse/base/Conversions.h"
 #include "KESTparse/base/GlobalValues.h"
-#include "KESTparse/base/Suggestion.h"
 #include "KESTparse/framework/InputBlock.h"
 #include "h5io/SolutionTimes.h"
 
@@ -59,15 +58,6 @@ std::vector<PlacePair> pairsWithSharedKey(const std::vector<std::vector<std::str
 
 bool isOneOf(std::string_view word, std::initializer_list<std::string_view> words) {
   return std::find(words.begin(), words.end(), word) != words.end();
-}
-
-std::string perhaps(std::string_view written, const std::vector<std::string_view>& known) {
-  const std::string_view bare = withoutQuotes(written);
-  if (bare != written && std::find(known.begin(), known.end(), bare) != known.end()) {
-    return fmt::format(" (perhaps '{}', without the quotes)", bare);
-  }
-  const std::string_view nearest = nearestGivenName(written, known);
-  return nearest.empty() ? std::string() : fmt::format(" (perhaps '{}')", nearest);
 }
 
 void checkIndexedList(InputBlock& block, const Subject& values, const Subject& indices,
