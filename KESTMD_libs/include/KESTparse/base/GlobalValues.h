@@ -2,6 +2,7 @@
 /// The values that hold for a command file as a whole.
 #pragma once
 
+#include <cstddef>
 #include <cstdint>
 #include <map>
 #include <memory>
@@ -41,6 +42,9 @@ struct GlobalValues {
   std::string basePath;           ///< folder against which relative file names are resolved
   std::string errorFileStem;      ///< stem of the error file that the fatal report names to sinks
   bool explainsMessages = false;  ///< messages of rules carry what they are about
+  /// Names that suggestions may still be compared with: comparing each lost name with each known
+  /// one would take the square of their number.
+  std::size_t comparisonsLeft = 1'000'000;
   /// Folder that relative names count from wherever a file is opened; empty for the current one.
   std::string directory;
   bool readsFiles = true;            ///< files that the command file names are opened

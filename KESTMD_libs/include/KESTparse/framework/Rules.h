@@ -4,6 +4,7 @@
 
 #include <fmt/core.h>
 
+#include <algorithm>
 #include <functional>
 #include <initializer_list>
 #include <string>
@@ -74,12 +75,15 @@ bool isOneOf(std::string_view word, std::initializer_list<std::string_view> word
 /// `perhaps` for the names of `items`, which `nameOf` gives; nothing as long as nobody reads helps.
 template <class Items, class NameOf = std::identity>
 std::string perhaps(std::string_view written, const Items& items, const NameOf& nameOf = {}) {
-  std::vector<std::string_view> known;
-  if (GlobalValues::instance().explainsMessages) {
-    for (const auto& item : items) {
-      known.push_back(std::invoke(nameOf, item));
-    }
+  GlobalValues& values = GlobalValues::instance();
+  if (!values.explainsMessages || values.comparisonsLeft == 0) {
+    return {};
   }
+  std::vector<std::string_view> known;
+  for (const auto& item : items) {
+    known.push_back(std::invoke(nameOf, item));
+  }
+  values.comparisonsLeft -= std::min(known.size(), values.comparisonsLeft);
   return perhaps(written, known);
 }
 

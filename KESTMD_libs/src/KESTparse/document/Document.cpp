@@ -5,6 +5,7 @@
 #include <algorithm>
 #include <array>
 #include <bit>
+#include <iterator>
 #include <map>
 #include <set>
 #include <sstream>
@@ -934,24 +935,12 @@ class Document::Checker {
     if (!told.at.file.empty()) {
       relate(told, told.at.at, "the file is named here");
     }
-    const bool isTold =
-        std::any_of(d_->diagnostics_.begin() + static_cast<std::ptrdiff_t>(firstOfBlock(block)),
-                    d_->diagnostics_.end(), [&told](const Diagnostic& other) {
-                      return other.code == told.code && other.at.at == told.at.at &&
-                             other.at.file == told.at.file && other.message == told.message;
-                    });
-    if (!isTold) {
+    if (toldOfRules_
+            .emplace(told.code, told.at.at.begin, told.at.file, told.at.line, told.at.column,
+                     told.message)
+            .second) {
       d_->diagnostics_.push_back(std::move(told));
     }
-  }
-
-  /// Where the diagnostics of the rules of `block` begin.
-  std::size_t firstOfBlock(const InputBlock& block) {
-    if (&block != lastBlock_) {
-      lastBlock_ = &block;
-      lastBlockBegin_ = d_->diagnostics_.size();
-    }
-    return lastBlockBegin_;
   }
 
   /// Says more of a file that a rule misses, if there is more to say.
@@ -1010,17 +999,46 @@ class Document::Checker {
     for (const Diagnostic& each : d_->diagnostics_) {
       told.insert(each.at.at);
     }
+    Ends ends = endsOfConverter();
+    std::vector<Diagnostic> kept;
     for (Diagnostic& each : found) {
-      if (each.at.file.empty() ? touchesAny(told, each.at.at) : isToldByRule(each)) {
+      if (each.at.file.empty() ? touchesAny(told, each.at.at) : isToldByRule(ends, each)) {
         continue;
       }
       const bool isCause = each.severity == Severity::error || isAloneInFile(found, each);
-      if (isCause && takeConsequence(each)) {
+      if (isCause && takeConsequences(ends, each)) {
         each.origin = Origin::converter;
         each.severity = Severity::error;
       }
-      d_->diagnostics_.push_back(std::move(each));
+      kept.push_back(std::move(each));
     }
+    std::erase_if(d_->diagnostics_,
+                  [&ends](const Diagnostic& each) { return ends.taken.contains(&each); });
+    std::move(kept.begin(), kept.end(), std::back_inserter(d_->diagnostics_));
+  }
+
+  /// What is told of the converter's end that may follow from what is found.
+  struct Ends {
+    std::multimap<std::size_t, const Diagnostic*> byPlace;      ///< where the cause may stand
+    std::multimap<std::string_view, const Diagnostic*> series;  ///< unequal rows, by the file
+    std::vector<const Diagnostic*> sections;  ///< cross sections that are not in the list
+    std::set<const Diagnostic*> taken;        ///< what follows indeed
+  };
+
+  [[nodiscard]] Ends endsOfConverter() const {
+    Ends ends;
+    for (const Diagnostic& told : d_->diagnostics_) {
+      if (told.code.ends_with("/not-in-mesh") && !told.related.empty()) {
+        ends.byPlace.emplace(told.related.front().at.at.begin, &told);
+      } else if (isAboutRows(told) || told.code == code::stopped) {
+        ends.byPlace.emplace(told.at.at.begin, &told);
+      } else if (told.code == code::unequalRows && told.at.file.empty()) {
+        ends.series.emplace(told.at.at.in(d_->syntax_.text()), &told);
+      } else if (told.code.ends_with("/unknown-cross-section")) {
+        ends.sections.push_back(&told);
+      }
+    }
+    return ends;
   }
 
   /// Whether nothing worse is found in the file of `each`, an encoding.
@@ -1042,13 +1060,14 @@ class Document::Checker {
   }
 
   /// Whether a rule of the block tells of the series that is found too short.
-  [[nodiscard]] bool isToldByRule(const Diagnostic& found) const {
+  static bool isToldByRule(const Ends& ends, const Diagnostic& found) {
+    const auto [begin, end] = ends.byPlace.equal_range(found.at.at.begin);
     return (found.code == code::oneColumn || found.code == code::emptySeries ||
             found.code == code::seriesBeginsLate || found.code == code::seriesEndsEarly) &&
-           std::any_of(d_->diagnostics_.begin(), d_->diagnostics_.end(),
-                       [&found](const Diagnostic& told) {
-                         return told.at.at == found.at.at && isAboutRows(told);
-                       });
+           std::any_of(begin, end, [&ends, &found](const auto& each) {
+             const Diagnostic& told = *each.second;
+             return told.at.at == found.at.at && isAboutRows(told) && !ends.taken.contains(&told);
+           });
   }
 
   /// Whether a rule tells of the numbers of rows and columns that were read from a series.
@@ -1058,33 +1077,54 @@ class Document::Checker {
 
   /// Takes away what is told of the converter's end where `found` is the cause: a series that it
   /// cannot read, a mesh with nothing in it, or a name that a rule of the block takes for granted.
-  bool takeConsequence(const Diagnostic& found) {
-    const NodeId tag = d_->syntax_.nodeAt(found.at.at.begin);
-    const Span header = d_->syntax_[d_->syntax_[tag].parent].name();
-    const bool isName = found.code == code::unknownName && found.at.file.empty();
+  bool takeConsequences(Ends& ends, const Diagnostic& found) const {
+    const std::size_t before = ends.taken.size();
     const bool isText = found.code == code::textInSeries || found.code == code::seriesSeparator ||
                         found.code == code::notText;
-    return std::erase_if(d_->diagnostics_, [&](const Diagnostic& told) {
-             return (isText && told.at.at == found.at.at && isAboutRows(told)) ||
-                    (found.code == code::notAList &&
-                     told.code.ends_with("/unknown-cross-section") &&
-                     isSeparatedName(tag, told.at.at)) ||
-                    ((found.code == code::emptyMesh || found.code == code::notText) &&
-                     told.code.ends_with("/not-in-mesh") && !told.related.empty() &&
-                     told.related.front().at.at == found.at.at) ||
-                    (told.code == code::unequalRows && told.at.file.empty() &&
-                     told.at.at.in(d_->syntax_.text()) == found.at.file) ||
-                    (isName && told.code == code::stopped && told.at.at == header);
-           }) > 0;
+    const bool isMesh = found.code == code::emptyMesh || found.code == code::notText;
+    const auto [begin, end] = ends.byPlace.equal_range(found.at.at.begin);
+    for (auto it = begin; it != end; ++it) {
+      const Diagnostic& told = *it->second;
+      const bool isLost = told.code.ends_with("/not-in-mesh");
+      if ((isText && told.at.at == found.at.at && isAboutRows(told)) ||
+          (isMesh && isLost && told.related.front().at.at == found.at.at)) {
+        ends.taken.insert(&told);
+      }
+    }
+    if (found.code == code::unknownName && found.at.file.empty()) {
+      const NodeId tag = d_->syntax_.nodeAt(found.at.at.begin);
+      const Span header = d_->syntax_[d_->syntax_[tag].parent].name();
+      const auto [first, last] = ends.byPlace.equal_range(header.begin);
+      for (auto it = first; it != last; ++it) {
+        if (it->second->code == code::stopped && it->second->at.at == header) {
+          ends.taken.insert(it->second);
+        }
+      }
+    }
+    const auto [first, last] = ends.series.equal_range(found.at.file);
+    for (auto it = first; it != last; ++it) {
+      ends.taken.insert(it->second);
+    }
+    if (found.code == code::notAList) {
+      takeSeparatedNames(ends, d_->syntax_.nodeAt(found.at.at.begin));
+    }
+    return ends.taken.size() > before;
   }
 
-  /// Whether the name at `at` stands with a comma in the list of the tag `list`.
-  [[nodiscard]] bool isSeparatedName(NodeId list, Span at) const {
+  /// Takes away that a cross section is not in the list of the tag `list` where it stands there
+  /// with a comma.
+  void takeSeparatedNames(Ends& ends, NodeId list) const {
     const std::string_view text = d_->syntax_.text();
-    const std::string_view names = d_->syntax_.valueOf(d_->syntax_[list]).in(text);
-    const std::size_t place = names.find(at.in(text));
-    const std::size_t behind = place == std::string_view::npos ? place : place + at.in(text).size();
-    return behind < names.size() && (names[behind] == ',' || names[behind] == ';');
+    std::set<std::string, std::less<>> names;
+    for (std::string& name :
+         split(" \t\r\n(),;", d_->syntax_.valueOf(d_->syntax_[list]).in(text))) {
+      names.insert(std::move(name));
+    }
+    for (const Diagnostic* told : ends.sections) {
+      if (names.contains(told->at.at.in(text))) {
+        ends.taken.insert(told);
+      }
+    }
   }
 
   /// Drops what only follows from other errors: names that nothing bears as long as the blocks that
@@ -1291,8 +1331,9 @@ class Document::Checker {
   bool hasGaps_ = false;                 // whether mandatory tags or blocks are missing
   std::vector<std::pair<const InputBlock*, Stopped>> stops_;
   std::optional<std::set<std::string, std::less<>>> skippedWords_;
-  const InputBlock* lastBlock_ = nullptr;
-  std::size_t lastBlockBegin_ = 0;
+  std::set<std::tuple<std::string, std::size_t, std::string, std::uint32_t, std::uint32_t,
+                      std::string>>
+      toldOfRules_;  ///< several blocks may tell the same of a third one
 };
 
 std::shared_ptr<const SyntaxTree> Document::readTree(std::string text,

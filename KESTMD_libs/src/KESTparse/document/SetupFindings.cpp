@@ -351,11 +351,10 @@ class Finder {
 
   void tellLostName(const InputTag& tag, const Naming& naming, const KnownNames& known, Span at) {
     const std::string_view written = at.in(d_->syntax().blanked());
-    // Comparing each name with each would take the square of their number.
-    constexpr std::size_t mostComparisons = 4'000'000;
+    std::size_t& left = GlobalValues::instance().comparisonsLeft;
     const std::vector<std::string_view> all =
-        comparisons_ > mostComparisons ? std::vector<std::string_view>() : known.all();
-    comparisons_ += all.size();
+        left == 0 ? std::vector<std::string_view>() : known.all();
+    left -= std::min(all.size(), left);
     const std::string_view nearest = nearestGivenName(written, all);
     Diagnostic& told =
         add(code::unknownName, at,
@@ -724,7 +723,6 @@ class Finder {
   std::vector<Diagnostic> found_;
   std::unordered_map<const InputBlock*, Interest> interests_;  // by masters
   std::set<std::tuple<std::string, std::uint32_t, std::uint32_t, std::string_view>> told_;
-  std::size_t comparisons_ = 0;
 };
 
 }  // namespace

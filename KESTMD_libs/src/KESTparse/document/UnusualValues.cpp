@@ -5,11 +5,11 @@
 #include <algorithm>
 #include <array>
 #include <cstdlib>
-#include <limits>
 #include <map>
 #include <optional>
 
 #include "KESTparse/base/Conversions.h"
+#include "KESTparse/chain1d/IRgeom1d.h"
 #include "KESTparse/framework/InputBlock.h"
 #include "KESTparse/framework/InputTag.h"
 
@@ -177,25 +177,17 @@ UnusualValues checkGate(const InputBlock& block) {
 UnusualValues checkNeighbours(const InputBlock& block) {
   const InputTag* const first = block.findTag("cross_section_name_1");
   const InputTag* const second = block.findTag("cross_section_name_2");
-  const InputBlock* const geometry =
-      first == nullptr || second == nullptr ? nullptr : block.getBlockByPath("../../GEOMETRY");
-  const InputTag* const order =
-      geometry == nullptr ? nullptr : geometry->findTag("cross_section_order");
-  if (order == nullptr) {
-    return {};
-  }
-  const std::vector<std::string> items = itemsOf(*order);
-  const auto placeOf = [&items](const InputTag& tag) {
-    return std::find(items.begin(), items.end(), tag.getRawText()) - items.begin();
-  };
-  const auto from = placeOf(*first);
-  const auto to = placeOf(*second);
-  const auto end = static_cast<std::ptrdiff_t>(items.size());
-  if (from == end || to == end || std::abs(from - to) <= 1) {
+  const auto* const geometry =
+      first == nullptr || second == nullptr
+          ? nullptr
+          : dynamic_cast<const IRgeom1d*>(block.getBlockByPath("../../GEOMETRY"));
+  const int from = geometry == nullptr ? -1 : geometry->crossSectionIndex(first->getRawText());
+  const int to = geometry == nullptr ? -1 : geometry->crossSectionIndex(second->getRawText());
+  if (from < 0 || to < 0 || std::abs(from - to) <= 1) {
     return {};
   }
   return {{.tag = second,
-           .other = order,
+           .other = geometry->findTag("cross_section_order"),
            .message =
                fmt::format("the inner boundary lies between '{}' and '{}', which are no neighbours",
                            first->getRawText(), second->getRawText()),
