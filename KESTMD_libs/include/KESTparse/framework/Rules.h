@@ -80,6 +80,7 @@ std::string perhaps(std::string_view written, const Items& items, const NameOf& 
     return {};
   }
   std::vector<std::string_view> known;
+  known.reserve(items.size());
   for (const auto& item : items) {
     known.push_back(std::invoke(nameOf, item));
   }
