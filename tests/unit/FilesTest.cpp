@@ -1,6 +1,8 @@
 #include <H5Cpp.h>
 #include <gtest/gtest.h>
 
+#include <filesystem>
+#include <fstream>
 #include <regex>
 #include <string>
 #include <vector>
@@ -63,6 +65,15 @@ TEST(StandardSerie, reportsAFileThatCannotBeOpened) {
   EXPECT_EXIT(
       Kestrix::StandardSerie("none"), testing::ExitedWithCode(1),
       "Error trying to access 'none' which could not be opened. Make sure, the\\s+file exists");
+}
+
+TEST(ReadFile, findsAFileThatHasComeMeanwhile) {
+  const std::string path = TemporaryFile("gone").path();
+  EXPECT_FALSE(KESTparse::readFile(path).wasRead);
+  std::ofstream(path) << "here";
+  EXPECT_EQ(KESTparse::readFile(path).content, "here");
+  std::filesystem::remove(path);
+  EXPECT_FALSE(KESTparse::readFile(path).wasRead);
 }
 
 TEST(MeshNodeStrings, keepsTheLastLineOfAName) {

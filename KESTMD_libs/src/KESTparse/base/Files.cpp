@@ -86,6 +86,9 @@ bool readNodeStringsFrom(const std::string& path, NodeStrings& strings) {
     return false;
   }
   std::ifstream mesh(openedPath(path), std::ios::binary);
+  if (!mesh.is_open()) {
+    return false;
+  }
   constexpr std::size_t pieceSize = 1 << 18;
   std::vector<char> piece(pieceSize);
   std::size_t size = 0;
@@ -196,6 +199,9 @@ FileText readFile(const std::string& path) {
     return text;
   }
   std::ifstream in(openedPath(path), std::ios::binary);
+  if (!in.is_open()) {
+    return text;
+  }
   constexpr std::size_t chunk = 1 << 16;
   // Room for all of a file at once, and for one character more, which tells that it has ended.
   std::error_code unsized;

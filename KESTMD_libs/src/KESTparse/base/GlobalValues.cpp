@@ -71,6 +71,10 @@ bool canOpen(const std::string& path) {
   if (!values.readsFiles) {
     return true;
   }
+  // A check is of one moment; whoever else asks may ask again when the file has come or gone.
+  if (!values.explainsMessages) {
+    return isReadable(openedPath(path));
+  }
   const auto [known, isNew] = values.triedFiles.try_emplace(path);
   if (isNew) {
     known->second = isReadable(openedPath(path));

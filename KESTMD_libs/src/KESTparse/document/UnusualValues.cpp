@@ -28,6 +28,18 @@ std::vector<std::string> itemsOf(const InputTag& tag) {
   return split(" \t\r\n()", tag.getRawText());
 }
 
+/// The value of a tag where it is below `least` or above `greatest`; `sentence` speaks of it.
+UnusualValues outside(const InputBlock& block, std::string_view name, double least, double greatest,
+                      std::string_view sentence, std::string_view help) {
+  const auto value = numberOf(block, name);
+  if (!value || (*value >= least && *value <= greatest)) {
+    return {};
+  }
+  return {{.tag = block.findTag(name),
+           .message = fmt::format(fmt::runtime(sentence), *value),
+           .help = std::string(help)}};
+}
+
 /// A friction law whose coefficients are told from those of others by their size.
 struct FrictionLaw {
   std::string_view type;
@@ -74,36 +86,21 @@ UnusualValues checkFriction(const InputBlock& block) {
 }
 
 UnusualValues checkPort(const InputBlock& block) {
-  constexpr double greatest = 65535;
-  const auto port = numberOf(block, "port");
-  if (!port || (*port >= 1 && *port <= greatest)) {
-    return {};
-  }
-  return {{.tag = block.findTag("port"),
-           .message = fmt::format("there is no port {}", *port),
-           .help = "give a port from 1024 to 65535"}};
+  return outside(block, "port", 1, 65535, "there is no port {}", "give a port from 1024 to 65535");
 }
 
 UnusualValues checkParameter(const InputBlock& block) {
+  // No block has both.
   UnusualValues found = checkPort(block);
-  constexpr double deep = 1;
-  if (const auto depth = numberOf(block, "minimum_water_depth"); depth && *depth > deep) {
-    found.push_back({.tag = block.findTag("minimum_water_depth"),
-                     .message = fmt::format("water of less than {} m counts as dry", *depth),
-                     .help = "give the depth in m, such as 'minimum_water_depth = 0.01'"});
-  }
-  return found;
+  return !found.empty()
+             ? found
+             : outside(block, "minimum_water_depth", 0, 1, "water of less than {} m counts as dry",
+                       "give the depth in m, such as 'minimum_water_depth = 0.01'");
 }
 
 UnusualValues checkParallel(const InputBlock& block) {
-  constexpr double most = 1024;
-  const auto threads = numberOf(block, "number_threads");
-  if (!threads || (*threads >= 1 && *threads <= most)) {
-    return {};
-  }
-  return {{.tag = block.findTag("number_threads"),
-           .message = fmt::format("a simulation cannot run in {} threads", *threads),
-           .help = "give the number of processors that it may use, 1 or more"}};
+  return outside(block, "number_threads", 1, 1024, "a simulation cannot run in {} threads",
+                 "give the number of processors that it may use, 1 or more");
 }
 
 UnusualValues checkTimes(const InputBlock& block) {
